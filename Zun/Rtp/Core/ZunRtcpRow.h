@@ -1,0 +1,50 @@
+/*
+ * The eight operations through which every kind of subpacket is reached. ZUN_RTCP_ROW_DECLARE(Kind) declares
+ * them for one kind; all take the subpacket union, whose live member must be that kind.
+ *
+ *   ZunRtcpSubpacket* KindConstructCopyAllocator(ZunRtcpSubpacket* p, const ZunRtcpSubpacket* o, ZunAllocator* a)
+ *       Constructs p as a copy of o with all storage from a. Returns p; NULL when an allocation is refused: p owns
+ *       nothing then.
+ *   void KindDestructWrap(ZunRtcpSubpacket* p)
+ *       Releases what p owns and leaves it empty.
+ *   ZunRtcpSubpacket* KindAssignWrap(ZunRtcpSubpacket* p, const ZunRtcpSubpacket* o)
+ *       Assigns o, of the same kind, to p, which keeps its allocator. Returns p or NULL, as KindAssign.
+ *   ZunAllocator* KindGetAllocatorWrap(ZunRtcpSubpacket* p)
+ *       The allocator that p was constructed with; NULL for a kind that owns no memory.
+ *   ZunBool KindWritePacket(const ZunRtcpSubpacket* p, ZunString* b, ZunBool pad)
+ *       Appends the wire form of p, common header included, to b. `pad` sets the padding bit; no padding follows.
+ *       False at the first failure, when b keeps what was appended.
+ *   ZunSizeT KindGetPacketLength(const ZunRtcpSubpacket* p)
+ *       The number of bytes of the wire form, header included.
+ *   ZunBool KindConstructFromBuffer(ZunRtcpSubpacket* p, const ZunString* b, ZunSizeT begin, ZunSizeT end,
+ *                                   ZunRtcpSubpacketType pt, ZunUint8 count, ZunAllocator* a)
+ *       Constructs p with allocator a, then reads it as the next does. On failure p is constructed and holds what
+ *       was read; the caller destructs it.
+ *   ZunBool KindAssignFromBuffer(ZunRtcpSubpacket* p, const ZunString* b, ZunSizeT begin, ZunSizeT end,
+ *                                ZunRtcpSubpacketType pt, ZunUint8 count)
+ *       Reads p from the body b[begin, end) of a subpacket whose header held packet type pt and the 5-bit count
+ *       (or subtype, or feedback message type). p keeps its allocator; b must not be a part of p. Each field is
+ *       stored as soon as it is read; false at the first that does not fit, or when an allocation is refused.
+ */
+#ifndef ZUN_RTP_CORE_ZUNRTCPROW_H
+#define ZUN_RTP_CORE_ZUNRTCPROW_H
+
+#include "Zun/Rtp/Core/ZunRtcpSubpacketType.h"
+#include "Zun/Utils/ZunString.h"
+
+/* One RTCP packet of any kind; ZunRtcpSubpacket.h defines it. */
+typedef union ZunRtcpSubpacket ZunRtcpSubpacket;
+
+#define ZUN_RTCP_ROW_DECLARE(Kind)                                                                                 \
+  ZunRtcpSubpacket* Kind##ConstructCopyAllocator(ZunRtcpSubpacket* p, const ZunRtcpSubpacket* o, ZunAllocator* a); \
+  void Kind##DestructWrap(ZunRtcpSubpacket* p);                                                                    \
+  ZunRtcpSubpacket* Kind##AssignWrap(ZunRtcpSubpacket* p, const ZunRtcpSubpacket* o);                              \
+  ZunAllocator* Kind##GetAllocatorWrap(ZunRtcpSubpacket* p);                                                       \
+  ZunBool Kind##WritePacket(const ZunRtcpSubpacket* p, ZunString* b, ZunBool pad);                                 \
+  ZunSizeT Kind##GetPacketLength(const ZunRtcpSubpacket* p);                                                       \
+  ZunBool Kind##ConstructFromBuffer(ZunRtcpSubpacket* p, const ZunString* b, ZunSizeT begin, ZunSizeT end,         \
+                                    ZunRtcpSubpacketType pt, ZunUint8 count, ZunAllocator* a);                     \
+  ZunBool Kind##AssignFromBuffer(ZunRtcpSubpacket* p, const ZunString* b, ZunSizeT begin, ZunSizeT end,            \
+                                 ZunRtcpSubpacketType pt, ZunUint8 count);
+
+#endif

@@ -1,0 +1,35 @@
+#include "Zun/Rtp/Core/ZunRtcpSubpacket.h"
+
+#include "Zun/Rtp/Core/SubpacketDispatch.h"
+#include "Zun/Utils/VectorAlgorithms.h"
+
+namespace {
+
+constexpr RtcpSubpacketFunctions unknown_funcs = ZUN_RTCP_ROW(ZUN_RTCPSUBPACKET_TYPE_Unknown, ZunRtcpUnknown);
+
+// Indexed by type - 200.
+constexpr RtcpSubpacketFunctions subpacket_table[] = {
+    {}, {}, {}, {}, {}, {}, {},
+};
+
+}  // namespace
+
+const RtcpSubpacketFunctions& zun::SubpacketLevel::RowOf(ZunInt32 type) {
+  return FindRow(subpacket_table, ZUN_RTCPSUBPACKET_TYPE_SR, type, unknown_funcs);
+}
+
+ZunRtcpSubpacket* ZunRtcpSubpacketConstructCopy(ZunRtcpSubpacket* p, const ZunRtcpSubpacket* o) {
+  return zun::SubpacketDispatch::ConstructCopy(p, o);
+}
+
+ZunRtcpSubpacket* ZunRtcpSubpacketAssign(ZunRtcpSubpacket* p, const ZunRtcpSubpacket* o) {
+  return zun::SubpacketDispatch::Assign(p, o);
+}
+
+void ZunRtcpSubpacketDestruct(ZunRtcpSubpacket* p) { zun::SubpacketDispatch::Destruct(p); }
+
+ZunSizeT ZunRtcpSubpacketGetNetworkPacketLength(const ZunRtcpSubpacket* p) {
+  return zun::SubpacketDispatch::GetPacketLength(p);
+}
+
+ZUN_VECTOR_DEFINE_OWNING(ZunRtcpSubpacket)

@@ -1,0 +1,48 @@
+/*
+ * One RTCP packet of any kind (RFC 3550, section 6): a tagged value, so that a compound packet can hold a
+ * vector of them. Every member begins with its `type`, which may be read through any of them.
+ */
+#ifndef ZUN_RTP_CORE_ZUNRTCPSUBPACKET_H
+#define ZUN_RTP_CORE_ZUNRTCPSUBPACKET_H
+
+#include "Zun/Rtp/Core/ZunRtcpUnknown.h"
+#include "Zun/Utils/ZunVector.h"
+
+ZUN_EXTERN_C_BEGIN
+
+/* A subpacket of one kind is built with that kind's constructors, called on its member. */
+union ZunRtcpSubpacket {
+  ZunRtcpUnknown unk; /* any type outside 200..206 */
+};
+
+/*
+ * A copy of `o` that takes its storage from the allocator of `o`. NULL, `p` owning nothing, when an allocation
+ * is refused.
+ */
+ZunRtcpSubpacket* ZunRtcpSubpacketConstructCopy(ZunRtcpSubpacket* p, const ZunRtcpSubpacket* o);
+
+/*
+ * Makes `p` a copy of `o`. Within a kind `p` is assigned in place; across kinds it is destructed and rebuilt with
+ * its own allocator (that of `o` when it has none). NULL when an allocation is refused: `p` is then what the
+ * kind's assign leaves, or, across kinds, an empty unknown subpacket.
+ */
+ZunRtcpSubpacket* ZunRtcpSubpacketAssign(ZunRtcpSubpacket* p, const ZunRtcpSubpacket* o);
+
+/* Releases what `p` owns and leaves it empty; destructing it once more does nothing. */
+void ZunRtcpSubpacketDestruct(ZunRtcpSubpacket* p);
+
+/* The wire size of `p` in bytes, header included; 0 for a BYE that cannot be written. */
+ZunSizeT ZunRtcpSubpacketGetNetworkPacketLength(const ZunRtcpSubpacket* p);
+
+/* The packet type: 200 to 206 for the kinds that the library models, anything else for an unknown one. */
+ZUN_INLINE ZunRtcpSubpacketType ZunRtcpSubpacketGetType(const ZunRtcpSubpacket* p) { return p->unk.type; }
+
+/* The member of that kind. The type is not checked: look at ZunRtcpSubpacketGetType first. */
+ZUN_INLINE const ZunRtcpUnknown* ZunRtcpSubpacketGetUnknown(const ZunRtcpSubpacket* p) { return &p->unk; }
+
+ZUN_EXTERN_C_END
+
+/* Elements are copied with the allocators of their sources. */
+ZUN_VECTOR_DECLARE(ZunRtcpSubpacket)
+
+#endif

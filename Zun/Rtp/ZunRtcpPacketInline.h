@@ -1,0 +1,35 @@
+/* The compound packet's construction and accessors. Included by ZunRtcpPacket.h. */
+#ifndef ZUN_RTP_ZUNRTCPPACKETINLINE_H
+#define ZUN_RTP_ZUNRTCPPACKETINLINE_H
+
+ZUN_EXTERN_C_BEGIN
+
+/* An empty packet with allocator `a`, without storage. Returns `p`; cannot fail. */
+ZUN_INLINE ZunRtcpPacket* ZunRtcpPacketConstructDefault(ZunRtcpPacket* p, ZunAllocator* a) {
+  ZunVector_ZunRtcpSubpacketConstructDefault(&p->subpackets, a);
+  return p;
+}
+
+/* Ends every subpacket and keeps the storage. */
+ZUN_INLINE void ZunRtcpPacketReset(ZunRtcpPacket* p) { ZunVector_ZunRtcpSubpacketClear(&p->subpackets); }
+
+ZUN_INLINE ZunAllocator* ZunRtcpPacketGetAllocator(ZunRtcpPacket* p) { return p->subpackets.allocator; }
+
+/* The subpackets themselves, valid as long as `p` is neither changed nor destructed. */
+ZUN_INLINE const ZunVector_ZunRtcpSubpacket* ZunRtcpPacketGetSubpackets(const ZunRtcpPacket* p) {
+  return &p->subpackets;
+}
+
+ZUN_INLINE ZunSizeT ZunRtcpPacketGetSubpacketCount(const ZunRtcpPacket* p) {
+  return ZunVector_ZunRtcpSubpacketSize(&p->subpackets);
+}
+
+/* Subpacket `n`, or NULL when `n` is not below the count. */
+ZUN_INLINE const ZunRtcpSubpacket* ZunRtcpPacketGetSubpacket(const ZunRtcpPacket* p, ZunSizeT n) {
+  if (n >= ZunRtcpPacketGetSubpacketCount(p)) return NULL;
+  return ZunVector_ZunRtcpSubpacketAtConst(&p->subpackets, n);
+}
+
+ZUN_EXTERN_C_END
+
+#endif

@@ -1,0 +1,82 @@
+#include "tests/support/Bytes.h"
+
+#include <gtest/gtest.h>
+
+#include <cctype>
+#include <cstring>
+
+namespace test {
+
+std::string Hex(const std::string& text) {
+  std::string digits;
+  bool comment = false;
+  for (const char c : text) {
+    if (c == '\n') comment = false;
+    if (c == '#' || c == '|') comment = true;
+    if (!comment && std::isxdigit(static_cast<unsigned char>(c)) != 0) digits += c;
+  }
+  EXPECT_EQ(digits.size() % 2, 0U) << text;
+  std::string bytes;
+  for (std::size_t i = 0; i + 1 < digits.size(); i += 2) {
+    bytes += static_cast<char>(std::stoi(digits.substr(i, 2), nullptr, 16));
+  }
+  return bytes;
+}
+
+std::string ToHex(const std::string& bytes) {
+  static const char* const kDigits = "0123456789ABCDEF";
+  std::string text;
+  for (const char c : bytes) {
+    const auto octet = static_cast<unsigned char>(c);
+    text += kDigits[octet >> 4];
+    text += kDigits[octet & 15];
+  }
+  return text;
+}
+
+Text::Text(const std::string& bytes, ZunAllocator* a) {
+  ZunStringConstructDefault(&string_, a);
+  EXPECT_NE(ZunStringAppendCStrLen(&string_, bytes.data(), bytes.size()), nullptr);
+}
+
+Datagram::Datagram(const std::string& bytes, ZunAllocator* a) : bytes_(new char[bytes.size()]) {
+  std::memcpy(bytes_.get(), bytes.data(), bytes.size());
+  string_ = {a, bytes_.get(), bytes.size(), bytes.size()};
+}
+
+std::string Str(const ZunString* s) { return std::string(ZunStringCStr(s), s->size); }
+
+std::string Written(const ZunRtcpSubpacket& sp) {
+  Text out;
+  ZunRtcpPacket packet;
+  ZunRtcpPacketConstructDefault(&packet, ZunAllocatorGetSystem());
+  EXPECT_TRUE(ZunRtcpPacketAppendSubpacket(&packet, &sp));
+  EXPECT_TRUE(ZunRtcpPacketGetNetworkPacket(&packet, out));
+  ZunRtcpPacketDestruct(&packet);
+  return out.str();
+}
+
+Parsed::Parsed(const std::string& bytes, ZunAllocator* a) : ok(false) {
+  ZunRtcpPacketConstructDefault(&packet, a);
+  ok = Again(bytes);
+}
+
+Parsed::~Parsed() { ZunRtcpPacketDestruct(&packet); }
+
+bool Parsed::Again(const std::string& bytes) {
+  const Datagram datagram(bytes);
+  return ZunRtcpPacketParseNetworkPacket(&packet, datagram) != 0;
+}
+
+const ZunRtcpSubpacket& Parsed::operator[](ZunSizeT n) const {
+  const ZunRtcpSubpacket* const sp = ZunRtcpPacketGetSubpacket(&packet, n);
+  EXPECT_NE(sp, nullptr) << "there is no subpacket " << n;
+  return *sp;
+}
+
+std::string Parsed::Rewritten() const {
+  Text out;
+  return ZunRtcpPacketGetNetworkPacket(&packet, out) ? out.str() : std::string();
+}
+
+}  // namespace test

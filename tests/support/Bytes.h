@@ -1,0 +1,76 @@
+// Bytes in tests: written as hex, held flush, and owned strings and packets that end themselves.
+#ifndef TESTS_SUPPORT_BYTES_H
+#define TESTS_SUPPORT_BYTES_H
+
+#include <memory>
+#include <string>
+
+#include "Zun/Rtp/ZunRtcpPacket.h"
+
+namespace test {
+
+// The bytes of hex digits; spaces and line ends between them are skipped, and so is what follows a '#' or '|' up to
+// the end of its line, so that each field can stand on a line of its own with its meaning.
+std::string Hex(const std::string& text);
+
+// The bytes as hex digits, for messages.
+std::string ToHex(const std::string& bytes);
+
+// An owned ZunString.
+class Text {
+ public:
+  explicit Text(ZunAllocator* a = ZunAllocatorGetSystem()) { ZunStringConstructDefault(&string_, a); }
+  Text(const std::string& bytes, ZunAllocator* a = ZunAllocatorGetSystem());
+  ~Text() { ZunStringDestruct(&string_); }
+  Text(const Text&) = delete;
+  Text& operator=(const Text&) = delete;
+
+  ZunString* get() { return &string_; }
+  const ZunString* get() const { return &string_; }
+  operator ZunString*() { return &string_; }
+  ZunString* operator->() { return &string_; }
+  std::string str() const { return std::string(ZunStringCStr(&string_), string_.size); }
+
+ private:
+  ZunString string_;
+};
+
+// Received bytes, on a heap block of exactly their size. Read-only.
+class Datagram {
+ public:
+  explicit Datagram(const std::string& bytes, ZunAllocator* a = ZunAllocatorGetSystem());
+
+  const ZunString* get() const { return &string_; }
+  operator const ZunString*() const { return &string_; }
+  const ZunString* operator->() const { return &string_; }
+
+ private:
+  std::unique_ptr<char[]> bytes_;
+  ZunString string_;
+};
+
+// The bytes of a ZunString.
+std::string Str(const ZunString* s);
+
+// What a subpacket writes; empty, with a test failure, when it cannot be written.
+std::string Written(const ZunRtcpSubpacket& sp);
+
+// A compound packet parsed from bytes, as a user would.
+struct Parsed {
+  explicit Parsed(const std::string& bytes, ZunAllocator* a = ZunAllocatorGetSystem());
+  ~Parsed();
+  Parsed(const Parsed&) = delete;
+  Parsed& operator=(const Parsed&) = delete;
+
+  bool Again(const std::string& bytes);  // parses in place
+  const ZunRtcpSubpacket& operator[](ZunSizeT n) const;
+  ZunSizeT count() const { return ZunRtcpPacketGetSubpacketCount(&packet); }
+  std::string Rewritten() const;  // empty when it cannot be written
+
+  ZunRtcpPacket packet;
+  bool ok;
+};
+
+}  // namespace test
+
+#endif
