@@ -71,7 +71,7 @@ void ZunLogDo_(ZunLogLevel level, ZunLogCategory category, const char* file, Zun
                const char* message) {
   if (!IsWanted(level, category)) return;
   char text[kMaxMessageSize + 1];
-  std::snprintf(text, sizeof(text), "%s", message);
+  (void)std::snprintf(text, sizeof(text), "%s", message);
   Deliver(level, category, file, line, function, text);
 }
 
@@ -81,7 +81,7 @@ void ZunLogDoFormatted_(ZunLogLevel level, ZunLogCategory category, const char* 
   char text[kMaxMessageSize + 1];
   std::va_list arguments;
   va_start(arguments, format);
-  std::vsnprintf(text, sizeof(text), format, arguments);
+  (void)std::vsnprintf(text, sizeof(text), format, arguments);
   va_end(arguments);
   Deliver(level, category, file, line, function, text);
 }

@@ -156,7 +156,7 @@
   }                                                                                                               \
   ZUN_INLINE void I##Destruct(I* x) { (void)x; }                                                                  \
   ZUN_INLINE void I##Swap(I* x, I* y) {                                                                           \
-    const I kept = *x;                                                                                            \
+    I kept = *x;                                                                                                  \
     *x = *y;                                                                                                      \
     *y = kept;                                                                                                    \
   }                                                                                                               \
