@@ -3,20 +3,11 @@
 #include "Zun/Rtp/Core/SubpacketDispatch.h"
 #include "Zun/Utils/VectorAlgorithms.h"
 
-namespace {
+const RtcpSubpacketFunctions zun::unknown_funcs = ZUN_RTCP_ROW(ZUN_RTCPSUBPACKET_TYPE_Unknown, ZunRtcpUnknown);
 
-constexpr RtcpSubpacketFunctions unknown_funcs = ZUN_RTCP_ROW(ZUN_RTCPSUBPACKET_TYPE_Unknown, ZunRtcpUnknown);
-
-// Indexed by type - 200.
-constexpr RtcpSubpacketFunctions subpacket_table[] = {
+const RtcpSubpacketFunctions zun::subpacket_table[] = {
     {}, {}, {}, {}, {}, {}, {},
 };
-
-}  // namespace
-
-const RtcpSubpacketFunctions& zun::SubpacketLevel::RowOf(ZunInt32 type) {
-  return FindRow(subpacket_table, ZUN_RTCPSUBPACKET_TYPE_SR, type, unknown_funcs);
-}
 
 ZunRtcpSubpacket* ZunRtcpSubpacketConstructCopy(ZunRtcpSubpacket* p, const ZunRtcpSubpacket* o) {
   return zun::SubpacketDispatch::ConstructCopy(p, o);
