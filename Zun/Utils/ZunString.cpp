@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "Zun/Utils/StringGrowth.h"
+#include "Zun/Utils/StringStorage.h"
 
 namespace {
 
@@ -38,19 +38,7 @@ void CopyBytes(char* to, const char* from, ZunSizeT count) {
 }
 
 ZunString* AssignBytes(ZunString* s, const char* bytes, ZunSizeT count) {
-  if (count <= s->capacity) {
-    if (s->buf == nullptr) return s;
-    if (count != 0) std::memmove(s->buf, bytes, count);
-    s->size = count;
-    s->buf[count] = '\0';
-    return s;
-  }
-  char* const fresh = AllocateBuffer(s->allocator, count);
-  if (fresh == nullptr) return nullptr;
-  CopyBytes(fresh, bytes, count);
-  ReleaseBuffer(s);
-  TakeBuffer(s, fresh, count, count);
-  return s;
+  return zun::AssignStringBytes(s, bytes, count) ? s : nullptr;
 }
 
 // The bytes may be a part of `s`: its old buffer is released only once they are copied.
@@ -89,6 +77,15 @@ bool zun::GrowStringBy(ZunString* s, ZunSizeT count) {
   CopyBytes(fresh, s->buf, s->size);
   ReleaseBuffer(s);
   TakeBuffer(s, fresh, s->size, capacity);
+  return true;
+}
+
+bool zun::AssignStringFresh(ZunString* s, const char* bytes, ZunSizeT count) {
+  char* const fresh = AllocateBuffer(s->allocator, count);
+  if (fresh == nullptr) return false;
+  CopyBytes(fresh, bytes, count);
+  ReleaseBuffer(s);
+  TakeBuffer(s, fresh, count, count);
   return true;
 }
 

@@ -2,6 +2,7 @@
 #ifndef ZUN_RTP_CORE_BODYREADER_H
 #define ZUN_RTP_CORE_BODYREADER_H
 
+#include "Zun/Utils/StringStorage.h"
 #include "Zun/Utils/ZunMiscInline.h"
 
 namespace zun {
@@ -47,7 +48,8 @@ class BodyReader {
 
   // Makes `s` the next `count` bytes, or what is left up to the end. Also false when `s` cannot grow.
   bool String(ZunString* s, ZunSizeT count) {
-    if (!Has(count) || ZunStringAssignSubstring(s, string_, position_, count) == nullptr) return false;
+    if (!Has(count)) return false;
+    if (!AssignStringBytes(s, count == 0 ? nullptr : string_->buf + position_, count)) return false;
     position_ += count;
     return true;
   }

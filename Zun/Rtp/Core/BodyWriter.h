@@ -5,7 +5,7 @@
 #include <bit>
 #include <cstring>
 
-#include "Zun/Utils/StringGrowth.h"
+#include "Zun/Utils/StringStorage.h"
 #include "Zun/Utils/ZunMiscInline.h"
 
 namespace zun {
