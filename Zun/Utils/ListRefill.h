@@ -21,8 +21,8 @@ class ListRefill {
   using V = typename Algorithms::Vector;
   using E = typename Algorithms::E;
 
-  explicit ListRefill(V* list) : list_(list), kept_(0) {}
-  ~ListRefill() { Algorithms::Truncate(list_, kept_); }
+  explicit ListRefill(V* list) : list_(list), next_(list->begin) {}
+  ~ListRefill() { Algorithms::TruncateAt(list_, next_); }
   ListRefill(const ListRefill&) = delete;
   ListRefill& operator=(const ListRefill&) = delete;
 
@@ -31,25 +31,24 @@ class ListRefill {
   // empty. Null when the vector cannot grow.
   template <class IsReusable, class Construct>
   E* Next(IsReusable is_reusable, Construct construct) {
-    if (kept_ == Algorithms::Size(list_)) {
+    if (next_ == list_->end) {
       if (!Algorithms::GrowIfFull(list_)) return nullptr;
-      construct(list_->end++);
-      return list_->end - 1;
+      next_ = list_->end;
+      construct(next_);
+      ++list_->end;
+    } else if (!is_reusable(*next_)) {
+      Algorithms::DestructElement(next_);
+      construct(next_);
     }
-    E* const old = list_->begin + kept_;
-    if (!is_reusable(*old)) {
-      Algorithms::DestructElement(old);
-      construct(old);
-    }
-    return old;
+    return next_;
   }
 
   // The element that Next gave last is a part of the new list.
-  void Keep() { ++kept_; }
+  void Keep() { ++next_; }
 
  private:
   V* list_;
-  ZunSizeT kept_;
+  E* next_;  // the element that is kept next; the list's end when all are
 };
 
 }  // namespace zun

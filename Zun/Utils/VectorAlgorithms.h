@@ -38,7 +38,7 @@ struct PlainElement {
     if (count != 0) std::memmove(to, from, count * sizeof(E));
     return true;
   }
-  static void DestructRun(E*, ZunSizeT) {}
+  static void DestructRun(E*, E*) {}
 };
 
 // The element operations of a value that owns memory, made of its three public functions.
@@ -70,9 +70,9 @@ struct OwningElement {
     }
     return true;
   }
-  // Ends `count` elements from the last to the first.
-  static void DestructRun(E* first, ZunSizeT count) {
-    while (count > 0) Destruct(first + --count);
+  // Ends the elements of [first, last) from the last to the first.
+  static void DestructRun(E* first, E* last) {
+    while (last != first) Destruct(--last);
   }
 };
 
@@ -125,10 +125,7 @@ class VectorAlgorithms {
     return 1;
   }
 
-  static void PopBack(V* x) {
-    --x->end;
-    Element::DestructRun(x->end, 1);
-  }
+  static void PopBack(V* x) { TruncateAt(x, x->end - 1); }
 
   static ZunBool Reserve(V* x, ZunSizeT capacity) {
     if (capacity <= Capacity(x)) return 1;
@@ -143,7 +140,7 @@ class VectorAlgorithms {
     return 1;
   }
 
-  static void Clear(V* x) { Truncate(x, 0); }
+  static void Clear(V* x) { TruncateAt(x, x->begin); }
 
   static E* Insert(V* x, E* pos, const E* value) {
     const ZunSizeT index = Distance(x->begin, pos);
@@ -180,13 +177,15 @@ class VectorAlgorithms {
   }
 
   // Ends the elements from number `size` on.
-  static void Truncate(V* x, ZunSizeT size) {
-    const ZunSizeT surplus = Size(x) - size;
-    x->end -= surplus;
-    Element::DestructRun(x->end, surplus);
+  static void Truncate(V* x, ZunSizeT size) { TruncateAt(x, x->begin + size); }
+  // Ends the elements from `new_end` on.
+  static void TruncateAt(V* x, E* new_end) {
+    E* const old_end = x->end;
+    x->end = new_end;
+    Element::DestructRun(new_end, old_end);
   }
 
-  static void DestructElement(E* element) { Element::DestructRun(element, 1); }
+  static void DestructElement(E* element) { Element::DestructRun(element, element + 1); }
 
   static ZunSizeT Size(const V* x) { return Distance(x->begin, x->end); }
   static ZunSizeT Capacity(const V* x) { return Distance(x->begin, x->endBuf); }
@@ -238,7 +237,7 @@ class VectorAlgorithms {
   // Whether all elements of a run were built; those of one that failed are ended.
   static bool BuildOrUndo(E* first, ZunSizeT built, ZunSizeT wanted) {
     if (built == wanted) return true;
-    Element::DestructRun(first, built);
+    Element::DestructRun(first, first + built);
     return false;
   }
 
