@@ -15,39 +15,52 @@
  * fails; it says so with false, NULL or the exceptional (NULL) iterator. `value` and ranges may lie in the vector
  * itself: the result is as if they had been copied first. Positions are not checked.
  *
- *   V* VConstructDefault(V* x, ZunAllocator* a)   empty, without storage; cannot fail
+ *   V* VConstructDefault(V* x, ZunAllocator* a)
+ *       Empty, without storage. Cannot fail.
  *   V* VConstructN(V* x, VSizeType n, const E* value, ZunAllocator* a)
- *                                                 n copies of *value; capacity n. On failure x owns nothing
  *   V* VConstructRange(V* x, VConstIterator first, VConstIterator last, ZunAllocator* a)
- *                                                 copies of [first, last), capacity exact. Failure: as ConstructN
- *   V* VConstructCopy(V* x, const V* o)           a copy with the allocator of o, capacity exact. Failure: likewise
- *   void VDestruct(V* x)                          ends the elements from the last to the first and frees the storage;
- *                                                 x is empty then, and destructing it once more does nothing
- *   V* VAssign(V* x, const V* o)                  makes x a copy of o; x keeps its allocator. Within the capacity the
- *                                                 elements are overwritten in place (on failure x keeps what was done);
- *                                                 beyond it the storage is replaced by one of exactly o's size (on a
- *                                                 refused allocation x is empty and without storage)
- *   ZunBool VSwap(V* x, V* y)                     exchanges contents, each keeps its allocator: by exchanging the
- * storage when the allocators are the same, by copying when not. On failure nothing is lost from y's or x's storage,
- * but the one whose storage was to be reused may have lost its elements ZunAllocator* VGetAllocator(const V* x) the
- * allocator of the storage ZunBool VEmpty(const V* x)                    whether there is no element VSizeType
- * VSize(const V* x)                   number of elements VSizeType VCapacity(const V* x)               number of
- * elements that the storage holds VSizeType VMaxSize(void)                      (2^32 - 1) / sizeof(E); told only, no
- * operation checks it VBegin, VEnd, VRBegin, VREnd (V* x)           iterators; ...Const for a const vector E* VAt(V* x,
- * VSizeType n)                     element n, not checked; VAtConst E* VFront(V* x), VBack(V* x)                  first
- * and last element, not checked; VFrontConst, VBackConst ZunBool VPushBack(V* x, const E* value)       appends a copy;
- * a full vector first grows to twice its size, or to 2 void VPopBack(V* x)                           ends the last
- * element; x must not be empty ZunBool VReserve(V* x, VSizeType capacity)    storage for `capacity` elements; never
- * shrinks; x unchanged on failure void VClear(V* x)                             ends the elements from the last to the
- * first, keeps the storage VIterator VInsert(V* x, VIterator pos, const E* value) inserts a copy before pos, growing
- * like PushBack; the new element ZunBool VInsertN(V* x, VIterator pos, VSizeType n, const E* value) ZunBool
- * VInsertRange(V* x, VIterator pos, VConstIterator first, VConstIterator last) insert before pos; new capacity, when
- * needed, is the larger of twice the old one and the new size (2 * count without storage). On failure the size is as it
- * was; elements from pos on may hold values of others VIterator VErase(V* x, VIterator pos)         moves the elements
- * behind pos down by one; returns pos. On failure the vector ends where the move failed VIterator VEraseRange(V* x,
- * VIterator first, VIterator last) likewise; returns `last` as given (`first` when the range is empty) ZunBool
- * VResize(V* x, VSizeType n, const E* value) ends elements from the last on, or reserves size + n and appends copies of
- * *value; false when it would have to grow and value is NULL void VDump(const V* x)                        does nothing
+ *   V* VConstructCopy(V* x, const V* o)
+ *       n copies of *value, copies of [first, last), a copy of o with its allocator. The capacity is exactly the size.
+ *       On failure x owns nothing.
+ *   void VDestruct(V* x)
+ *       Ends the elements from the last to the first and frees the storage. x is empty then; once more does nothing.
+ *   V* VAssign(V* x, const V* o)
+ *       Makes x a copy of o; x keeps its allocator. Within the capacity elements are overwritten in place: on failure x
+ *       keeps what was done. Beyond it the storage is replaced by one of exactly o's size: when that is refused x is
+ *       empty and without storage, when an element fails x keeps those before it.
+ *   ZunBool VSwap(V* x, V* y)
+ *       Exchanges the contents; each vector keeps its allocator. With one allocator the storage changes hands; with two
+ *       the elements are copied, and on failure one of the vectors may have lost its own.
+ *   ZunAllocator* VGetAllocator(const V* x); ZunBool VEmpty(const V* x)
+ *   VSizeType VSize(const V* x), VCapacity(const V* x)
+ *   VSizeType VMaxSize(void)
+ *       (2^32 - 1) / sizeof(E). No operation checks it.
+ *   VIterator VBegin(V* x), VEnd(V* x); VReverseIterator VRBegin(V* x), VREnd(V* x)
+ *       VBeginConst, VEndConst, VRBeginConst, VREndConst for a const vector.
+ *   E* VAt(V* x, VSizeType n), VFront(V* x), VBack(V* x)
+ *       VAtConst, VFrontConst, VBackConst for a const vector.
+ *   ZunBool VPushBack(V* x, const E* value)
+ *       Appends a copy. A full vector first grows to twice its size, or to 2.
+ *   void VPopBack(V* x)
+ *       Ends the last element; there must be one.
+ *   ZunBool VReserve(V* x, VSizeType capacity)
+ *       Sees to storage for `capacity` elements. Never shrinks. x is unchanged on failure.
+ *   void VClear(V* x)
+ *       Ends the elements from the last to the first and keeps the storage.
+ *   VIterator VInsert(V* x, VIterator pos, const E* value)
+ *   ZunBool VInsertN(V* x, VIterator pos, VSizeType n, const E* value)
+ *   ZunBool VInsertRange(V* x, VIterator pos, VConstIterator first, VConstIterator last)
+ *       Insert before pos; VInsert gives the new element. The capacity, where it does not suffice, becomes the larger of
+ *       twice the old one (2 * count without storage) and the new size. On failure the size is as it was, and elements
+ *       from pos on may have the values of others.
+ *   VIterator VErase(V* x, VIterator pos), VEraseRange(V* x, VIterator first, VIterator last)
+ *       Move the elements behind down. VErase gives pos, VEraseRange gives `last` as it was given (`first` when there is
+ *       nothing to erase). On failure x ends where an element could not be moved to.
+ *   ZunBool VResize(V* x, VSizeType n, const E* value)
+ *       Ends elements from the last on, or reserves size + n and appends copies of *value; false when it would have to
+ *       append and value is NULL. When a copy fails, those before it stay.
+ *   void VDump(const V* x)
+ *       Does nothing.
  *
  * Iterators are plain pointers to elements; a reverse iterator holds the pointer one past the element that it
  * designates. With I one of the four kinds and D its DifferenceType:
@@ -55,7 +68,8 @@
  *   I* IConstructCopy(I* x, const I* o), IAssign(I* x, const I* o); void IDestruct(I* x), ISwap(I* x, I* y)
  *   ZunBool IEqual(const I* x, const I* y), ILess(const I* x, const I* y)
  *   E* IContentOf(const I* x); const E* IContentOfConst(const I* x); E* IAt(const I* x, D n)
- *   I* IConstructExceptional(I* x)                NULL, which says that there is no such place; ZunBool IIsExceptional
+ *   I* IConstructExceptional(I* x); ZunBool IIsExceptional(const I* x)
+ *       NULL, which says that there is no such place.
  *   I* IIncrement(I* x), IDecrement(I* x), IIncrementN(I* x, D n), IDecrementN(I* x, D n)
  *   I IAdd(const I* x, D n); D ISubtract(const I* x, const I* y)      x - y in steps of Increment
  */
