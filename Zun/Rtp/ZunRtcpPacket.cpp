@@ -41,17 +41,16 @@ bool ReadOver(ZunRtcpSubpacket* p, const ZunString* b, const Extent& extent, Zun
 
 // Reads a subpacket into a slot that holds none. `last` is the one that this parse appended before it, if any: a
 // subpacket of the same type begins as its copy, with its allocator, and is then read over.
+// Where that copy is refused the body is read all the same, for what is to be logged of it.
 bool ReadIntoRaw(ZunRtcpSubpacket* p, const ZunRtcpSubpacket* last, const ZunString* b, const Extent& extent,
                  ZunAllocator* a) {
-  if (last != nullptr && SubpacketDispatch::AreEquivalent(ZunRtcpSubpacketGetType(last), extent.header.type)) {
-    if (ZunRtcpSubpacketConstructCopy(p, last) == nullptr) {
-      SubpacketLevel::ConstructEmpty(p, a);
-      return false;
-    }
-    return ReadOver(p, b, extent, a);
-  }
-  return SubpacketLevel::RowOf(extent.header.type)
-             .construct_from_buffer(p, b, extent.begin, extent.end, extent.header.type, extent.header.count, a) != 0;
+  const bool is_like_last =
+      last != nullptr && SubpacketDispatch::AreEquivalent(ZunRtcpSubpacketGetType(last), extent.header.type);
+  if (is_like_last && ZunRtcpSubpacketConstructCopy(p, last) != nullptr) return ReadOver(p, b, extent, a);
+  const bool read =
+      SubpacketLevel::RowOf(extent.header.type)
+          .construct_from_buffer(p, b, extent.begin, extent.end, extent.header.type, extent.header.count, a) != 0;
+  return read && !is_like_last;
 }
 
 // The new subpacket is read into a slot outside the vector, so that a failed read leaves no trace in it, and then

@@ -13,6 +13,7 @@ ZUN_INLINE ZunRtcpPacket* ZunRtcpPacketConstructDefault(ZunRtcpPacket* p, ZunAll
 /* Ends every subpacket and keeps the storage. */
 ZUN_INLINE void ZunRtcpPacketReset(ZunRtcpPacket* p) { ZunVector_ZunRtcpSubpacketClear(&p->subpackets); }
 
+/* The packet's allocator. */
 ZUN_INLINE ZunAllocator* ZunRtcpPacketGetAllocator(ZunRtcpPacket* p) { return p->subpackets.allocator; }
 
 /* The subpackets themselves, valid as long as `p` is neither changed nor destructed. */
@@ -20,6 +21,7 @@ ZUN_INLINE const ZunVector_ZunRtcpSubpacket* ZunRtcpPacketGetSubpackets(const Zu
   return &p->subpackets;
 }
 
+/* Number of subpackets. */
 ZUN_INLINE ZunSizeT ZunRtcpPacketGetSubpacketCount(const ZunRtcpPacket* p) {
   return ZunVector_ZunRtcpSubpacketSize(&p->subpackets);
 }

@@ -148,11 +148,11 @@ class VectorAlgorithms {
   }
 
   static ZunBool InsertN(V* x, E* pos, ZunSizeT n, const E* value) {
-    return InsertFrom(Repeated{value}, IsInside(x, value), x, pos, n);
+    return InsertFrom(Repeated{value, IsInside(x, value)}, x, pos, n);
   }
 
   static ZunBool InsertRange(V* x, E* pos, const E* first, const E* last) {
-    return InsertFrom(Range{first}, IsInside(x, first), x, pos, Distance(first, last));
+    return InsertFrom(Range{first, IsInside(x, first)}, x, pos, Distance(first, last));
   }
 
   static E* Erase(V* x, E* pos) { return CloseGap(x, pos, pos + 1) ? pos : nullptr; }
@@ -194,6 +194,16 @@ class VectorAlgorithms {
   static bool GrowIfFull(V* x) {
     if (x->end != x->endBuf) return true;
     return Reserve(x, x->begin == nullptr ? 2 : Size(x) * 2);
+  }
+
+  // Makes room for `count` elements in all, at once, with the capacity that appending them one by one would reach.
+  static bool ReserveGrown(V* x, ZunSizeT count) {
+    ZunSizeT capacity = Capacity(x);
+    if (count <= capacity) return true;
+    if (count > SIZE_MAX / 4) return false;
+    if (capacity == 0) capacity = 2;
+    while (capacity < count) capacity *= 2;
+    return Reserve(x, capacity);
   }
 
  private:
@@ -291,43 +301,50 @@ class VectorAlgorithms {
     return true;
   }
 
-  // What is inserted: one value over and over, or a range. Both hand out any run of it.
+  // What is inserted: one value over and over, or a range. Both hand out any run of it as long as the vector has not
+  // changed; Assign does so when the elements from `pos` on have moved up by `n`, those of the source among them.
   struct Repeated {
     const E* value;
+    bool is_inside;
     ZunSizeT Construct(E* to, ZunSizeT, ZunSizeT count) const { return Element::ConstructFill(to, value, count); }
-    bool Assign(E* to, ZunSizeT count) const {
+    bool Assign(E* pos, ZunSizeT count, ZunSizeT n) const {
+      const E* const moved = is_inside && value >= pos ? value + n : value;
       ZunSizeT done = 1;
-      for (ZunSizeT i = 0; i < count && done == 1; ++i) Element::AssignRunUp(to + i, value, 1, &done);
+      for (ZunSizeT i = 0; i < count && done == 1; ++i) Element::AssignRunUp(pos + i, moved, 1, &done);
       return done == 1;
     }
   };
   struct Range {
     const E* first;
+    bool is_inside;
     ZunSizeT Construct(E* to, ZunSizeT from, ZunSizeT count) const {
       return Element::ConstructRun(to, first + from, count);
     }
-    bool Assign(E* to, ZunSizeT count) const {
+    bool Assign(E* pos, ZunSizeT count, ZunSizeT n) const {
+      ZunSizeT unmoved = count;
+      if (is_inside) {
+        const ZunSizeT in_front = first < pos ? Distance(first, pos) : 0;
+        if (in_front < count) unmoved = in_front;
+      }
       ZunSizeT done = 0;
-      return Element::AssignRunUp(to, first, count, &done);
+      return Element::AssignRunUp(pos, first, unmoved, &done) &&
+             Element::AssignRunUp(pos + unmoved, first + unmoved + n, count - unmoved, &done);
     }
   };
 
-  // Elements of the vector itself would move while they are read, so those are inserted into fresh storage.
   template <class Source>
-  static bool InsertFrom(const Source& source, bool is_inside, V* x, E* pos, ZunSizeT n) {
+  static bool InsertFrom(const Source& source, V* x, E* pos, ZunSizeT n) {
     if (n == 0) return true;
     const ZunSizeT size = Size(x);
     const ZunSizeT capacity = Capacity(x);
-    if (n <= capacity - size) {
-      return is_inside ? InsertIntoFresh(source, x, pos, n, capacity) : InsertInPlace(source, x, pos, n);
-    }
+    if (n <= capacity - size) return InsertInPlace(source, x, pos, n);
     if (n > SIZE_MAX / 2 - size) return false;
     const ZunSizeT twice = 2 * (x->begin == nullptr ? n : capacity);
     return InsertIntoFresh(source, x, pos, n, twice > size + n ? twice : size + n);
   }
 
-  // The tail behind `pos` moves up by `n`, what of it or of the source lands beyond the old end is built
-  // there, the rest is assigned. On failure what was built beyond the old end is ended again.
+  // What of the source or of the tail behind `pos` lands beyond the old end is built there, then the rest of the tail
+  // moves up by `n`, then the rest of the source is assigned. On failure what was built is ended again.
   template <class Source>
   static bool InsertInPlace(const Source& source, V* x, E* pos, ZunSizeT n) {
     const ZunSizeT old_size = Size(x);
@@ -337,7 +354,7 @@ class VectorAlgorithms {
     const ZunSizeT built = source.Construct(x->end, live, n - live);
     x->end += built;
     const bool done = built == n - live && AppendRun(x, last_of_tail, live) &&
-                      Element::AssignRunDown(pos + n, pos, tail - live) && source.Assign(pos, live);
+                      Element::AssignRunDown(pos + n, pos, tail - live) && source.Assign(pos, live, n);
     if (!done) Truncate(x, old_size);
     return done;
   }

@@ -1,5 +1,5 @@
 /*
- * Big-endian bytes: the only place where a multi-byte integer of the wire is taken apart or put together.
+ * Big-endian bytes: integers of the wire taken from octets, read from a string, appended to one.
  * Positions and ends are byte offsets into the string.
  */
 #ifndef ZUN_UTILS_ZUNMISCINLINE_H
@@ -31,6 +31,15 @@ ZUN_INLINE ZunUint32 ZunUint32FromOctets(const void* octets) {
   return (ZunUint32)o[0] << 24 | (ZunUint32)o[1] << 16 | (ZunUint32)o[2] << 8 | (ZunUint32)o[3];
 }
 
+/*
+ * The two bytes as ZunInt16FromBuffer forms them: the high byte shifted left by 8 is ORed with the low byte taken as a
+ * signed one, so a low byte of 0x80 or more sets every bit above it.
+ */
+ZUN_INLINE ZunInt16 ZunInt16FromSpilledOctets_(const void* octets) {
+  const ZunUint16 value = ZunUint16FromOctets(octets);
+  return (ZunInt16)((value & 0x80U) != 0 ? (value | 0xFF00U) : value);
+}
+
 /* Whether `width` bytes at `pos` lie before `end` and inside `b`. */
 ZUN_INLINE ZunBool ZunBufferHolds_(const ZunString* b, ZunSizeT pos, ZunSizeT end, ZunSizeT width) {
   const ZunSizeT limit = end < b->size ? end : b->size;
@@ -54,8 +63,7 @@ ZUN_INLINE ZunBool ZunUint16FromBuffer(const ZunString* b, ZunSizeT pos, ZunSize
  */
 ZUN_INLINE ZunBool ZunInt16FromBuffer(const ZunString* b, ZunSizeT pos, ZunSizeT end, ZunInt16* i16) {
   if (!ZunBufferHolds_(b, pos, end, 2)) return 0;
-  const ZunUint16 value = ZunUint16FromOctets(b->buf + pos);
-  *i16 = (ZunInt16)((value & 0x80U) != 0 ? (value | 0xFF00U) : value);
+  *i16 = ZunInt16FromSpilledOctets_(b->buf + pos);
   return 1;
 }
 

@@ -94,13 +94,20 @@ void TestAllocator::Deallocate(ZunAllocator* a, ZunVoidPtr block, ZunSizeT size)
 }
 
 std::size_t ForEveryRefusal(const std::function<void(TestAllocator& refusing)>& scenario) {
+  return ForEveryRefusalAfter([&](TestAllocator& refusing, const std::function<void()>& begin) {
+    begin();
+    scenario(refusing);
+  });
+}
+
+std::size_t ForEveryRefusalAfter(
+    const std::function<void(TestAllocator& refusing, const std::function<void()>& begin)>& scenario) {
   for (std::size_t n = 0;; ++n) {
     bool met = false;
     for (const bool for_ever : {false, true}) {
       TestAllocator refusing;
-      for_ever ? refusing.RefuseFrom(n) : refusing.RefuseOnce(n);
       SCOPED_TRACE(::testing::Message() << "allocation " << n << (for_ever ? " and all behind it" : "") << " refused");
-      scenario(refusing);
+      scenario(refusing, [&] { for_ever ? refusing.RefuseFrom(n) : refusing.RefuseOnce(n); });
       met = met || refusing.refused() > 0;
     }
     if (!met || ::testing::Test::HasFatalFailure()) return n;

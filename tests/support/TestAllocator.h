@@ -57,6 +57,10 @@ class TestAllocator {
 // Returns how many allocations the scenario makes.
 std::size_t ForEveryRefusal(const std::function<void(TestAllocator& refusing)>& scenario);
 
+// The same for a scenario that builds undisturbed first: allocations are counted and refused from its call of `begin`.
+std::size_t ForEveryRefusalAfter(
+    const std::function<void(TestAllocator& refusing, const std::function<void()>& begin)>& scenario);
+
 }  // namespace test
 
 #endif

@@ -1,4 +1,4 @@
-// The one place where positions are compared with the end of a subpacket and with the size of its buffer.
+// Where the readers of all kinds compare positions with the end of a subpacket and with the size of its buffer.
 #ifndef ZUN_RTP_CORE_BODYREADER_H
 #define ZUN_RTP_CORE_BODYREADER_H
 
@@ -46,10 +46,11 @@ class BodyReader {
     return true;
   }
 
-  // Makes `s` the next `count` bytes, or what is left up to the end. Also false when `s` cannot grow.
+  // Makes `s` the next `count` bytes, or what is left up to the end. Also false when `s` cannot grow, and for an empty
+  // run that begins behind the string.
   bool String(ZunString* s, ZunSizeT count) {
-    if (!Has(count)) return false;
-    if (!AssignStringBytes(s, count == 0 ? nullptr : string_->buf + position_, count)) return false;
+    if (!Has(count) || position_ > string_->size) return false;
+    if (!AssignStringBytes(s, string_->buf + position_, count)) return false;
     position_ += count;
     return true;
   }
@@ -60,8 +61,16 @@ class BodyReader {
     position_ += count;
     return true;
   }
+  // Passes bytes that nobody looks at: they must lie before the end, but need not be in the string.
+  bool Pass(ZunSizeT count) {
+    if (Remaining() < count) return false;
+    position_ += count;
+    if (limit_ < position_) limit_ = position_;
+    return true;
+  }
 
-  // The next `count` bytes, which it passes, or null. For runs of fields that are checked at once.
+  // The next `count` bytes, which it passes, or null; 0 bytes only behind a read that succeeded. For runs of fields
+  // that are checked at once.
   const ZunUint8* Take(ZunSizeT count) {
     if (!Has(count)) return nullptr;
     const ZunUint8* const octets = reinterpret_cast<const ZunUint8*>(string_->buf) + position_;
@@ -73,6 +82,8 @@ class BodyReader {
   bool AtEnd() const { return position_ == end_; }
   // Bytes up to the end; they need not all be readable.
   ZunSizeT Remaining() const { return position_ < end_ ? end_ - position_ : 0; }
+  // Bytes that can be read.
+  ZunSizeT Readable() const { return limit_ - position_; }
 
   ZunSizeT Position() const { return position_; }
   const ZunString* Buffer() const { return string_; }

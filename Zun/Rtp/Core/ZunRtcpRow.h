@@ -1,10 +1,11 @@
 /*
  * The eight operations through which every kind of subpacket is reached. ZUN_RTCP_ROW_DECLARE(Kind) declares
- * them for one kind; all take the subpacket union, whose live member must be that kind.
+ * them for one kind; all take the subpacket union, whose live member must be that kind. What follows holds unless the
+ * kind says otherwise.
  *
  *   ZunRtcpSubpacket* KindConstructCopyAllocator(ZunRtcpSubpacket* p, const ZunRtcpSubpacket* o, ZunAllocator* a)
- *       Constructs p as a copy of o with all storage from a. Returns p; NULL when an allocation is refused: p owns
- *       nothing then.
+ *       Constructs p as a copy of o with storage from a; elements of its lists that own memory take their sources'
+ *       allocators. Returns p; NULL when an allocation is refused: p owns nothing then.
  *   void KindDestructWrap(ZunRtcpSubpacket* p)
  *       Releases what p owns and leaves it empty.
  *   ZunRtcpSubpacket* KindAssignWrap(ZunRtcpSubpacket* p, const ZunRtcpSubpacket* o)
@@ -23,8 +24,9 @@
  *   ZunBool KindAssignFromBuffer(ZunRtcpSubpacket* p, const ZunString* b, ZunSizeT begin, ZunSizeT end,
  *                                ZunRtcpSubpacketType pt, ZunUint8 count)
  *       Reads p from the body b[begin, end) of a subpacket whose header held packet type pt and the 5-bit count
- *       (or subtype, or feedback message type). p keeps its allocator; b must not be a part of p. Each field is
- *       stored as soon as it is read; false at the first that does not fit, or when an allocation is refused.
+ *       (or subtype, or feedback message type). p keeps its allocator, but an envelope's message of another kind is rebuilt
+ *       with that of b, and an LIR's layer data takes it. b must not be a part of p. Each field is stored as soon as it is read; false at the first that does not fit, or when an
+ *       allocation is refused.
  */
 #ifndef ZUN_RTP_CORE_ZUNRTCPROW_H
 #define ZUN_RTP_CORE_ZUNRTCPROW_H

@@ -6,7 +6,13 @@
 const RtcpSubpacketFunctions zun::unknown_funcs = ZUN_RTCP_ROW(ZUN_RTCPSUBPACKET_TYPE_Unknown, ZunRtcpUnknown);
 
 const RtcpSubpacketFunctions zun::subpacket_table[] = {
-    {}, {}, {}, {}, {}, {}, {},
+    {},  // 200
+    {},  // 201
+    {},  // 202
+    {},  // 203
+    {},  // 204
+    {},  // 205
+    {},  // 206
 };
 
 ZunRtcpSubpacket* ZunRtcpSubpacketConstructCopy(ZunRtcpSubpacket* p, const ZunRtcpSubpacket* o) {

@@ -58,6 +58,7 @@ ZUN_RTCP_ROW_DECLARE(ZunRtcpUnknown)
 
 /* The allocator of the data. */
 ZUN_INLINE ZunAllocator* ZunRtcpUnknownGetAllocator(ZunRtcpUnknown* p) { return p->data.allocator; }
+/* The 5-bit field of the header, 0..31. */
 ZUN_INLINE ZunUint8 ZunRtcpUnknownGetSubtype(const ZunRtcpUnknown* p) { return p->subtype; }
 /* The data itself, valid as long as `p` is neither changed nor destructed. */
 ZUN_INLINE const ZunString* ZunRtcpUnknownGetData(const ZunRtcpUnknown* p) { return &p->data; }

@@ -1,0 +1,220 @@
+#include "Zun/Rtp/Core/BodyWriter.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "Zun/Rtp/Core/SubpacketHeader.h"
+#include "tests/support/Bytes.h"
+#include "tests/support/TestAllocator.h"
+
+namespace {
+
+using test::Hex;
+using test::TestAllocator;
+using test::Text;
+using zun::BodyWriter;
+
+const std::string kFields = Hex(R"(
+    81                       | U8
+    82 03                    | U16
+    84 05 06                 | U24
+    87 08 09 0A              | U32
+    8B 0C 0D 0E 0F 10 11 12  | U64
+    00 00 00                 | Zeros)");
+constexpr ZunSizeT kFieldsSize = 21;
+
+bool WriteFields(BodyWriter& w) {
+  return w.U8(0x81) && w.U16(0x8203) && w.U24(0x840506) && w.U32(0x8708090A) && w.U64(0x8B0C0D0E0F101112U) &&
+         w.Zeros(3);
+}
+
+// A string with room for exactly `room` bytes behind "x...", whose allocator refuses everything from now on.
+struct Cramped {
+  explicit Cramped(ZunSizeT room) : text(a.get()) {
+    EXPECT_NE(ZunStringAppendN(text, 64, 'x'), nullptr);
+    while (text->capacity - text->size > room) EXPECT_NE(ZunStringAppendChar(text, 'x'), nullptr);
+    while (text->capacity - text->size < room) --text->size;
+    text->buf[text->size] = '\0';
+    before = text.str();
+    a.RefuseFrom(0);
+  }
+  TestAllocator a;
+  Text text;
+  std::string before;
+};
+
+TEST(BodyWriterTest, FieldsAreAppendedMostSignificantFirst) {
+  TestAllocator a;
+  Text b("x", a);
+  {
+    BodyWriter w(b, kFieldsSize);
+    EXPECT_EQ(w.Size(), 1U);
+    EXPECT_TRUE(WriteFields(w));
+    EXPECT_EQ(w.Size(), 1 + kFieldsSize);
+  }
+  EXPECT_EQ(b.str(), "x" + kFields);
+  EXPECT_EQ(b->buf[b->size], '\0');
+}
+
+TEST(BodyWriterTest, StringsAndBytesAreAppended) {
+  Text b;
+  const Text text(Hex("01 00 02"));
+  const Text empty;
+  {
+    BodyWriter w(b, 8);
+    EXPECT_TRUE(w.String(*text.get()) && w.String(*empty.get()) && w.Bytes("abc", 2) && w.Bytes(nullptr, 0));
+    EXPECT_EQ(w.Size(), 5U);
+  }
+  EXPECT_EQ(b.str(), Hex("01 00 02 61 62"));
+}
+
+TEST(BodyWriterTest, WholeLengthIsAskedForOnce) {
+  TestAllocator a;
+  Text b(a.get());
+  {
+    BodyWriter w(b, 1000);
+    EXPECT_EQ(a.allocations(), 1U);
+    for (int i = 0; i < 250; ++i) EXPECT_TRUE(w.U32(0x01020304));
+  }
+  EXPECT_EQ(a.allocations(), 1U);
+  EXPECT_EQ(b->size, 1000U);
+  ZunStringClear(b);
+  {
+    BodyWriter w(b, 1000);
+    EXPECT_TRUE(w.Zeros(1000));
+  }
+  EXPECT_EQ(a.calls(), 1U);
+  EXPECT_EQ(b.str(), std::string(1000, '\0'));
+}
+
+TEST(BodyWriterTest, LessThanAskedForMayBeWritten) {
+  Text b("x");
+  {
+    BodyWriter w(b, 100);
+    EXPECT_TRUE(w.U16(0x0102));
+  }
+  EXPECT_EQ(b.str(), "x" + Hex("01 02"));
+  { BodyWriter w(b, 100); }
+  {
+    BodyWriter w(b, 0);
+    EXPECT_EQ(w.Size(), 3U);
+  }
+  EXPECT_EQ(b.str(), "x" + Hex("01 02"));
+}
+
+TEST(BodyWriterTest, EmptyLengthOnAFreshStringAllocatesNothing) {
+  TestAllocator a;
+  Text b(a.get());
+  {
+    BodyWriter w(b, 0);
+    EXPECT_EQ(w.Size(), 0U);
+    EXPECT_TRUE(w.Zeros(0));
+  }
+  EXPECT_EQ(a.calls(), 0U);
+}
+
+// The string takes exactly the bytes that fit, whatever field they cut through.
+TEST(BodyWriterTest, RefusedReservationKeepsEveryByteThatFits) {
+  for (ZunSizeT room = 0; room < kFieldsSize; ++room) {
+    Cramped c(room);
+    {
+      BodyWriter w(c.text, kFieldsSize);
+      EXPECT_FALSE(WriteFields(w));
+      EXPECT_EQ(w.Size(), c.text->capacity);
+    }
+    EXPECT_EQ(c.text.str(), c.before + kFields.substr(0, room));
+    EXPECT_EQ(c.text->buf[c.text->size], '\0');
+  }
+  Cramped enough(kFieldsSize);
+  {
+    BodyWriter w(enough.text, kFieldsSize);
+    EXPECT_TRUE(WriteFields(w));
+  }
+  EXPECT_EQ(enough.a.refused(), 0U);
+  EXPECT_EQ(enough.text.str(), enough.before + kFields);
+}
+
+// A string is one append: it is there whole or not at all.
+TEST(BodyWriterTest, RefusedReservationTakesAStringWholeOrNotAtAll) {
+  const Text text("0123456789");
+  for (ZunSizeT room = 0; room < 12; ++room) {
+    Cramped c(room);
+    {
+      BodyWriter w(c.text, 12);
+      EXPECT_FALSE(w.U16(0x4142) && w.String(*text.get()));
+    }
+    EXPECT_EQ(c.text.str(), c.before + std::string("AB").substr(0, room < 2 ? room : 2));
+  }
+}
+
+// The whole does not fit but the beginning does: growing for single fields is still tried.
+TEST(BodyWriterTest, RefusedReservationStillGrowsForSmallerAppends) {
+  TestAllocator a;
+  a.RefuseAbove(600);
+  Text b(a.get());
+  {
+    BodyWriter w(b, 1000);
+    for (int i = 0; i < 25; ++i) EXPECT_TRUE(w.U32(0x01020304));
+  }
+  EXPECT_EQ(b->size, 100U);
+  EXPECT_EQ(b.str().substr(96), Hex("01 02 03 04"));
+}
+
+TEST(BodyWriterTest, LengthThatOverflowsIsARefusedReservation) {
+  TestAllocator a;
+  Text b("x", a);
+  {
+    BodyWriter w(b, SIZE_MAX);
+    EXPECT_TRUE(w.U8(1));
+  }
+  EXPECT_EQ(b.str(), "x" + Hex("01"));
+}
+
+// ---- the common header
+
+std::string Header(bool pad, ZunUint8 count, ZunRtcpSubpacketType type, ZunSizeT length) {
+  Text b;
+  {
+    BodyWriter w(b, zun::kSubpacketHeaderSize);
+    EXPECT_TRUE(zun::WriteSubpacketHeader(w, pad, count, type, length));
+  }
+  return b.str();
+}
+
+TEST(SubpacketHeaderTest, FieldsStandWhereTheyBelong) {
+  EXPECT_EQ(Header(false, 3, 207, 12), Hex("83 CF 00 02"));
+  EXPECT_EQ(Header(true, 3, 207, 12), Hex("A3 CF 00 02"));
+  EXPECT_EQ(Header(false, 31, 0, 4), Hex("9F 00 00 00"));
+  EXPECT_EQ(Header(false, 0, 200, 262144), Hex("80 C8 FF FF"));
+}
+
+TEST(SubpacketHeaderTest, TypeIsCutTo8Bits) {
+  EXPECT_EQ(Header(false, 0, 0x1C9, 8), Hex("80 C9 00 01"));
+  EXPECT_EQ(Header(false, 0, -1, 8), Hex("80 FF 00 01"));
+}
+
+TEST(SubpacketHeaderTest, CountAbove31SpillsIntoPaddingAndVersion) {
+  EXPECT_EQ(Header(false, 32, 207, 4), Hex("A0 CF 00 00"));
+  EXPECT_EQ(Header(false, 64, 207, 4), Hex("C0 CF 00 00"));
+  EXPECT_EQ(Header(false, 255, 207, 4), Hex("FF CF 00 00"));
+}
+
+TEST(SubpacketHeaderTest, LengthIsCountedInWordsModulo16Bits) {
+  EXPECT_EQ(Header(false, 0, 207, 0), Hex("80 CF FF FF"));
+  EXPECT_EQ(Header(false, 0, 207, 7), Hex("80 CF 00 00"));
+  EXPECT_EQ(Header(false, 0, 207, 262148), Hex("80 CF 00 00"));
+}
+
+TEST(SubpacketHeaderTest, RefusedAppendKeepsTheBytesBeforeIt) {
+  for (ZunSizeT room = 0; room < 4; ++room) {
+    Cramped c(room);
+    {
+      BodyWriter w(c.text, zun::kSubpacketHeaderSize);
+      EXPECT_FALSE(zun::WriteSubpacketHeader(w, false, 3, 207, 12));
+    }
+    EXPECT_EQ(c.text.str(), c.before + Hex("83 CF 00 02").substr(0, room));
+  }
+}
+
+}  // namespace

@@ -1,0 +1,228 @@
+// The dispatch mechanism on a level of its own, whose kinds record what is asked of them.
+#include "Zun/Rtp/Core/Dispatch.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "Zun/Rtp/Core/SubpacketDispatch.h"
+#include "tests/support/TestAllocator.h"
+
+namespace {
+
+using Calls = std::vector<std::string>;
+
+Calls calls;
+ZunAllocator* allocator_asked_for;
+bool fails;
+
+// The rows' operations for the kind `kName`, whose objects hold no more than the value that chose it.
+template <char kName>
+struct Recorder {
+  static void Record(const char* what) { calls.push_back(std::string(1, kName) + " " + what); }
+  static ZunRtcpSubpacket* Copy(ZunRtcpSubpacket* p, const ZunRtcpSubpacket* o, ZunAllocator* a) {
+    Record("copies");
+    allocator_asked_for = a;
+    if (fails) return nullptr;
+    p->unk.type = o->unk.type;
+    return p;
+  }
+  static void Destruct(ZunRtcpSubpacket*) { Record("destructs"); }
+  static ZunRtcpSubpacket* Assign(ZunRtcpSubpacket* p, const ZunRtcpSubpacket* o) {
+    Record("assigns");
+    if (fails) return nullptr;
+    p->unk.type = o->unk.type;
+    return p;
+  }
+  static ZunAllocator* GetAllocator(ZunRtcpSubpacket* p) {
+    return p->unk.subtype == 1 ? nullptr : p->unk.data.allocator;
+  }
+  static ZunBool Write(const ZunRtcpSubpacket*, ZunString*, ZunBool pad) {
+    Record(pad ? "writes with pad" : "writes");
+    return fails ? 0 : 1;
+  }
+  static ZunSizeT Length(const ZunRtcpSubpacket*) { return kName; }
+  static ZunBool Construct(ZunRtcpSubpacket* p, const ZunString*, ZunSizeT begin, ZunSizeT end, ZunRtcpSubpacketType pt,
+                           ZunUint8 count, ZunAllocator* a) {
+    Record("is read anew");
+    allocator_asked_for = a;
+    EXPECT_EQ(begin, 4U);
+    EXPECT_EQ(end, 8U);
+    EXPECT_EQ(pt, 99);
+    EXPECT_EQ(count, 7);
+    p->unk.type = 0;
+    return fails ? 0 : 1;
+  }
+  static ZunBool Read(ZunRtcpSubpacket*, const ZunString*, ZunSizeT begin, ZunSizeT end, ZunRtcpSubpacketType pt,
+                      ZunUint8 count) {
+    Record("is read over");
+    EXPECT_EQ(begin, 4U);
+    EXPECT_EQ(end, 8U);
+    EXPECT_EQ(pt, 99);
+    EXPECT_EQ(count, 7);
+    return fails ? 0 : 1;
+  }
+  static constexpr RtcpSubpacketFunctions kRow(ZunInt32 value) {
+    return {value, Copy, Destruct, Assign, GetAllocator, Write, Length, Construct, Read};
+  }
+};
+
+constexpr RtcpSubpacketFunctions unknown_row = Recorder<'u'>::kRow(0);
+constexpr RtcpSubpacketFunctions table[] = {Recorder<'a'>::kRow(10), {}, Recorder<'c'>::kRow(12)};
+
+struct Level {
+  static ZunInt32 ValueOf(const ZunRtcpSubpacket* p) { return p->unk.type; }
+  static const RtcpSubpacketFunctions& RowOf(ZunInt32 value) { return zun::FindRow(table, 10, value, unknown_row); }
+  static bool IsUnknown(ZunInt32 value) { return value < 10 || value > 12; }
+  static void ConstructEmpty(ZunRtcpSubpacket* p, ZunAllocator* a) {
+    calls.push_back("made empty");
+    ZunRtcpUnknownConstructDefault(&p->unk, a);
+  }
+};
+using TestDispatch = zun::Dispatch<Level>;
+
+class DispatchTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    calls.clear();
+    allocator_asked_for = nullptr;
+    fails = false;
+  }
+  static ZunRtcpSubpacket Object(ZunInt32 value, ZunAllocator* a) {
+    ZunRtcpSubpacket sp;
+    ZunRtcpUnknownConstructDefault(&sp.unk, a);
+    sp.unk.type = value;
+    if (a == nullptr) sp.unk.subtype = 1;
+    return sp;
+  }
+  static Calls Taken() {
+    Calls taken;
+    taken.swap(calls);
+    return taken;
+  }
+
+  test::TestAllocator a_;
+  test::TestAllocator b_;
+};
+
+TEST_F(DispatchTest, RowsAreFoundByValue) {
+  EXPECT_EQ(&Level::RowOf(10), &table[0]);
+  EXPECT_EQ(&Level::RowOf(12), &table[2]);
+}
+
+TEST_F(DispatchTest, ValuesWithoutARowAndEmptyRowsFallToUnknown) {
+  for (const ZunInt32 value : {11, 9, 13, 0, -1, 255, INT32_MIN, INT32_MAX}) {
+    EXPECT_EQ(&Level::RowOf(value), &unknown_row) << value;
+  }
+}
+
+TEST_F(DispatchTest, EqualValuesAndUnknownOnesAreEquivalent) {
+  EXPECT_TRUE(TestDispatch::AreEquivalent(10, 10));
+  EXPECT_TRUE(TestDispatch::AreEquivalent(9, 9));
+  EXPECT_TRUE(TestDispatch::AreEquivalent(9, 13));
+  EXPECT_TRUE(TestDispatch::AreEquivalent(0, -5));
+  EXPECT_FALSE(TestDispatch::AreEquivalent(10, 12));
+  EXPECT_FALSE(TestDispatch::AreEquivalent(10, 9));
+  EXPECT_FALSE(TestDispatch::AreEquivalent(13, 12));
+  EXPECT_FALSE(TestDispatch::AreEquivalent(11, 9));
+}
+
+TEST_F(DispatchTest, OperationsGoToTheRowOfTheObject) {
+  ZunRtcpSubpacket p;
+  ZunRtcpSubpacket o = Object(12, a_);
+  EXPECT_EQ(TestDispatch::ConstructCopy(&p, &o), &p);
+  EXPECT_EQ(allocator_asked_for, a_.get());
+  EXPECT_EQ(TestDispatch::ConstructCopyAllocator(&p, &o, b_), &p);
+  EXPECT_EQ(allocator_asked_for, b_.get());
+  EXPECT_EQ(TestDispatch::WritePacket(&o, nullptr, 0), 1);
+  EXPECT_EQ(TestDispatch::WritePacket(&o, nullptr, 1), 1);
+  TestDispatch::Destruct(&o);
+  EXPECT_EQ(TestDispatch::GetPacketLength(&o), ZunSizeT{'c'});
+  EXPECT_EQ(TestDispatch::GetAllocator(&o), a_.get());
+  EXPECT_EQ(Taken(), (Calls{"c copies", "c copies", "c writes", "c writes with pad", "c destructs"}));
+}
+
+TEST_F(DispatchTest, AssignWithinAKindIsInPlace) {
+  ZunRtcpSubpacket p = Object(10, a_);
+  ZunRtcpSubpacket o = Object(10, b_);
+  EXPECT_EQ(TestDispatch::Assign(&p, &o), &p);
+  EXPECT_EQ(Taken(), Calls{"a assigns"});
+  ZunRtcpSubpacket x = Object(9, a_);
+  ZunRtcpSubpacket y = Object(200, b_);
+  EXPECT_EQ(TestDispatch::Assign(&x, &y), &x);
+  EXPECT_EQ(x.unk.type, 200);
+  EXPECT_EQ(Taken(), Calls{"u assigns"});
+  fails = true;
+  EXPECT_EQ(TestDispatch::Assign(&p, &o), nullptr);
+  EXPECT_EQ(Taken(), Calls{"a assigns"}) << "the object stays constructed";
+}
+
+TEST_F(DispatchTest, AssignAcrossKindsRebuildsWithTheDestinationsAllocator) {
+  ZunRtcpSubpacket p = Object(10, a_);
+  ZunRtcpSubpacket o = Object(12, b_);
+  EXPECT_EQ(TestDispatch::Assign(&p, &o), &p);
+  EXPECT_EQ(Taken(), (Calls{"a destructs", "c copies"}));
+  EXPECT_EQ(allocator_asked_for, a_.get());
+  EXPECT_EQ(p.unk.type, 12);
+}
+
+TEST_F(DispatchTest, AssignOverAnObjectWithoutAllocatorTakesTheSources) {
+  ZunRtcpSubpacket p = Object(10, nullptr);
+  ZunRtcpSubpacket o = Object(12, b_);
+  EXPECT_EQ(TestDispatch::Assign(&p, &o), &p);
+  EXPECT_EQ(allocator_asked_for, b_.get());
+}
+
+TEST_F(DispatchTest, FailedRebuildLeavesAnEmptyUnknown) {
+  ZunRtcpSubpacket p = Object(10, a_);
+  ZunRtcpSubpacket o = Object(12, b_);
+  fails = true;
+  EXPECT_EQ(TestDispatch::Assign(&p, &o), nullptr);
+  EXPECT_EQ(Taken(), (Calls{"a destructs", "c copies", "made empty"}));
+  EXPECT_EQ(p.unk.type, 0);
+  EXPECT_EQ(p.unk.data.allocator, a_.get());
+}
+
+TEST_F(DispatchTest, ReadWithinAKindIsInPlace) {
+  ZunRtcpSubpacket p = Object(12, a_);
+  EXPECT_EQ(TestDispatch::AssignFromBuffer(12, &p, nullptr, 4, 8, 99, 7, b_), 1);
+  EXPECT_EQ(Taken(), Calls{"c is read over"});
+  ZunRtcpSubpacket u = Object(9, a_);
+  EXPECT_EQ(TestDispatch::AssignFromBuffer(77, &u, nullptr, 4, 8, 99, 7, b_), 1);
+  EXPECT_EQ(Taken(), Calls{"u is read over"});
+  fails = true;
+  EXPECT_EQ(TestDispatch::AssignFromBuffer(12, &p, nullptr, 4, 8, 99, 7, b_), 0);
+  EXPECT_EQ(Taken(), Calls{"c is read over"});
+}
+
+TEST_F(DispatchTest, ReadOfAnotherKindRebuildsWithTheAllocatorGiven) {
+  ZunRtcpSubpacket p = Object(10, a_);
+  EXPECT_EQ(TestDispatch::AssignFromBuffer(12, &p, nullptr, 4, 8, 99, 7, b_), 1);
+  EXPECT_EQ(Taken(), (Calls{"a destructs", "c is read anew"}));
+  EXPECT_EQ(allocator_asked_for, b_.get());
+}
+
+// ---- the level of subpackets
+
+TEST(SubpacketDispatchTest, TypesOutside200To206GoToTheUnknownRow) {
+  const RtcpSubpacketFunctions& unknown = zun::SubpacketLevel::RowOf(0);
+  EXPECT_EQ(unknown.type, 0);
+  EXPECT_EQ(unknown.assign_from_buffer, ZunRtcpUnknownAssignFromBuffer);
+  for (const ZunInt32 type : {0, 1, 192, 199, 207, 255, 256, 456, -1, -56, INT32_MIN, INT32_MAX}) {
+    EXPECT_EQ(&zun::SubpacketLevel::RowOf(type), &unknown) << type;
+    EXPECT_TRUE(zun::SubpacketLevel::IsUnknown(type)) << type;
+  }
+}
+
+// A kind that is not built has an empty row and stays opaque.
+TEST(SubpacketDispatchTest, TypesFrom200To206GoToTheirOwnRows) {
+  const RtcpSubpacketFunctions& unknown = zun::SubpacketLevel::RowOf(0);
+  for (ZunInt32 type = 200; type <= 206; ++type) {
+    const RtcpSubpacketFunctions& row = zun::SubpacketLevel::RowOf(type);
+    EXPECT_TRUE(row.type == type || &row == &unknown) << type;
+    EXPECT_FALSE(zun::SubpacketLevel::IsUnknown(type)) << type;
+  }
+}
+
+}  // namespace

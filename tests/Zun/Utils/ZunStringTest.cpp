@@ -1,0 +1,422 @@
+#include "Zun/Utils/ZunString.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <functional>
+#include <random>
+#include <string>
+
+#include "tests/support/Bytes.h"
+#include "tests/support/TestAllocator.h"
+
+namespace {
+
+using test::Str;
+using test::TestAllocator;
+using test::Text;
+
+const std::string kWithZeros("a\0b\0\xFF", 5);
+
+// What holds for every string at any time.
+void ExpectSound(const ZunString* s) {
+  EXPECT_LE(s->size, s->capacity);
+  EXPECT_EQ(s->buf == nullptr, s->capacity == 0);
+  ASSERT_NE(ZunStringCStr(s), nullptr);
+  EXPECT_EQ(ZunStringCStr(s)[s->size], '\0');
+}
+
+void ExpectHolds(const ZunString* s, const std::string& bytes) {
+  ExpectSound(s);
+  EXPECT_EQ(Str(s), bytes);
+}
+
+// A string without spare room, so that every append has to grow.
+void MakeTight(ZunString* s, const std::string& bytes, ZunAllocator* a) {
+  const Text source(bytes);
+  ASSERT_EQ(ZunStringConstructSubstring(s, source.get(), 0, bytes.size(), a), s);
+  ASSERT_EQ(s->capacity, bytes.size());
+}
+
+TEST(ZunStringTest, DefaultIsEmptyAndOwnsNothing) {
+  TestAllocator a;
+  ZunString s;
+  EXPECT_EQ(ZunStringConstructDefault(&s, a), &s);
+  EXPECT_EQ(s.allocator, a.get());
+  EXPECT_EQ(s.buf, nullptr);
+  EXPECT_EQ(s.size, 0U);
+  EXPECT_EQ(s.capacity, 0U);
+  EXPECT_STREQ(ZunStringCStr(&s), "");
+  ZunStringDestruct(&s);
+  EXPECT_EQ(a.calls(), 0U);
+}
+
+TEST(ZunStringTest, AccessorsReadTheFields) {
+  TestAllocator a;
+  const Text s(kWithZeros, a);
+  EXPECT_EQ(ZunStringLength(s.get()), 5U);
+  EXPECT_EQ(ZunStringSize(s.get()), 5U);
+  EXPECT_EQ(ZunStringCStr(s.get()), s.get()->buf);
+  EXPECT_EQ(ZunStringAtConst(s.get(), 0), 'a');
+  EXPECT_EQ(ZunStringAtConst(s.get(), 3), '\0');
+  EXPECT_EQ(ZunStringAtConst(s.get(), 4), '\xFF');
+  EXPECT_EQ(ZunStringEmpty(s.get()), 0);
+  EXPECT_EQ(ZunStringGetAllocator(s.get()), a.get());
+  const Text empty(a.get());
+  EXPECT_EQ(ZunStringEmpty(empty.get()), 1);
+  EXPECT_EQ(ZunStringLength(empty.get()), 0U);
+}
+
+TEST(ZunStringTest, CopyTakesTheAllocatorOfItsSource) {
+  TestAllocator a;
+  const Text source(kWithZeros, a);
+  ZunString copy;
+  ASSERT_EQ(ZunStringConstructCopy(&copy, source.get()), &copy);
+  EXPECT_EQ(copy.allocator, a.get());
+  EXPECT_NE(copy.buf, source.get()->buf);
+  EXPECT_EQ(copy.capacity, 5U);
+  ExpectHolds(&copy, kWithZeros);
+  ZunStringDestruct(&copy);
+}
+
+TEST(ZunStringTest, CopyOfAnEmptyStringAllocatesNothing) {
+  TestAllocator a;
+  a.RefuseFrom(0);
+  const Text empty(a.get());
+  ZunString copy;
+  EXPECT_EQ(ZunStringConstructCopy(&copy, empty.get()), &copy);
+  ExpectHolds(&copy, "");
+  EXPECT_EQ(ZunStringConstructSubstring(&copy, empty.get(), 0, 10, a), &copy);
+  ExpectHolds(&copy, "");
+  const Text full("abc");
+  EXPECT_EQ(ZunStringConstructSubstring(&copy, full.get(), 3, 10, a), &copy);
+  EXPECT_EQ(ZunStringConstructSubstring(&copy, full.get(), 1, 0, a), &copy);
+  ExpectHolds(&copy, "");
+  EXPECT_EQ(a.calls(), 0U);
+}
+
+TEST(ZunStringTest, DestructLeavesItEmptyAndMayBeRepeated) {
+  TestAllocator a;
+  ZunString s;
+  MakeTight(&s, "abc", a);
+  ZunStringDestruct(&s);
+  EXPECT_EQ(a.live_blocks(), 0U);
+  EXPECT_EQ(s.buf, nullptr);
+  EXPECT_EQ(s.size, 0U);
+  EXPECT_EQ(s.capacity, 0U);
+  ZunStringDestruct(&s);
+  EXPECT_EQ(a.deallocations(), 1U);
+}
+
+TEST(ZunStringTest, SubstringsOfEveryPositionAndLength) {
+  const std::string bytes = kWithZeros;
+  const Text source(bytes);
+  TestAllocator a;
+  for (ZunSizeT pos = 0; pos <= bytes.size(); ++pos) {
+    for (const ZunSizeT len :
+         {ZunSizeT{0}, ZunSizeT{1}, ZunSizeT{2}, ZunSizeT{4}, ZunSizeT{5}, ZunSizeT{6}, SIZE_MAX - 1, SIZE_MAX}) {
+      const std::string expected = bytes.substr(pos, len);
+      ZunString part;
+      ASSERT_EQ(ZunStringConstructSubstring(&part, source.get(), pos, len, a), &part);
+      EXPECT_EQ(part.allocator, a.get());
+      ExpectHolds(&part, expected);
+      ZunStringDestruct(&part);
+
+      Text assigned("before", a);
+      EXPECT_EQ(ZunStringAssignSubstring(assigned, source.get(), pos, len), assigned.get());
+      ExpectHolds(assigned, expected);
+
+      Text appended("before", a);
+      EXPECT_EQ(ZunStringAppendSubstring(appended, source.get(), pos, len), appended.get());
+      ExpectHolds(appended, "before" + expected);
+    }
+  }
+}
+
+TEST(ZunStringTest, SubstringBeyondTheSourceFails) {
+  TestAllocator a;
+  const Text source("abc");
+  for (const ZunSizeT pos : {ZunSizeT{4}, ZunSizeT{5}, SIZE_MAX}) {
+    for (const ZunSizeT len : {ZunSizeT{0}, ZunSizeT{1}, SIZE_MAX}) {
+      ZunString part;
+      EXPECT_EQ(ZunStringConstructSubstring(&part, source.get(), pos, len, a), nullptr);
+      Text s("before", a);
+      EXPECT_EQ(ZunStringAssignSubstring(s, source.get(), pos, len), nullptr);
+      EXPECT_EQ(ZunStringAppendSubstring(s, source.get(), pos, len), nullptr);
+      ExpectHolds(s, "before");
+    }
+  }
+  EXPECT_EQ(a.live_blocks(), 0U);
+}
+
+TEST(ZunStringTest, AssignKeepsAllocatorAndStorage) {
+  TestAllocator a;
+  TestAllocator other;
+  Text s("0123456789", a);
+  const std::size_t calls = a.calls();
+  const char* const storage = s->buf;
+  const Text shorter("abc", other);
+  EXPECT_EQ(ZunStringAssign(s, shorter.get()), s.get());
+  ExpectHolds(s, "abc");
+  EXPECT_EQ(s->allocator, a.get());
+  EXPECT_EQ(s->buf, storage);
+  const Text empty;
+  EXPECT_EQ(ZunStringAssign(s, empty.get()), s.get());
+  ExpectHolds(s, "");
+  EXPECT_EQ(ZunStringAssignCStr(s, "0123456789"), s.get());
+  ExpectHolds(s, "0123456789");
+  EXPECT_EQ(s->buf, storage);
+  EXPECT_EQ(a.calls(), calls);
+}
+
+TEST(ZunStringTest, AssignBeyondTheCapacityTakesStorageOfTheAllocatorItHas) {
+  TestAllocator a;
+  Text s(a.get());
+  const Text longer(std::string(100, 'x'));
+  EXPECT_EQ(ZunStringAssign(s, longer.get()), s.get());
+  ExpectHolds(s, std::string(100, 'x'));
+  EXPECT_EQ(s->capacity, 100U);
+  EXPECT_EQ(a.live_blocks(), 1U);
+}
+
+TEST(ZunStringTest, AssignCStrLeavesTheTerminatorOut) {
+  TestAllocator a;
+  Text s(a.get());
+  EXPECT_EQ(ZunStringAssignCStr(s, ""), s.get());
+  EXPECT_EQ(a.calls(), 0U);
+  EXPECT_EQ(ZunStringAssignCStr(s, "text"), s.get());
+  EXPECT_EQ(s->size, 4U);
+  ExpectHolds(s, "text");
+}
+
+TEST(ZunStringTest, AppendsOfEveryKind) {
+  TestAllocator a;
+  Text s(a.get());
+  const Text tail(kWithZeros);
+  EXPECT_EQ(ZunStringAppend(s, tail.get()), s.get());
+  EXPECT_EQ(ZunStringAppendChar(s, '\0'), s.get());
+  EXPECT_EQ(ZunStringAppendN(s, 3, 'n'), s.get());
+  EXPECT_EQ(ZunStringAppendCStrLen(s, "uv\0w", 4), s.get());
+  ExpectHolds(s, kWithZeros + std::string(1, '\0') + "nnn" + std::string("uv\0w", 4));
+}
+
+TEST(ZunStringTest, AppendOfNothingAllocatesNothing) {
+  TestAllocator a;
+  a.RefuseFrom(0);
+  Text s(a.get());
+  const Text empty;
+  EXPECT_EQ(ZunStringAppend(s, empty.get()), s.get());
+  EXPECT_EQ(ZunStringAppendN(s, 0, 'x'), s.get());
+  EXPECT_EQ(ZunStringAppendCStrLen(s, "abc", 0), s.get());
+  EXPECT_EQ(ZunStringAppendSubstring(s, empty.get(), 0, 5), s.get());
+  ExpectHolds(s, "");
+  EXPECT_EQ(a.calls(), 0U);
+}
+
+TEST(ZunStringTest, AppendCharTakesEveryByte) {
+  Text s;
+  std::string expected;
+  for (int c = 0; c < 256; ++c) {
+    ASSERT_EQ(ZunStringAppendChar(s, static_cast<char>(c)), s.get());
+    expected += static_cast<char>(c);
+    ExpectHolds(s, expected);
+  }
+}
+
+TEST(ZunStringTest, GrowthIsGeometric) {
+  TestAllocator a;
+  Text s(a.get());
+  for (int i = 0; i < 100000; ++i) ASSERT_NE(ZunStringAppendChar(s, 'x'), nullptr);
+  EXPECT_LT(a.allocations(), 40U);
+  const std::size_t until_now = a.allocations();
+  for (int i = 0; i < 10000; ++i) ASSERT_NE(ZunStringAppendCStrLen(s, "0123456789", 10), nullptr);
+  EXPECT_LE(a.allocations(), until_now + 2);
+  EXPECT_EQ(s->size, 200000U);
+}
+
+TEST(ZunStringTest, ClearKeepsTheStorage) {
+  TestAllocator a;
+  Text s("abc", a);
+  const std::size_t calls = a.calls();
+  const ZunSizeT capacity = s->capacity;
+  ZunStringClear(s);
+  ExpectHolds(s, "");
+  EXPECT_EQ(s->capacity, capacity);
+  EXPECT_EQ(a.calls(), calls);
+  Text never_filled(a.get());
+  ZunStringClear(never_filled);
+  ExpectHolds(never_filled, "");
+}
+
+TEST(ZunStringTest, MayBeAssignedToItselfWholeOrInPart) {
+  TestAllocator a;
+  const std::string bytes = "0123456789";
+  Text whole(bytes, a);
+  EXPECT_EQ(ZunStringAssign(whole, whole.get()), whole.get());
+  ExpectHolds(whole, bytes);
+  Text never_filled(a.get());
+  EXPECT_EQ(ZunStringAssign(never_filled, never_filled.get()), never_filled.get());
+  ExpectHolds(never_filled, "");
+  Text text(bytes, a);
+  EXPECT_EQ(ZunStringAssignCStr(text, text->buf + 3), text.get());
+  ExpectHolds(text, "3456789");
+  for (ZunSizeT pos = 0; pos <= bytes.size(); ++pos) {
+    for (ZunSizeT len = 0; len <= bytes.size(); ++len) {
+      ZunString s;
+      MakeTight(&s, bytes, a);
+      EXPECT_EQ(ZunStringAssignSubstring(&s, &s, pos, len), &s);
+      ExpectHolds(&s, bytes.substr(pos, len));
+      ZunStringDestruct(&s);
+    }
+  }
+}
+
+// With and without room behind the last byte: in the second case the bytes must survive the old buffer.
+TEST(ZunStringTest, MayBeAppendedToItselfWholeOrInPart) {
+  TestAllocator a;
+  const std::string bytes = "0123456789";
+  for (const bool roomy : {false, true}) {
+    const auto make = [&](ZunString* s) {
+      MakeTight(s, roomy ? bytes + std::string(30, '.') : bytes, a);
+      s->size = bytes.size();
+      s->buf[s->size] = '\0';
+    };
+    ZunString s;
+    make(&s);
+    EXPECT_EQ(ZunStringAppend(&s, &s), &s);
+    ExpectHolds(&s, bytes + bytes);
+    ZunStringDestruct(&s);
+    for (ZunSizeT pos = 0; pos <= bytes.size(); ++pos) {
+      for (ZunSizeT len = 0; len <= bytes.size(); ++len) {
+        make(&s);
+        EXPECT_EQ(ZunStringAppendSubstring(&s, &s, pos, len), &s);
+        ExpectHolds(&s, bytes + bytes.substr(pos, len));
+        ZunStringDestruct(&s);
+        if (pos + len > bytes.size()) continue;
+        make(&s);
+        EXPECT_EQ(ZunStringAppendCStrLen(&s, s.buf + pos, len), &s);
+        ExpectHolds(&s, bytes + bytes.substr(pos, len));
+        ZunStringDestruct(&s);
+      }
+    }
+  }
+}
+
+TEST(ZunStringTest, SizeThatOverflowsIsAFailedAllocation) {
+  TestAllocator a;
+  a.RefuseAbove(1000000);
+  Text empty(a.get());
+  EXPECT_EQ(ZunStringAppendN(empty, SIZE_MAX, 'x'), nullptr);
+  EXPECT_EQ(ZunStringAppendN(empty, SIZE_MAX - 1, 'x'), nullptr);
+  EXPECT_EQ(ZunStringAppendCStrLen(empty, "x", SIZE_MAX), nullptr);
+  ExpectHolds(empty, "");
+  Text s("abc", a);
+  for (ZunSizeT less = 0; less < 6; ++less) {
+    EXPECT_EQ(ZunStringAppendN(s, SIZE_MAX - less, 'x'), nullptr);
+    EXPECT_EQ(ZunStringAppendCStrLen(s, "x", SIZE_MAX - less), nullptr);
+    ExpectHolds(s, "abc");
+  }
+}
+
+TEST(ZunStringTest, EveryRefusedOperationLeavesTheStringAsItWas) {
+  const Text longer(std::string(40, 'l'));
+  const std::function<ZunString*(ZunString*)> operations[] = {
+      [&](ZunString* s) { return ZunStringAssign(s, longer.get()); },
+      [&](ZunString* s) { return ZunStringAssignCStr(s, longer.get()->buf); },
+      [&](ZunString* s) { return ZunStringAssignSubstring(s, longer.get(), 1, 30); },
+      [&](ZunString* s) { return ZunStringAppend(s, longer.get()); },
+      [&](ZunString* s) { return ZunStringAppend(s, s); },
+      [&](ZunString* s) { return ZunStringAppendChar(s, 'c'); },
+      [&](ZunString* s) { return ZunStringAppendN(s, 7, 'n'); },
+      [&](ZunString* s) { return ZunStringAppendCStrLen(s, "tail", 4); },
+      [&](ZunString* s) { return ZunStringAppendSubstring(s, longer.get(), 2, 3); },
+  };
+  for (const auto& operation : operations) {
+    TestAllocator a;
+    ZunString s;
+    MakeTight(&s, "before", a);
+    const ZunString before = s;
+    a.RefuseFrom(0);
+    EXPECT_EQ(operation(&s), nullptr);
+    EXPECT_EQ(a.refused(), 1U);
+    EXPECT_EQ(std::memcmp(&s, &before, sizeof(s)), 0);
+    ExpectHolds(&s, "before");
+    a.RefuseNothing();
+    EXPECT_EQ(operation(&s), &s);
+    ExpectSound(&s);
+    ZunStringDestruct(&s);
+  }
+}
+
+TEST(ZunStringTest, RefusedConstructionOwnsNothing) {
+  TestAllocator a;
+  const Text source("abc", a);
+  const std::size_t live = a.live_blocks();
+  a.RefuseFrom(0);
+  ZunString s;
+  EXPECT_EQ(ZunStringConstructCopy(&s, source.get()), nullptr);
+  EXPECT_EQ(ZunStringConstructSubstring(&s, source.get(), 0, 3, a), nullptr);
+  EXPECT_EQ(a.live_blocks(), live);
+}
+
+TEST(ZunStringTest, RandomOperationsAgreeWithAModel) {
+  std::mt19937 random(20240501);
+  const auto below = [&](ZunSizeT limit) { return static_cast<ZunSizeT>(random() % limit); };
+  TestAllocator a;
+  for (int round = 0; round < 40; ++round) {
+    Text s(a.get());
+    std::string model;
+    for (int step = 0; step < 60; ++step) {
+      std::string bytes(below(40), static_cast<char>('a' + below(26)));
+      const Text other(bytes);
+      const ZunSizeT own = model.empty() ? 0 : below(model.size() + 1);
+      const ZunSizeT own_length = below(50);
+      const bool refused = below(8) == 0;
+      if (refused) a.RefuseFrom(0);
+      std::string next = model;
+      ZunString* result = nullptr;
+      switch (below(10)) {
+        case 0:
+          result = ZunStringAssign(s, other.get()), next = bytes;
+          break;
+        case 1:
+          result = ZunStringAssignSubstring(s, s.get(), own, own_length), next = model.substr(own, own_length);
+          break;
+        case 2:
+          result = ZunStringAppend(s, other.get()), next += bytes;
+          break;
+        case 3:
+          result = ZunStringAppend(s, s.get()), next += model;
+          break;
+        case 4:
+          result = ZunStringAppendSubstring(s, s.get(), own, own_length), next += model.substr(own, own_length);
+          break;
+        case 5:
+          result = ZunStringAppendChar(s, 'z'), next += 'z';
+          break;
+        case 6:
+          result = ZunStringAppendN(s, own_length, 'n'), next.append(own_length, 'n');
+          break;
+        case 7:
+          result = ZunStringAppendCStrLen(s, bytes.data(), bytes.size()), next += bytes;
+          break;
+        case 8:
+          result = ZunStringAssignCStr(s, bytes.c_str()), next = bytes;
+          break;
+        default:
+          ZunStringClear(s), result = s, next.clear();
+          break;
+      }
+      a.RefuseNothing();
+      EXPECT_TRUE(refused || result != nullptr);
+      if (result != nullptr) model = next;
+      ExpectHolds(s, model);
+      if (model.size() > 4000) {
+        ZunStringDestruct(s);
+        model.clear();
+      }
+    }
+  }
+}
+
+}  // namespace

@@ -1,0 +1,756 @@
+// Every vector operation, run on every kind of element.
+#include "Zun/Utils/ZunVector.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstring>
+#include <random>
+#include <type_traits>
+
+#include "tests/support/TestAllocator.h"
+#include "tests/support/VectorKinds.h"
+
+namespace {
+
+using test::Cut;
+using test::Events;
+using test::Inserted;
+using test::Ints;
+using test::IsBare;
+using test::One;
+using test::TestAllocator;
+using test::Vec;
+using test::Without;
+
+template <class Kind>
+class ZunVectorTest : public ::testing::Test {
+ protected:
+  void TearDown() override { EXPECT_TRUE(probes::live.empty()); }
+};
+
+TYPED_TEST_SUITE(ZunVectorTest, test::VectorKinds, test::VectorKindNames);
+
+// ---- construction
+
+TYPED_TEST(ZunVectorTest, DefaultIsEmptyAndOwnsNothing) {
+  USE_VECTOR_KIND;
+  TestAllocator a;
+  V v;
+  EXPECT_EQ(Ops::ConstructDefault(&v, a), &v);
+  EXPECT_EQ(v.allocator, a.get());
+  EXPECT_TRUE(IsBare(v));
+  EXPECT_EQ(Ops::GetAllocator(&v), a.get());
+  EXPECT_EQ(Ops::Empty(&v), 1);
+  EXPECT_EQ(Ops::Size(&v), 0U);
+  EXPECT_EQ(Ops::Capacity(&v), 0U);
+  Ops::Clear(&v);
+  Ops::Dump(&v);
+  Ops::Destruct(&v);
+  Ops::Destruct(&v);
+  EXPECT_EQ(a.calls(), 0U);
+}
+
+TYPED_TEST(ZunVectorTest, ConstructNHasExactlyNCopies) {
+  USE_VECTOR_KIND;
+  for (ZunSizeT n = 0; n <= 5; ++n) {
+    TestAllocator a;
+    const One<Kind> value(7);
+    V v;
+    ASSERT_EQ(Ops::ConstructN(&v, n, value, a), &v);
+    EXPECT_EQ(v.allocator, a.get());
+    EXPECT_EQ(Ops::Size(&v), n);
+    EXPECT_EQ(Ops::Capacity(&v), n);
+    for (ZunSizeT i = 0; i < n; ++i) EXPECT_EQ(Kind::Number(v.begin + i), 7);
+    EXPECT_EQ(a.allocations(), n == 0 ? 0U : 1U);
+    EXPECT_EQ(IsBare(v), n == 0);
+    Ops::Destruct(&v);
+  }
+}
+
+TYPED_TEST(ZunVectorTest, ConstructRangeCopiesItExactly) {
+  USE_VECTOR_KIND;
+  TestAllocator a;
+  TestAllocator other;
+  Vec<Kind> source({0, 1, 2, 3}, other, 9);
+  for (ZunSizeT first = 0; first <= 4; ++first) {
+    for (ZunSizeT last = first; last <= 4; ++last) {
+      Vec<Kind> v(a.get());
+      ASSERT_EQ(Ops::ConstructRange(v, source.at(first), source.at(last), a), v.get());
+      EXPECT_EQ(v->allocator, a.get());
+      EXPECT_EQ(v.numbers(), Cut({0, 1, 2, 3}, first, last));
+      EXPECT_EQ(v.capacity(), last - first);
+    }
+  }
+  Vec<Kind> empty(a.get());
+  EXPECT_EQ(Ops::ConstructRange(empty, nullptr, nullptr, a), empty.get());
+  EXPECT_TRUE(IsBare(*empty.get()));
+}
+
+TYPED_TEST(ZunVectorTest, ConstructCopyTakesTheSourcesAllocatorAndExactStorage) {
+  USE_VECTOR_KIND;
+  TestAllocator a;
+  Vec<Kind> source({1, 0, 3}, a, 10);
+  Vec<Kind> copy(ZunAllocatorGetSystem());
+  ASSERT_EQ(Ops::ConstructCopy(copy, source), copy.get());
+  EXPECT_EQ(copy->allocator, a.get());
+  EXPECT_EQ(copy.numbers(), (Ints{1, 0, 3}));
+  EXPECT_EQ(copy.capacity(), 3U);
+}
+
+TYPED_TEST(ZunVectorTest, ConstructCopyOfAnEmptyVectorAllocatesNothing) {
+  USE_VECTOR_KIND;
+  TestAllocator a;
+  Vec<Kind> source({}, a, 4);
+  const std::size_t calls = a.calls();
+  Vec<Kind> copy(ZunAllocatorGetSystem());
+  EXPECT_EQ(Ops::ConstructCopy(copy, source), copy.get());
+  EXPECT_EQ(copy->allocator, a.get());
+  EXPECT_TRUE(IsBare(*copy.get()));
+  EXPECT_EQ(a.calls(), calls);
+}
+
+TYPED_TEST(ZunVectorTest, DestructLeavesItEmptyAndMayBeRepeated) {
+  USE_VECTOR_KIND;
+  TestAllocator a;
+  Vec<Kind> v({1, 2, 3}, a, 5);
+  Ops::Destruct(v);
+  EXPECT_TRUE(IsBare(*v.get()));
+  EXPECT_EQ(v->allocator, a.get());
+  EXPECT_EQ(a.live_blocks(), 0U);
+  const std::size_t calls = a.calls();
+  Ops::Destruct(v);
+  EXPECT_EQ(a.calls(), calls);
+}
+
+// ---- looking
+
+TYPED_TEST(ZunVectorTest, AccessorsReachEveryElement) {
+  USE_VECTOR_KIND;
+  TestAllocator a;
+  Vec<Kind> v({4, 5, 6}, a, 7);
+  const V* const c = v.get();
+  EXPECT_EQ(Ops::Empty(c), 0);
+  EXPECT_EQ(Ops::Size(c), 3U);
+  EXPECT_EQ(Ops::Capacity(c), 7U);
+  for (ZunSizeT i = 0; i < 3; ++i) {
+    EXPECT_EQ(Ops::At(v, i), v->begin + i);
+    EXPECT_EQ(Ops::AtConst(c, i), v->begin + i);
+  }
+  EXPECT_EQ(Kind::Number(Ops::Front(v)), 4);
+  EXPECT_EQ(Kind::Number(Ops::FrontConst(c)), 4);
+  EXPECT_EQ(Kind::Number(Ops::Back(v)), 6);
+  EXPECT_EQ(Kind::Number(Ops::BackConst(c)), 6);
+  EXPECT_EQ(Ops::Begin(v), v->begin);
+  EXPECT_EQ(Ops::End(v), v->end);
+  EXPECT_EQ(Ops::BeginConst(c), v->begin);
+  EXPECT_EQ(Ops::EndConst(c), v->end);
+  EXPECT_EQ(Ops::RBegin(v), v->end);
+  EXPECT_EQ(Ops::REnd(v), v->begin);
+  EXPECT_EQ(Ops::RBeginConst(c), v->end);
+  EXPECT_EQ(Ops::REndConst(c), v->begin);
+}
+
+TYPED_TEST(ZunVectorTest, MaxSizeIsWhat32BitsCanHold) {
+  USE_VECTOR_KIND;
+  EXPECT_EQ(Ops::MaxSize(), 0xFFFFFFFFU / sizeof(E));
+  static_assert(std::is_same_v<typename Ops::SizeType, ZunSizeT>);
+}
+
+// ---- PushBack, PopBack, Reserve, Clear
+
+TYPED_TEST(ZunVectorTest, PushBackReservesTwoThenDoubles) {
+  USE_VECTOR_KIND;
+  TestAllocator a;
+  Vec<Kind> v(a.get());
+  Ints expected;
+  for (const ZunSizeT capacity : {2U, 2U, 4U, 4U, 8U, 8U, 8U, 8U, 16U}) {
+    const One<Kind> one(static_cast<int>(expected.size()));
+    ASSERT_EQ(Ops::PushBack(v, one), 1);
+    expected.push_back(static_cast<int>(expected.size()));
+    EXPECT_EQ(v.capacity(), capacity);
+    EXPECT_EQ(v.numbers(), expected);
+  }
+}
+
+TYPED_TEST(ZunVectorTest, PushBackIntoAFullVectorDoublesItsSize) {
+  USE_VECTOR_KIND;
+  TestAllocator a;
+  Vec<Kind> v({1, 2, 3}, a);
+  const One<Kind> one(9);
+  ASSERT_TRUE(Ops::PushBack(v, one));
+  EXPECT_EQ(v.capacity(), 6U);
+  EXPECT_EQ(v.numbers(), (Ints{1, 2, 3, 9}));
+}
+
+TYPED_TEST(ZunVectorTest, PushBackOfAnElementOfItsOwn) {
+  USE_VECTOR_KIND;
+  TestAllocator a;
+  for (const ZunSizeT capacity : {3U, 10U}) {
+    for (ZunSizeT i = 0; i < 3; ++i) {
+      Vec<Kind> v({1, 2, 3}, a, capacity);
+      ASSERT_TRUE(Ops::PushBack(v, v.at(i)));
+      EXPECT_EQ(v.numbers(), (Ints{1, 2, 3, static_cast<int>(i) + 1}));
+    }
+  }
+}
+
+TYPED_TEST(ZunVectorTest, PopBackEndsTheLastElement) {
+  USE_VECTOR_KIND;
+  TestAllocator a;
+  Vec<Kind> v({1, 2, 3}, a, 3, a);
+  Ops::PopBack(v);
+  EXPECT_EQ(v.numbers(), (Ints{1, 2}));
+  Ops::PopBack(v);
+  Ops::PopBack(v);
+  EXPECT_EQ(Ops::Empty(v.get()), 1);
+  EXPECT_EQ(v.capacity(), 3U);
+  EXPECT_EQ(a.live_blocks(), 1U);
+}
+
+TYPED_TEST(ZunVectorTest, ReserveTakesExactlyWhatIsAsked) {
+  USE_VECTOR_KIND;
+  TestAllocator a;
+  Vec<Kind> v(a.get());
+  ASSERT_EQ(Ops::Reserve(v, 5), 1);
+  EXPECT_EQ(v.capacity(), 5U);
+  EXPECT_EQ(a.live_bytes(), 5 * sizeof(E));
+  const One<Kind> one(3);
+  ASSERT_TRUE(Ops::PushBack(v, one));
+  ASSERT_EQ(Ops::Reserve(v, 6), 1);
+  EXPECT_EQ(v.capacity(), 6U);
+  EXPECT_EQ(v.numbers(), Ints{3});
+  EXPECT_EQ(a.live_blocks(), 1U);
+}
+
+TYPED_TEST(ZunVectorTest, ReserveBelowTheCapacityChangesNothing) {
+  USE_VECTOR_KIND;
+  TestAllocator a;
+  Vec<Kind> v({1, 2, 3}, a, 5);
+  Vec<Kind> bare(a.get());
+  const V before = *v.get();
+  const std::size_t calls = a.calls();
+  for (ZunSizeT capacity = 0; capacity <= 5; ++capacity) EXPECT_EQ(Ops::Reserve(v, capacity), 1);
+  EXPECT_EQ(Ops::Reserve(bare, 0), 1);
+  EXPECT_EQ(std::memcmp(v.get(), &before, sizeof(before)), 0);
+  EXPECT_TRUE(IsBare(*bare.get()));
+  EXPECT_EQ(a.calls(), calls);
+}
+
+TYPED_TEST(ZunVectorTest, ClearKeepsTheStorage) {
+  USE_VECTOR_KIND;
+  TestAllocator a;
+  Vec<Kind> v({1, 2, 3}, a, 4, a);
+  E* const storage = v->begin;
+  Ops::Clear(v);
+  EXPECT_EQ(Ops::Size(v.get()), 0U);
+  EXPECT_EQ(v.capacity(), 4U);
+  EXPECT_EQ(v->begin, storage);
+  EXPECT_EQ(a.live_blocks(), 1U);
+}
+
+// ---- Assign
+
+TYPED_TEST(ZunVectorTest, AssignToItselfChangesNothing) {
+  USE_VECTOR_KIND;
+  TestAllocator a;
+  Vec<Kind> v({1, 2}, a, 4);
+  const V before = *v.get();
+  const std::size_t calls = a.calls();
+  EXPECT_EQ(Ops::Assign(v, v), v.get());
+  EXPECT_EQ(std::memcmp(v.get(), &before, sizeof(before)), 0);
+  EXPECT_EQ(v.numbers(), (Ints{1, 2}));
+  EXPECT_EQ(a.calls(), calls);
+}
+
+// All sizes of both, and of spare room: within the capacity the storage stays, beyond it it is replaced exactly.
+TYPED_TEST(ZunVectorTest, AssignOfEverySizeOverEverySize) {
+  USE_VECTOR_KIND;
+  TestAllocator a;
+  TestAllocator other;
+  for (int old_size = 0; old_size <= 4; ++old_size) {
+    for (int new_size = 0; new_size <= 6; ++new_size) {
+      for (ZunSizeT spare = 0; spare <= 2; ++spare) {
+        Ints before;
+        Ints after;
+        for (int i = 0; i < old_size; ++i) before.push_back(10 + i);
+        for (int i = 0; i < new_size; ++i) after.push_back(20 + i);
+        const ZunSizeT capacity = static_cast<ZunSizeT>(old_size) + spare;
+        Vec<Kind> v(before, a, capacity);
+        Vec<Kind> o(after, other, 9);
+        E* const storage = v->begin;
+        const bool fits = after.size() <= capacity;
+        const std::size_t calls = a.calls();
+        ASSERT_EQ(Ops::Assign(v, o), v.get());
+        EXPECT_EQ(v.numbers(), after);
+        EXPECT_EQ(o.numbers(), after);
+        EXPECT_EQ(v->allocator, a.get());
+        EXPECT_EQ(v.capacity(), fits ? capacity : after.size());
+        if (fits) {
+          EXPECT_EQ(v->begin, storage);
+          EXPECT_EQ(a.calls(), calls);
+        }
+      }
+    }
+  }
+}
+
+TYPED_TEST(ZunVectorTest, RefusedAssignIsEmptyAndWithoutStorage) {
+  USE_VECTOR_KIND;
+  TestAllocator a;
+  TestAllocator other;
+  Vec<Kind> v({1, 2}, a);
+  Vec<Kind> o({3, 4, 5}, other);
+  a.RefuseFrom(0);
+  EXPECT_EQ(Ops::Assign(v, o), nullptr);
+  EXPECT_TRUE(IsBare(*v.get()));
+  EXPECT_EQ(v->allocator, a.get());
+  EXPECT_EQ(a.live_blocks(), 0U);
+  a.RefuseNothing();
+  EXPECT_EQ(Ops::Assign(v, o), v.get());
+  EXPECT_EQ(v.numbers(), (Ints{3, 4, 5}));
+}
+
+// ---- Swap
+
+TYPED_TEST(ZunVectorTest, SwapWithTheSameAllocatorExchangesStorage) {
+  USE_VECTOR_KIND;
+  TestAllocator a;
+  Vec<Kind> x({1, 2, 3}, a, 5);
+  Vec<Kind> y({4}, a);
+  const V old_x = *x.get();
+  const V old_y = *y.get();
+  const std::size_t calls = a.calls();
+  probes::events.clear();
+  EXPECT_EQ(Ops::Swap(x, y), 1);
+  EXPECT_EQ(std::memcmp(x.get(), &old_y, sizeof(V)), 0);
+  EXPECT_EQ(std::memcmp(y.get(), &old_x, sizeof(V)), 0);
+  EXPECT_EQ(a.calls(), calls);
+  EXPECT_EQ(probes::events, Events{});
+  EXPECT_EQ(Ops::Swap(x, x), 1);
+  EXPECT_EQ(x.numbers(), Ints{4});
+  Vec<Kind> bare(a.get());
+  EXPECT_EQ(Ops::Swap(bare, y), 1);
+  EXPECT_EQ(bare.numbers(), (Ints{1, 2, 3}));
+  EXPECT_TRUE(IsBare(*y.get()));
+}
+
+TYPED_TEST(ZunVectorTest, SwapOfTwoEmptyVectorsChangesNothing) {
+  USE_VECTOR_KIND;
+  TestAllocator a;
+  TestAllocator b;
+  Vec<Kind> x({}, a, 3);
+  Vec<Kind> y({}, b, 5);
+  a.RefuseFrom(0);
+  b.RefuseFrom(0);
+  EXPECT_EQ(Ops::Swap(x, y), 1);
+  EXPECT_EQ(x.capacity(), 3U);
+  EXPECT_EQ(y.capacity(), 5U);
+  EXPECT_EQ(x->allocator, a.get());
+  EXPECT_EQ(y->allocator, b.get());
+}
+
+// One of the two reuses its storage, the other one's becomes exact; TestAllocator sees to it that each block goes back
+// to the allocator that it came from.
+TYPED_TEST(ZunVectorTest, SwapWithDifferentAllocatorsExchangesContents) {
+  USE_VECTOR_KIND;
+  TestAllocator a;
+  TestAllocator b;
+  for (int x_size = 0; x_size <= 4; ++x_size) {
+    for (int y_size = 0; y_size <= 4; ++y_size) {
+      for (const ZunSizeT spare : {0U, 5U}) {
+        if (x_size + y_size == 0) continue;
+        Ints in_x;
+        Ints in_y;
+        for (int i = 0; i < x_size; ++i) in_x.push_back(10 + i);
+        for (int i = 0; i < y_size; ++i) in_y.push_back(20 + i);
+        Vec<Kind> x(in_x, a, in_x.size() + spare);
+        Vec<Kind> y(in_y, b, in_y.size() + spare);
+        ASSERT_EQ(Ops::Swap(x, y), 1);
+        EXPECT_EQ(x.numbers(), in_y);
+        EXPECT_EQ(y.numbers(), in_x);
+        EXPECT_EQ(x->allocator, a.get());
+        EXPECT_EQ(y->allocator, b.get());
+        const bool x_is_new = x.capacity() == in_y.size() && y.capacity() == in_y.size() + spare;
+        const bool y_is_new = y.capacity() == in_x.size() && x.capacity() == in_x.size() + spare;
+        EXPECT_TRUE(x_is_new || y_is_new) << x.capacity() << " " << y.capacity();
+      }
+    }
+  }
+}
+
+// ---- Insert, InsertN, InsertRange
+
+TYPED_TEST(ZunVectorTest, InsertGrowsLikePushBackAndReturnsTheNewElement) {
+  USE_VECTOR_KIND;
+  TestAllocator a;
+  const One<Kind> one(9);
+  Vec<Kind> bare(a.get());
+  E* const first = Ops::Insert(bare, Ops::End(bare), one);
+  ASSERT_NE(first, nullptr);
+  EXPECT_EQ(first, bare->begin);
+  EXPECT_EQ(bare.capacity(), 2U);
+  EXPECT_EQ(bare.numbers(), Ints{9});
+  for (const ZunSizeT capacity : {3U, 4U}) {
+    for (ZunSizeT pos = 0; pos <= 3; ++pos) {
+      Vec<Kind> v({1, 2, 3}, a, capacity);
+      E* const inserted = Ops::Insert(v, v.at(pos), one);
+      EXPECT_EQ(inserted, v.at(pos));
+      EXPECT_EQ(v.numbers(), Inserted({1, 2, 3}, pos, {9}));
+      EXPECT_EQ(v.capacity(), capacity == 3 ? 6U : 4U);
+    }
+  }
+}
+
+TYPED_TEST(ZunVectorTest, InsertNAtEveryPosition) {
+  USE_VECTOR_KIND;
+  TestAllocator a;
+  const One<Kind> one(9);
+  for (ZunSizeT size = 0; size <= 4; ++size) {
+    const Ints before = Cut({1, 2, 3, 4}, 0, size);
+    for (ZunSizeT n = 0; n <= 6; ++n) {
+      for (ZunSizeT spare = 0; spare <= 6; ++spare) {
+        for (ZunSizeT pos = 0; pos <= size; ++pos) {
+          Vec<Kind> v(before, a, size + spare);
+          ASSERT_EQ(Ops::InsertN(v, v.at(pos), n, one), 1);
+          EXPECT_EQ(v.numbers(), Inserted(before, pos, Ints(n, 9)));
+          const ZunSizeT capacity = size + spare;
+          const ZunSizeT grown = capacity == 0 ? 2 * n : std::max(2 * capacity, size + n);
+          EXPECT_EQ(v.capacity(), n <= spare ? capacity : grown);
+        }
+      }
+    }
+  }
+}
+
+TYPED_TEST(ZunVectorTest, InsertRangeAtEveryPosition) {
+  USE_VECTOR_KIND;
+  TestAllocator a;
+  const Ints more = {11, 12, 13, 14, 15, 16};
+  Vec<Kind> source(more, a);
+  for (ZunSizeT size = 0; size <= 4; ++size) {
+    const Ints before = Cut({1, 2, 3, 4}, 0, size);
+    for (ZunSizeT n = 0; n <= 6; ++n) {
+      for (ZunSizeT spare = 0; spare <= 6; ++spare) {
+        for (ZunSizeT pos = 0; pos <= size; ++pos) {
+          Vec<Kind> v(before, a, size + spare);
+          ASSERT_EQ(Ops::InsertRange(v, v.at(pos), source.at(6 - n), source.at(6)), 1);
+          EXPECT_EQ(v.numbers(), Inserted(before, pos, Cut(more, 6 - n, 6)));
+          const ZunSizeT capacity = size + spare;
+          const ZunSizeT grown = capacity == 0 ? 2 * n : std::max(2 * capacity, size + n);
+          EXPECT_EQ(v.capacity(), n <= spare ? capacity : grown);
+        }
+      }
+    }
+  }
+}
+
+TYPED_TEST(ZunVectorTest, InsertOfNothingIntoAVectorWithoutStorage) {
+  USE_VECTOR_KIND;
+  TestAllocator a;
+  a.RefuseFrom(0);
+  Vec<Kind> v(a.get());
+  EXPECT_EQ(Ops::InsertN(v, nullptr, 0, nullptr), 1);
+  EXPECT_EQ(Ops::InsertRange(v, nullptr, nullptr, nullptr), 1);
+  EXPECT_TRUE(IsBare(*v.get()));
+  EXPECT_EQ(a.calls(), 0U);
+}
+
+// With and without room, at every position: as if the value, or the range, had been copied first.
+TYPED_TEST(ZunVectorTest, InsertOfItsOwnElements) {
+  USE_VECTOR_KIND;
+  TestAllocator a;
+  const Ints before = {1, 2, 3, 4};
+  for (const ZunSizeT capacity : {4U, 5U, 6U, 20U}) {
+    for (ZunSizeT pos = 0; pos <= 4; ++pos) {
+      for (ZunSizeT own = 0; own < 4; ++own) {
+        const int number = before[own];
+        Vec<Kind> v(before, a, capacity);
+        E* const inserted = Ops::Insert(v, v.at(pos), v.at(own));
+        EXPECT_EQ(inserted, v.at(pos));
+        EXPECT_EQ(v.numbers(), Inserted(before, pos, {number}));
+        Vec<Kind> w(before, a, capacity);
+        ASSERT_EQ(Ops::InsertN(w, w.at(pos), 3, w.at(own)), 1);
+        EXPECT_EQ(w.numbers(), Inserted(before, pos, Ints(3, number)));
+        for (ZunSizeT last = own; last <= 4; ++last) {
+          Vec<Kind> r(before, a, capacity);
+          const ZunSizeT n = last - own;
+          ASSERT_EQ(Ops::InsertRange(r, r.at(pos), r.at(own), r.at(last)), 1);
+          EXPECT_EQ(r.numbers(), Inserted(before, pos, Cut(before, own, last)));
+          EXPECT_EQ(r.capacity(), 4 + n <= capacity ? capacity : std::max(2 * capacity, 4 + n));
+        }
+      }
+    }
+  }
+}
+
+// ---- Erase, EraseRange
+
+TYPED_TEST(ZunVectorTest, EraseAtEveryPositionReturnsThePosition) {
+  USE_VECTOR_KIND;
+  TestAllocator a;
+  for (ZunSizeT pos = 0; pos < 4; ++pos) {
+    Vec<Kind> v({1, 2, 0, 4}, a, 6);
+    EXPECT_EQ(Ops::Erase(v, v.at(pos)), v.at(pos));
+    EXPECT_EQ(v.numbers(), Without({1, 2, 0, 4}, pos, pos + 1));
+    EXPECT_EQ(v.capacity(), 6U);
+  }
+}
+
+TYPED_TEST(ZunVectorTest, EraseRangeReturnsTheLastPointerItWasGiven) {
+  USE_VECTOR_KIND;
+  TestAllocator a;
+  for (ZunSizeT first = 0; first <= 5; ++first) {
+    for (ZunSizeT last = first; last <= 5; ++last) {
+      Vec<Kind> v({1, 2, 3, 0, 5}, a);
+      E* const given = v.at(last);
+      EXPECT_EQ(Ops::EraseRange(v, v.at(first), v.at(last)), given);
+      EXPECT_EQ(v.numbers(), Without({1, 2, 3, 0, 5}, first, last));
+      EXPECT_EQ(v.capacity(), 5U);
+    }
+  }
+}
+
+// ---- Resize
+
+TYPED_TEST(ZunVectorTest, ResizeReservesTheSumOfOldAndNewSize) {
+  USE_VECTOR_KIND;
+  TestAllocator a;
+  const One<Kind> one(9);
+  Vec<Kind> v({1, 2, 3}, a);
+  ASSERT_EQ(Ops::Resize(v, 5, one), 1);
+  EXPECT_EQ(v.capacity(), 8U);
+  EXPECT_EQ(v.numbers(), (Ints{1, 2, 3, 9, 9}));
+  ASSERT_EQ(Ops::Resize(v, 6, one), 1);
+  EXPECT_EQ(v.capacity(), 11U);
+  Vec<Kind> roomy({1}, a, 20);
+  ASSERT_EQ(Ops::Resize(roomy, 4, one), 1);
+  EXPECT_EQ(roomy.capacity(), 20U);
+  EXPECT_EQ(roomy.numbers(), (Ints{1, 9, 9, 9}));
+}
+
+TYPED_TEST(ZunVectorTest, ResizeToLessOrTheSameNeedsNoValue) {
+  USE_VECTOR_KIND;
+  TestAllocator a;
+  Vec<Kind> v({1, 2, 3}, a, 3, a);
+  EXPECT_EQ(Ops::Resize(v, 3, nullptr), 1);
+  EXPECT_EQ(v.numbers(), (Ints{1, 2, 3}));
+  EXPECT_EQ(Ops::Resize(v, 1, nullptr), 1);
+  EXPECT_EQ(v.numbers(), Ints{1});
+  EXPECT_EQ(Ops::Resize(v, 0, nullptr), 1);
+  EXPECT_EQ(v.capacity(), 3U);
+  EXPECT_EQ(a.live_blocks(), 1U);
+}
+
+TYPED_TEST(ZunVectorTest, ResizeToMoreWithoutAValueChangesNothing) {
+  USE_VECTOR_KIND;
+  TestAllocator a;
+  Vec<Kind> v({1, 2, 3}, a);
+  EXPECT_EQ(Ops::Resize(v, 4, nullptr), 0);
+  EXPECT_EQ(v.numbers(), (Ints{1, 2, 3}));
+  EXPECT_EQ(v.capacity(), 3U);
+}
+
+TYPED_TEST(ZunVectorTest, ResizeWithAnElementOfItsOwn) {
+  USE_VECTOR_KIND;
+  TestAllocator a;
+  for (const ZunSizeT capacity : {3U, 20U}) {
+    for (ZunSizeT own = 0; own < 3; ++own) {
+      Vec<Kind> v({1, 2, 3}, a, capacity);
+      ASSERT_EQ(Ops::Resize(v, 5, v.at(own)), 1);
+      const int number = static_cast<int>(own) + 1;
+      EXPECT_EQ(v.numbers(), (Ints{1, 2, 3, number, number}));
+    }
+  }
+}
+
+// ---- iterators
+
+// One walk for all kinds: `first` designates the element numbered 1, and increments go up to 4.
+template <class It, class Kind>
+void ExpectWalks(typename It::I first, typename It::I past) {
+  using I = typename It::I;
+  I it;
+  ASSERT_EQ(It::ConstructCopy(&it, &first), &it);
+  for (int i = 1; i <= 4; ++i) {
+    EXPECT_EQ(It::Equal(&it, &past), 0);
+    EXPECT_EQ(It::Less(&it, &past), 1);
+    EXPECT_EQ(It::Less(&past, &it), 0);
+    EXPECT_EQ(It::Subtract(&past, &it), 5 - i);
+    EXPECT_EQ(It::Subtract(&it, &past), i - 5);
+    EXPECT_EQ(Kind::Number(It::ContentOf(&it)), i);
+    EXPECT_EQ(Kind::Number(It::ContentOfConst(&it)), i);
+    for (int n = 1; n <= 4; ++n) {
+      EXPECT_EQ(Kind::Number(It::At(&it, n - i)), n);
+      const I there = It::Add(&it, n - i);
+      EXPECT_EQ(Kind::Number(It::ContentOf(&there)), n);
+      EXPECT_EQ(It::Less(&it, &there), n > i ? 1 : 0);
+      EXPECT_EQ(It::Equal(&it, &there), n == i ? 1 : 0);
+      EXPECT_EQ(It::Subtract(&there, &it), n - i);
+      I moved = it;
+      EXPECT_EQ(It::IncrementN(&moved, n - i), &moved);
+      EXPECT_EQ(moved, there);
+      EXPECT_EQ(It::DecrementN(&moved, n - i), &moved);
+      EXPECT_EQ(moved, it);
+    }
+    EXPECT_EQ(It::Increment(&it), &it);
+  }
+  EXPECT_EQ(It::Equal(&it, &past), 1);
+  EXPECT_EQ(It::Less(&it, &past), 0);
+  EXPECT_EQ(It::Decrement(&it), &it);
+  EXPECT_EQ(Kind::Number(It::ContentOf(&it)), 4);
+
+  I other = first;
+  It::Swap(&it, &other);
+  EXPECT_EQ(it, first);
+  EXPECT_EQ(Kind::Number(It::ContentOf(&other)), 4);
+  EXPECT_EQ(It::Assign(&it, &other), &it);
+  EXPECT_EQ(it, other);
+  It::Destruct(&other);
+
+  EXPECT_EQ(It::IsExceptional(&it), 0);
+  EXPECT_EQ(It::ConstructExceptional(&it), &it);
+  EXPECT_EQ(It::IsExceptional(&it), 1);
+  EXPECT_EQ(it, nullptr);
+  static_assert(std::is_same_v<typename It::D, ZunDistanceT>);
+}
+
+TYPED_TEST(ZunVectorTest, IteratorsOfAllFourKindsWalk) {
+  USE_VECTOR_KIND;
+  TestAllocator a;
+  Vec<Kind> up({1, 2, 3, 4}, a, 6);
+  Vec<Kind> down({4, 3, 2, 1}, a, 6);
+  ExpectWalks<typename Ops::Iterator, Kind>(Ops::Begin(up), Ops::End(up));
+  ExpectWalks<typename Ops::ConstIterator, Kind>(Ops::BeginConst(up.get()), Ops::EndConst(up.get()));
+  ExpectWalks<typename Ops::ReverseIterator, Kind>(Ops::RBegin(down), Ops::REnd(down));
+  ExpectWalks<typename Ops::ConstReverseIterator, Kind>(Ops::RBeginConst(down.get()), Ops::REndConst(down.get()));
+  static_assert(std::is_same_v<typename Ops::Iterator::I, E*>);
+  static_assert(std::is_same_v<typename Ops::ConstIterator::I, const E*>);
+  static_assert(std::is_same_v<typename Ops::ReverseIterator::I, E*>);
+  static_assert(std::is_same_v<typename Ops::ConstReverseIterator::I, const E*>);
+}
+
+// ---- random operations against a model
+
+TYPED_TEST(ZunVectorTest, RandomOperationsAgreeWithAModel) {
+  USE_VECTOR_KIND;
+  std::mt19937 random(4711);
+  const auto below = [&](ZunSizeT limit) { return static_cast<ZunSizeT>(random() % limit); };
+  TestAllocator a;
+  TestAllocator b;
+  TestAllocator of_elements;
+  Vec<Kind> x(a.get());
+  Vec<Kind> y(b.get());
+  Ints in_x;
+  Ints in_y;
+  ZunSizeT capacity = 0;
+  const auto some_numbers = [&] {
+    Ints numbers(below(6));
+    for (int& number : numbers) number = static_cast<int>(below(1000));
+    return numbers;
+  };
+  for (int step = 0; step < 3000; ++step) {
+    const ZunSizeT size = in_x.size();
+    const int number = static_cast<int>(below(1000));
+    const One<Kind> one(number, of_elements);
+    const Ints more = some_numbers();
+    Vec<Kind> range(more, a, 0, of_elements);
+    const ZunSizeT pos = below(size + 1);
+    const ZunSizeT own = size == 0 ? 0 : below(size);
+    const ZunSizeT own_last = size == 0 ? 0 : own + below(size - own + 1);
+    const bool own_value = size != 0 && below(3) == 0;
+    const E* const value = own_value ? x.at(own) : one;
+    const int of_value = own_value ? in_x[own] : number;
+    const ZunSizeT n = below(5);
+    // What a full vector grows to when `count` more come in at once.
+    const auto grown = [&](ZunSizeT count) {
+      if (size + count <= capacity) return capacity;
+      return capacity == 0 ? 2 * count : std::max(2 * capacity, size + count);
+    };
+    switch (below(size > 60 ? 16 : 13)) {
+      case 0:
+      case 1:
+        ASSERT_TRUE(Ops::PushBack(x, value));
+        in_x.push_back(of_value);
+        capacity = grown(1);
+        break;
+      case 2:
+        ASSERT_NE(Ops::Insert(x, x.at(pos), value), nullptr);
+        in_x = Inserted(in_x, pos, {of_value});
+        capacity = grown(1);
+        break;
+      case 3:
+        ASSERT_TRUE(Ops::InsertN(x, x.at(pos), n, value));
+        in_x = Inserted(in_x, pos, Ints(n, of_value));
+        if (n != 0) capacity = grown(n);
+        break;
+      case 4:
+        ASSERT_TRUE(Ops::InsertRange(x, x.at(pos), range->begin, range->end));
+        in_x = Inserted(in_x, pos, more);
+        if (!more.empty()) capacity = grown(more.size());
+        break;
+      case 5:
+        ASSERT_TRUE(Ops::InsertRange(x, x.at(pos), x.at(own), x.at(own_last)));
+        if (own_last != own) capacity = grown(own_last - own);
+        in_x = Inserted(in_x, pos, Cut(in_x, own, own_last));
+        break;
+      case 6:
+        if (size == 0) break;
+        ASSERT_EQ(Ops::Erase(x, x.at(own)), x.at(own));
+        in_x = Without(in_x, own, own + 1);
+        break;
+      case 7: {
+        const ZunSizeT target = below(size + 4);
+        ASSERT_TRUE(Ops::Resize(x, target, value));
+        if (target > size) capacity = std::max(capacity, size + target);
+        in_x.resize(target, of_value);
+        break;
+      }
+      case 8: {
+        const ZunSizeT wanted = below(2 * size + 4);
+        ASSERT_TRUE(Ops::Reserve(x, wanted));
+        capacity = std::max(capacity, wanted);
+        break;
+      }
+      case 9:
+        ASSERT_NE(Ops::Assign(x, y), nullptr);
+        if (in_y.size() > capacity) capacity = in_y.size();
+        in_x = in_y;
+        break;
+      case 10:
+        ASSERT_TRUE(Ops::Swap(x, y));
+        in_x.swap(in_y);
+        capacity = x.capacity();  // either one's storage may be reused
+        break;
+      case 11:
+        ASSERT_NE(Ops::Assign(y, x), nullptr);
+        in_y = in_x;
+        break;
+      case 12:
+        if (size == 0) break;
+        Ops::PopBack(x);
+        in_x.pop_back();
+        break;
+      case 13:
+        ASSERT_NE(Ops::EraseRange(x, x.at(own), x.at(own_last)), nullptr);
+        in_x = Without(in_x, own, own_last);
+        break;
+      case 14:
+        Ops::Clear(x);
+        in_x.clear();
+        break;
+      default:
+        Ops::Destruct(x);
+        Ops::ConstructN(x, n, one, a);
+        in_x = Ints(n, number);
+        capacity = n;
+        break;
+    }
+    ASSERT_EQ(x.numbers(), in_x) << "step " << step;
+    ASSERT_EQ(y.numbers(), in_y) << "step " << step;
+    ASSERT_EQ(x.capacity(), capacity) << "step " << step;
+    if (step % 64 == 0) probes::events.clear();
+  }
+}
+
+}  // namespace
