@@ -6,6 +6,12 @@
 #define ZUN_RTP_CORE_ZUNRTCPSUBPACKET_H
 
 #include "Zun/Rtp/Core/ZunRtcpUnknown.h"
+#include "Zun/Rtp/Reports/ZunRtcpApp.h"
+#include "Zun/Rtp/Reports/ZunRtcpBye.h"
+#include "Zun/Rtp/Reports/ZunRtcpRr.h"
+#include "Zun/Rtp/Reports/ZunRtcpSdes.h"
+#include "Zun/Rtp/Reports/ZunRtcpSdesItemPriv.h"
+#include "Zun/Rtp/Reports/ZunRtcpSr.h"
 #include "Zun/Utils/ZunVector.h"
 
 ZUN_EXTERN_C_BEGIN
@@ -13,6 +19,11 @@ ZUN_EXTERN_C_BEGIN
 /* A subpacket of one kind is built with that kind's constructors, called on its member. */
 union ZunRtcpSubpacket {
   ZunRtcpUnknown unk; /* any type outside 200..206 */
+  ZunRtcpSr sr;       /* 200 */
+  ZunRtcpRr rr;       /* 201 */
+  ZunRtcpSdes sdes;   /* 202 */
+  ZunRtcpBye bye;     /* 203 */
+  ZunRtcpApp app;     /* 204 */
 };
 
 /*
@@ -39,6 +50,11 @@ ZUN_INLINE ZunRtcpSubpacketType ZunRtcpSubpacketGetType(const ZunRtcpSubpacket* 
 
 /* The member of that kind. The type is not checked: look at ZunRtcpSubpacketGetType first. */
 ZUN_INLINE const ZunRtcpUnknown* ZunRtcpSubpacketGetUnknown(const ZunRtcpSubpacket* p) { return &p->unk; }
+ZUN_INLINE const ZunRtcpSr* ZunRtcpSubpacketGetSr(const ZunRtcpSubpacket* p) { return &p->sr; }
+ZUN_INLINE const ZunRtcpRr* ZunRtcpSubpacketGetRr(const ZunRtcpSubpacket* p) { return &p->rr; }
+ZUN_INLINE const ZunRtcpSdes* ZunRtcpSubpacketGetSdes(const ZunRtcpSubpacket* p) { return &p->sdes; }
+ZUN_INLINE const ZunRtcpBye* ZunRtcpSubpacketGetBye(const ZunRtcpSubpacket* p) { return &p->bye; }
+ZUN_INLINE const ZunRtcpApp* ZunRtcpSubpacketGetApp(const ZunRtcpSubpacket* p) { return &p->app; }
 
 ZUN_EXTERN_C_END
 

@@ -1,0 +1,49 @@
+// Reading the lists of fixed-size entries that many subpackets hold.
+#ifndef ZUN_RTP_CORE_ENTRYLIST_H
+#define ZUN_RTP_CORE_ENTRYLIST_H
+
+#include "Zun/Rtp/Core/BodyReader.h"
+#include "Zun/Rtp/ZunRtpHeader.h"
+#include "Zun/Utils/VectorAlgorithms.h"
+
+namespace zun {
+
+// Makes room in an empty list and returns for how many of `count` entries there is some. Where one block for all is
+// refused, blocks of doubling size are tried, as if entries were appended one by one.
+template <class Algorithms>
+ZunSizeT ReserveEntries(typename Algorithms::Vector* list, ZunSizeT count) {
+  if (Algorithms::ReserveGrown(list, count)) return count;
+  ZunSizeT room = Algorithms::Capacity(list);
+  while (room < count && Algorithms::Reserve(list, room == 0 ? 2 : 2 * room)) room = Algorithms::Capacity(list);
+  return room < count ? room : count;
+}
+
+// Replaces the plain elements of `list` by what decode(octets, &entry) makes of each of the next `count` runs of
+// kEntrySize octets. It stores the fields of an entry one by one: an entry made elsewhere and copied would stall the
+// loop. When the body or the storage does not reach, what does is kept and the read fails; an entry that there was no
+// room for has been read.
+template <ZunSizeT kEntrySize, class Algorithms, class Decode>
+bool ReadCountedEntries(BodyReader& r, typename Algorithms::Vector* list, ZunSizeT count, Decode decode) {
+  Algorithms::Clear(list);  // so that growth copies nothing
+  const ZunSizeT whole = r.Readable() / kEntrySize;
+  const ZunSizeT held = whole < count ? whole : count;
+  const ZunSizeT room = ReserveEntries<Algorithms>(list, held);
+  const ZunUint8* octets = room == 0 ? nullptr : r.Take(room * kEntrySize);
+  typename Algorithms::E* entry = list->begin;
+  for (ZunSizeT i = 0; i < room; ++i, octets += kEntrySize) decode(octets, entry++);
+  list->end = entry;
+  if (room < held) r.Skip(kEntrySize);
+  return room == count;
+}
+
+// The same with all entries up to the end. A remainder makes the read fail; the whole entries in front of it are kept.
+template <ZunSizeT kEntrySize, class Algorithms, class Decode>
+bool ReadEntries(BodyReader& r, typename Algorithms::Vector* list, Decode decode) {
+  return ReadCountedEntries<kEntrySize, Algorithms>(r, list, r.Readable() / kEntrySize, decode) && r.AtEnd();
+}
+
+inline void DecodeSourceId(const ZunUint8* octets, ZunRtpSourceId* source) { *source = ZunUint32FromOctets(octets); }
+
+}  // namespace zun
+
+#endif

@@ -1,0 +1,14 @@
+// The zero bytes that fill a run of bytes up to a whole number of 32-bit words.
+#ifndef ZUN_RTP_REPORTS_PADDING_H
+#define ZUN_RTP_REPORTS_PADDING_H
+
+#include "Zun/Utils/ZunTypes.h"
+
+namespace zun {
+
+// How many bytes lack behind `size` bytes to the next multiple of 4; 0 to 3.
+constexpr ZunSizeT PaddingBehind(ZunSizeT size) { return (0 - size) & 3; }
+
+}  // namespace zun
+
+#endif

@@ -1,0 +1,55 @@
+// The wire form of a list of report blocks, shared by sender and receiver reports.
+#ifndef ZUN_RTP_REPORTS_REPORTBLOCKS_H
+#define ZUN_RTP_REPORTS_REPORTBLOCKS_H
+
+#include "Zun/Rtp/Core/BodyReader.h"
+#include "Zun/Rtp/Core/BodyWriter.h"
+#include "Zun/Rtp/Core/EntryList.h"
+#include "Zun/Rtp/Reports/ZunRtcpReportBlock.h"
+
+ZUN_VECTOR_USE_PLAIN(ZunRtcpReportBlock)
+
+namespace zun {
+
+inline constexpr ZunSizeT kReportBlockSize = 24;
+// The second word of a block: the fraction lost above the cumulative number.
+inline constexpr int kFractionLostShift = 24;
+inline constexpr ZunUint32 kPacketsLostMask = 0xFFFFFF;
+
+inline ZunSizeT ReportBlocksLength(const ZunVector_ZunRtcpReportBlock& blocks) {
+  return kReportBlockSize * VectorOfZunRtcpReportBlock::Size(&blocks);
+}
+
+inline bool WriteReportBlock(BodyWriter& w, const ZunRtcpReportBlock& block) {
+  const ZunUint32 fraction = static_cast<ZunUint32>(block.fraction_lost) << kFractionLostShift;
+  return w.U32(block.ssrc) && w.U32(fraction | (block.cum_num_packet_lost & kPacketsLostMask)) &&
+         w.U32(block.highest_seq_num_rcvd) && w.U32(block.inter_arrival_jitter) && w.U32(block.last_sr) &&
+         w.U32(block.delay_last_sr);
+}
+
+inline bool WriteReportBlocks(BodyWriter& w, const ZunVector_ZunRtcpReportBlock& blocks) {
+  for (const ZunRtcpReportBlock* block = blocks.begin; block != blocks.end; ++block) {
+    if (!WriteReportBlock(w, *block)) return false;
+  }
+  return true;
+}
+
+// The number of packets lost stays a pattern of 24 bits; its getter knows the sign.
+inline void DecodeReportBlock(const ZunUint8* octets, ZunRtcpReportBlock* block) {
+  const ZunUint32 lost = ZunUint32FromOctets(octets + 4);
+  block->ssrc = ZunUint32FromOctets(octets);
+  block->fraction_lost = static_cast<ZunUint8>(lost >> kFractionLostShift);
+  block->cum_num_packet_lost = lost & kPacketsLostMask;
+  block->highest_seq_num_rcvd = ZunUint32FromOctets(octets + 8);
+  block->inter_arrival_jitter = ZunUint32FromOctets(octets + 12);
+  block->last_sr = ZunUint32FromOctets(octets + 16);
+  block->delay_last_sr = ZunUint32FromOctets(octets + 20);
+}
+
+inline bool ReadReportBlocks(BodyReader& r, ZunUint8 count, ZunVector_ZunRtcpReportBlock* blocks) {
+  return ReadCountedEntries<kReportBlockSize, VectorOfZunRtcpReportBlock>(r, blocks, count, DecodeReportBlock);
+}
+
+}  // namespace zun
+
+#endif

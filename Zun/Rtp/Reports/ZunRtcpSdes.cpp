@@ -1,0 +1,165 @@
+#include "Zun/Rtp/Reports/ZunRtcpSdes.h"
+
+#include "Zun/Os/Log.h"
+#include "Zun/Rtp/Core/OwnedMember.h"
+#include "Zun/Rtp/Core/Row.h"
+#include "Zun/Rtp/Reports/Padding.h"
+#include "Zun/Utils/ListRefill.h"
+
+ZUN_VECTOR_USE_OWNING(ZunRtcpSdesItem)
+ZUN_VECTOR_USE_OWNING(ZunRtcpSdesChunk)
+
+namespace {
+
+using Items = zun::VectorOfZunRtcpSdesItem;
+using Chunks = zun::VectorOfZunRtcpSdesChunk;
+using OwnedChunks = zun::OwnedMember<&ZunRtcpSdes::chunks, Chunks::ConstructCopy, Chunks::Assign>;
+
+constexpr ZunSizeT kSourceSize = 4;
+constexpr ZunSizeT kItemHeaderSize = 2;  // type and length
+constexpr ZunSizeT kEndOfListSize = 1;
+constexpr ZunSizeT kMinChunkSize = 8;
+
+ZunSizeT ItemsLength(const ZunVector_ZunRtcpSdesItem& items) {
+  ZunSizeT length = 0;
+  for (const ZunRtcpSdesItem* item = items.begin; item != items.end; ++item) {
+    length += kItemHeaderSize + item->text.size;
+  }
+  return length;
+}
+
+// The end of a list of items and the zero bytes behind it, up to the end of a word.
+ZunSizeT ListEndLength(ZunSizeT items_length) {
+  return kEndOfListSize + zun::PaddingBehind(items_length + kEndOfListSize);
+}
+
+// A text, or a zero byte, that the string has no room for is left out unnoticed; all else is reported.
+bool WriteChunk(zun::BodyWriter& w, const ZunRtcpSdesChunk& chunk) {
+  if (!w.U32(chunk.ssrc)) return false;
+  ZunSizeT items_length = 0;
+  for (const ZunRtcpSdesItem* item = chunk.items.begin; item != chunk.items.end; ++item) {
+    const ZunUint32 header = (static_cast<ZunUint32>(item->type) & 0xFF) << 8 | (item->text.size & 0xFF);
+    if (!w.U16(static_cast<ZunUint16>(header))) return false;
+    (void)w.String(item->text);
+    items_length += kItemHeaderSize + item->text.size;
+  }
+  w.Padding(ListEndLength(items_length));
+  return true;
+}
+
+// Storage that is about to be replaced is used again where it has the allocator of the list.
+class ChunkReader {
+ public:
+  ChunkReader(zun::BodyReader& r, ZunAllocator* a) : r_(r), allocator_(a) {}
+
+  bool Read(zun::ListRefill<Chunks>& chunks) {
+    ZunRtcpSdesChunk* const chunk =
+        chunks.Next([&](const ZunRtcpSdesChunk& old) { return old.items.allocator == allocator_; },
+                    [&](ZunRtcpSdesChunk* raw) { ZunRtcpSdesChunkConstructDefault(raw, allocator_); });
+    if (chunk == nullptr) return ReadIntoNothing();
+    if (!r_.U32(&chunk->ssrc)) return false;
+    const ZunSizeT list_begin = r_.Position();
+    if (!ReadItems(&chunk->items)) return false;
+    chunks.Keep();
+    return r_.Pass(zun::PaddingBehind(r_.Position() - list_begin));
+  }
+
+ private:
+  // A chunk that there is no room for still tells which of its items are skipped.
+  bool ReadIntoNothing() {
+    ZunRtcpSdesChunk chunk;
+    ZunRtcpSdesChunkConstructDefault(&chunk, allocator_);
+    (void)(r_.U32(&chunk.ssrc) && ReadItems(&chunk.items));
+    ZunRtcpSdesChunkDestruct(&chunk);
+    return false;
+  }
+
+  // The first entry is an item even when its type is that of the end of the list.
+  bool ReadItems(ZunVector_ZunRtcpSdesItem* list) {
+    zun::ListRefill<Items> items(list);
+    ZunUint8 type = 0;
+    if (!r_.U8(&type)) return false;
+    do {
+      if (!ReadItem(type, items) || !r_.U8(&type)) return false;
+    } while (type != ZUN_RTCPSDESITEM_TYPE_EndOfList);
+    return true;
+  }
+
+  bool ReadItem(ZunUint8 type, zun::ListRefill<Items>& items) {
+    ZunUint8 length = 0;
+    if (!r_.U8(&length) || r_.Remaining() < length + kEndOfListSize) return false;
+    if (type == ZUN_RTCPSDESITEM_TYPE_EndOfList || type >= ZUN_RTCPSDESITEM_TYPE_MAX) {
+      LOG_INFO_FORMATTED(ZunLogRtcp_, "ZunRtcpSdesItemsAssignFromBuffer",
+                         "Skipping unsupported RTCP SDES item of type %u", static_cast<unsigned>(type));
+      return r_.Skip(length);
+    }
+    ZunRtcpSdesItem* const item =
+        items.Next([&](const ZunRtcpSdesItem& old) { return old.text.allocator == allocator_; },
+                   [&](ZunRtcpSdesItem* raw) { ZunRtcpSdesItemConstructDefault(raw, allocator_); });
+    if (item == nullptr || !r_.String(&item->text, length)) return false;
+    item->type = type;
+    items.Keep();
+    return true;
+  }
+
+  zun::BodyReader& r_;
+  ZunAllocator* allocator_;
+};
+
+struct Wire {
+  static ZunSizeT Length(const ZunRtcpSdes& p) {
+    ZunSizeT length = zun::kSubpacketHeaderSize;
+    for (const ZunRtcpSdesChunk* chunk = p.chunks.begin; chunk != p.chunks.end; ++chunk) {
+      const ZunSizeT items_length = ItemsLength(chunk->items);
+      length += kSourceSize + items_length + ListEndLength(items_length);
+    }
+    return length;
+  }
+
+  // Any number of chunks is written, and its low 8 bits are the count: above 31 it spills out of the count field.
+  static bool Write(const ZunRtcpSdes& p, ZunString* b, bool pad) {
+    const ZunSizeT length = Length(p);
+    const ZunUint8 count = static_cast<ZunUint8>(Chunks::Size(&p.chunks) & 0xFF);
+    zun::BodyWriter w(b, length);
+    if (!zun::WriteSubpacketHeader(w, pad, count, p.type, length)) return false;
+    for (const ZunRtcpSdesChunk* chunk = p.chunks.begin; chunk != p.chunks.end; ++chunk) {
+      if (!WriteChunk(w, *chunk)) return false;
+    }
+    return true;
+  }
+
+  static bool Read(ZunRtcpSdes* p, zun::BodyReader& r, zun::SubpacketHeader header) {
+    if (header.count == 0) return r.AtEnd();
+    // One request for all that the body can hold. Where it is refused, the list grows as far as it is let.
+    if (header.count > Chunks::Capacity(&p->chunks)) {
+      const ZunSizeT held = r.Remaining() / kMinChunkSize;
+      Chunks::ReserveGrown(&p->chunks, header.count < held ? header.count : held);
+    }
+    zun::ListRefill<Chunks> chunks(&p->chunks);
+    ChunkReader reader(r, p->chunks.allocator);
+    for (ZunUint8 left = header.count; left > 0; --left) {
+      if (!reader.Read(chunks)) return false;
+    }
+    return r.AtEnd();
+  }
+};
+
+}  // namespace
+
+ZunRtcpSdes* ZunRtcpSdesConstructDefault(ZunRtcpSdes* p, ZunAllocator* a) {
+  p->type = ZUN_RTCPSUBPACKET_TYPE_SDES;
+  Chunks::ConstructDefault(&p->chunks, a);
+  return p;
+}
+
+ZunRtcpSdes* ZunRtcpSdesConstructCopy(ZunRtcpSdes* p, const ZunRtcpSdes* o) { return OwnedChunks::ConstructCopy(p, o); }
+
+ZunRtcpSdes* ZunRtcpSdesAssign(ZunRtcpSdes* p, const ZunRtcpSdes* o) { return OwnedChunks::Assign(p, o); }
+
+void ZunRtcpSdesDestruct(ZunRtcpSdes* p) { Chunks::Destruct(&p->chunks); }
+
+ZunBool ZunRtcpSdesSetChunks(ZunRtcpSdes* p, const ZunVector_ZunRtcpSdesChunk* chunks) {
+  return Chunks::Assign(&p->chunks, chunks) != nullptr;
+}
+
+ZUN_RTCP_ROW_DEFINE(ZunRtcpSdes, Wire)
