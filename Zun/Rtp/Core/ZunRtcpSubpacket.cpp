@@ -6,13 +6,13 @@
 const RtcpSubpacketFunctions zun::unknown_funcs = ZUN_RTCP_ROW(ZUN_RTCPSUBPACKET_TYPE_Unknown, ZunRtcpUnknown);
 
 const RtcpSubpacketFunctions zun::subpacket_table[] = {
-    ZUN_RTCP_ROW(ZUN_RTCPSUBPACKET_TYPE_SR, ZunRtcpSr),      //
-    ZUN_RTCP_ROW(ZUN_RTCPSUBPACKET_TYPE_RR, ZunRtcpRr),      //
-    ZUN_RTCP_ROW(ZUN_RTCPSUBPACKET_TYPE_SDES, ZunRtcpSdes),  //
-    ZUN_RTCP_ROW(ZUN_RTCPSUBPACKET_TYPE_BYE, ZunRtcpBye),    //
-    ZUN_RTCP_ROW(ZUN_RTCPSUBPACKET_TYPE_APP, ZunRtcpApp),    //
-    {},                                                      // 205
-    {},                                                      // 206
+    ZUN_RTCP_ROW(ZUN_RTCPSUBPACKET_TYPE_SR, ZunRtcpSr),        //
+    ZUN_RTCP_ROW(ZUN_RTCPSUBPACKET_TYPE_RR, ZunRtcpRr),        //
+    ZUN_RTCP_ROW(ZUN_RTCPSUBPACKET_TYPE_SDES, ZunRtcpSdes),    //
+    ZUN_RTCP_ROW(ZUN_RTCPSUBPACKET_TYPE_BYE, ZunRtcpBye),      //
+    ZUN_RTCP_ROW(ZUN_RTCPSUBPACKET_TYPE_APP, ZunRtcpApp),      //
+    ZUN_RTCP_ROW(ZUN_RTCPSUBPACKET_TYPE_RTPFB, ZunRtcpRtpfb),  //
+    {},                                                        // 206
 };
 
 ZunRtcpSubpacket* ZunRtcpSubpacketConstructCopy(ZunRtcpSubpacket* p, const ZunRtcpSubpacket* o) {

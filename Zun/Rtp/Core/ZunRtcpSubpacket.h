@@ -12,6 +12,7 @@
 #include "Zun/Rtp/Reports/ZunRtcpSdes.h"
 #include "Zun/Rtp/Reports/ZunRtcpSdesItemPriv.h"
 #include "Zun/Rtp/Reports/ZunRtcpSr.h"
+#include "Zun/Rtp/TransportFeedback/ZunRtcpRtpfb.h"
 #include "Zun/Utils/ZunVector.h"
 
 ZUN_EXTERN_C_BEGIN
@@ -24,6 +25,7 @@ union ZunRtcpSubpacket {
   ZunRtcpSdes sdes;   /* 202 */
   ZunRtcpBye bye;     /* 203 */
   ZunRtcpApp app;     /* 204 */
+  ZunRtcpRtpfb rtpfb; /* 205 */
 };
 
 /*
@@ -55,6 +57,7 @@ ZUN_INLINE const ZunRtcpRr* ZunRtcpSubpacketGetRr(const ZunRtcpSubpacket* p) { r
 ZUN_INLINE const ZunRtcpSdes* ZunRtcpSubpacketGetSdes(const ZunRtcpSubpacket* p) { return &p->sdes; }
 ZUN_INLINE const ZunRtcpBye* ZunRtcpSubpacketGetBye(const ZunRtcpSubpacket* p) { return &p->bye; }
 ZUN_INLINE const ZunRtcpApp* ZunRtcpSubpacketGetApp(const ZunRtcpSubpacket* p) { return &p->app; }
+ZUN_INLINE const ZunRtcpRtpfb* ZunRtcpSubpacketGetRtpfb(const ZunRtcpSubpacket* p) { return &p->rtpfb; }
 
 ZUN_EXTERN_C_END
 

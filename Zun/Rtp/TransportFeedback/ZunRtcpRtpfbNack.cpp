@@ -1,0 +1,193 @@
+#include "Zun/Rtp/TransportFeedback/ZunRtcpRtpfbNack.h"
+
+#include <bit>
+
+#include "Zun/Os/Log.h"
+#include "Zun/Rtp/Core/EntryList.h"
+#include "Zun/Rtp/Core/FeedbackHeader.h"
+#include "Zun/Rtp/Core/OwnedMember.h"
+#include "Zun/Rtp/Core/Row.h"
+
+ZUN_VECTOR_USE_PLAIN(ZunRtcpRtpfbNackSeqMap)
+ZUN_VECTOR_USE_PLAIN(ZunUint16)
+
+namespace {
+
+using SeqMaps = zun::VectorOfZunRtcpRtpfbNackSeqMap;
+using OwnedSeqMaps = zun::OwnedMember<&ZunRtcpRtpfbNack::seqMaps, SeqMaps::ConstructCopy, SeqMaps::Assign>;
+
+constexpr ZunSizeT kSeqMapSize = 4;
+constexpr ZunUint32 kMaxDistance = 16;  // from a map's base to the last number that it can hold
+
+// What says that an object is a NACK, whatever it was copied from; a failed copy stays null.
+ZunRtcpRtpfbNack* Mark(ZunRtcpRtpfbNack* p) {
+  if (p == nullptr) return nullptr;
+  p->type = ZUN_RTCPSUBPACKET_TYPE_RTPFB;
+  p->fmt = ZUN_RTCPRTPFB_TYPE_NACK;
+  return p;
+}
+
+// From the base of `map` up to `seqNumber`. The difference is not taken modulo 65536, so for any number below the
+// base it is far above kMaxDistance.
+ZunUint32 Distance(const ZunRtcpRtpfbNackSeqMap& map, ZunUint16 seqNumber) {
+  return static_cast<ZunUint32>(seqNumber) - map.seqNumber;
+}
+
+// The bit of the number at `distance` (1 to kMaxDistance) from the base.
+ZunUint16 BitAt(ZunUint32 distance) { return static_cast<ZunUint16>(1U << (distance - 1)); }
+
+// The first map that can hold `seqNumber`, or null.
+ZunRtcpRtpfbNackSeqMap* FindSeqMap(const ZunRtcpRtpfbNack* p, ZunUint16 seqNumber) {
+  for (ZunRtcpRtpfbNackSeqMap* map = p->seqMaps.begin; map != p->seqMaps.end; ++map) {
+    if (Distance(*map, seqNumber) <= kMaxDistance) return map;
+  }
+  return nullptr;
+}
+
+// Moves the base on to the next number of the map, which must have one.
+void DropBase(ZunRtcpRtpfbNackSeqMap* map) {
+  const int distance = std::countr_zero(map->map) + 1;
+  map->seqNumber = static_cast<ZunUint16>(map->seqNumber + distance);
+  map->map = static_cast<ZunUint16>(map->map >> distance);
+}
+
+template <class Visit>
+void ForEachSeqNumber(const ZunRtcpRtpfbNack* p, Visit visit) {
+  for (const ZunRtcpRtpfbNackSeqMap* map = p->seqMaps.begin; map != p->seqMaps.end; ++map) {
+    visit(map->seqNumber);
+    for (ZunUint32 bits = map->map; bits != 0; bits &= bits - 1) {
+      visit(static_cast<ZunUint16>(map->seqNumber + std::countr_zero(bits) + 1));
+    }
+  }
+}
+
+bool WriteMessage(const ZunRtcpRtpfbNack& p, ZunString* b, bool pad, ZunSizeT length) {
+  zun::BodyWriter w(b, length);
+  if (!zun::WriteFeedbackHeader(w, pad, ZUN_RTCPRTPFB_TYPE_NACK, ZUN_RTCPSUBPACKET_TYPE_RTPFB, length, p.sender,
+                                p.source)) {
+    return false;
+  }
+  const ZunSizeT count = SeqMaps::Size(&p.seqMaps);
+  if (count == 0) return false;
+  if (count > 1) {
+    LOG_DEBUG(ZunLogRtcp_, "ZunRtcpRtpfbNackWritePacket",
+              "Writing Generic NACK subpacket containing multiple sequence number/map fields.  Old versions of the "
+              "code could not produce or parse such subpackets.  Make sure receiving endpoint has support.");
+  }
+  for (const ZunRtcpRtpfbNackSeqMap* map = p.seqMaps.begin; map != p.seqMaps.end; ++map) {
+    if (!w.U16(map->seqNumber) || !w.U16(map->map)) return false;
+  }
+  return true;
+}
+
+void DecodeSeqMap(const ZunUint8* octets, ZunRtcpRtpfbNackSeqMap* map) {
+  map->seqNumber = ZunUint16FromOctets(octets);
+  map->map = ZunUint16FromOctets(octets + 2);
+}
+
+// A second map is worth a message as soon as it is there, whether it finds room or not.
+bool ReadSeqMaps(zun::BodyReader& r, ZunVector_ZunRtcpRtpfbNackSeqMap* maps) {
+  const bool has_second = r.Has(2 * kSeqMapSize);
+  const bool read = zun::ReadEntries<kSeqMapSize, SeqMaps>(r, maps, DecodeSeqMap);
+  if (has_second && SeqMaps::Size(maps) != 0) {
+    LOG_DEBUG(ZunLogRtcp_, "ZunRtcpRtpfbNackAssignFromBuffer",
+              "Generic NACK subpacket contains multiple sequence number/map fields.");
+  }
+  return read;
+}
+
+struct Wire {
+  static ZunSizeT Length(const ZunRtcpRtpfbNack& p) {
+    return zun::kFeedbackHeaderSize + kSeqMapSize * SeqMaps::Size(&p.seqMaps);
+  }
+
+  static bool Write(const ZunRtcpRtpfbNack& p, ZunString* b, bool pad) {
+    if (WriteMessage(p, b, pad, Length(p))) return true;
+    LOG_ERROR(ZunLogRtcp_, "ZunRtcpRtpfbNackWritePacket", "Unable to write Generic NACK subpacket");
+    return false;
+  }
+
+  static bool Read(ZunRtcpRtpfbNack* p, zun::BodyReader& r, zun::SubpacketHeader) {
+    SeqMaps::Clear(&p->seqMaps);
+    if (!zun::ReadFeedbackSources(r, p) || !r.Has(kSeqMapSize) || !ReadSeqMaps(r, &p->seqMaps)) {
+      LOG_ERROR(ZunLogRtcp_, "ZunRtcpRtpfbNackAssignFromBuffer", "Unable to parse Generic NACK subpacket");
+      return false;
+    }
+    Mark(p);
+    return true;
+  }
+};
+
+}  // namespace
+
+ZunRtcpRtpfbNack* ZunRtcpRtpfbNackConstruct(ZunRtcpRtpfbNack* p, ZunRtpSourceId sender, ZunRtpSourceId source,
+                                            ZunAllocator* a) {
+  zun::SetFeedbackHead(p, ZUN_RTCPSUBPACKET_TYPE_RTPFB, ZUN_RTCPRTPFB_TYPE_NACK, sender, source);
+  SeqMaps::ConstructDefault(&p->seqMaps, a);
+  return p;
+}
+
+ZunRtcpRtpfbNack* ZunRtcpRtpfbNackConstructDefault(ZunRtcpRtpfbNack* p, ZunAllocator* a) {
+  return ZunRtcpRtpfbNackConstruct(p, 0, 0, a);
+}
+
+ZunRtcpRtpfbNack* ZunRtcpRtpfbNackConstructCopy(ZunRtcpRtpfbNack* p, const ZunRtcpRtpfbNack* o) {
+  return Mark(OwnedSeqMaps::ConstructCopy(p, o));
+}
+
+ZunRtcpRtpfbNack* ZunRtcpRtpfbNackAssign(ZunRtcpRtpfbNack* p, const ZunRtcpRtpfbNack* o) {
+  return Mark(OwnedSeqMaps::Assign(p, o));
+}
+
+void ZunRtcpRtpfbNackDestruct(ZunRtcpRtpfbNack* p) { SeqMaps::Destruct(&p->seqMaps); }
+
+ZunBool ZunRtcpRtpfbNackWillSeqNumberRequireNewSeqMap(const ZunRtcpRtpfbNack* p, ZunUint16 seqNumber) {
+  return FindSeqMap(p, seqNumber) == nullptr;
+}
+
+ZunBool ZunRtcpRtpfbNackAddSeqNumber(ZunRtcpRtpfbNack* p, ZunUint16 seqNumber) {
+  ZunRtcpRtpfbNackSeqMap* const map = FindSeqMap(p, seqNumber);
+  if (map == nullptr) {
+    const ZunRtcpRtpfbNackSeqMap fresh = {seqNumber, 0};
+    return SeqMaps::PushBack(&p->seqMaps, &fresh);
+  }
+  const ZunUint32 distance = Distance(*map, seqNumber);
+  if (distance != 0) map->map |= BitAt(distance);
+  return 1;
+}
+
+void ZunRtcpRtpfbNackRemoveSeqNumber(ZunRtcpRtpfbNack* p, ZunUint16 seqNumber) {
+  // The count is looked at again each time, and an erasure moves the next map into the place that is done with.
+  for (ZunSizeT i = 0; i < SeqMaps::Size(&p->seqMaps); ++i) {
+    ZunRtcpRtpfbNackSeqMap* const map = p->seqMaps.begin + i;
+    const ZunUint32 distance = Distance(*map, seqNumber);
+    if (distance > kMaxDistance) continue;
+    if (distance != 0) {
+      map->map &= static_cast<ZunUint16>(~BitAt(distance));
+    } else if (map->map != 0) {
+      DropBase(map);
+    } else {
+      SeqMaps::Erase(&p->seqMaps, map);
+    }
+  }
+}
+
+void ZunRtcpRtpfbNackGenerateSeqNumbers(const ZunRtcpRtpfbNack* p, ZunRtcpRtpfbNackSeqNumberCallback cb,
+                                        ZunVoidPtr data) {
+  ForEachSeqNumber(p, [=](ZunUint16 seqNumber) { cb(p, seqNumber, data); });
+}
+
+ZunSizeT ZunRtcpRtpfbNackGetNumOfSeqNumbers(const ZunRtcpRtpfbNack* p) {
+  ZunSizeT count = 0;
+  for (const ZunRtcpRtpfbNackSeqMap* map = p->seqMaps.begin; map != p->seqMaps.end; ++map) {
+    count += 1 + static_cast<ZunSizeT>(std::popcount(map->map));
+  }
+  return count;
+}
+
+void ZunRtcpRtpfbNackGetSeqNumbers(const ZunRtcpRtpfbNack* p, ZunVector_ZunUint16* v) {
+  zun::VectorOfZunUint16::Clear(v);
+  ForEachSeqNumber(p, [=](ZunUint16 seqNumber) { zun::VectorOfZunUint16::PushBack(v, &seqNumber); });
+}
+
+ZUN_RTCP_ROW_DEFINE(ZunRtcpRtpfbNack, Wire)
