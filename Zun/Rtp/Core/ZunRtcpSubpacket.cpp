@@ -12,7 +12,7 @@ const RtcpSubpacketFunctions zun::subpacket_table[] = {
     ZUN_RTCP_ROW(ZUN_RTCPSUBPACKET_TYPE_BYE, ZunRtcpBye),      //
     ZUN_RTCP_ROW(ZUN_RTCPSUBPACKET_TYPE_APP, ZunRtcpApp),      //
     ZUN_RTCP_ROW(ZUN_RTCPSUBPACKET_TYPE_RTPFB, ZunRtcpRtpfb),  //
-    {},                                                        // 206
+    ZUN_RTCP_ROW(ZUN_RTCPSUBPACKET_TYPE_PSFB, ZunRtcpPsfb),    //
 };
 
 ZunRtcpSubpacket* ZunRtcpSubpacketConstructCopy(ZunRtcpSubpacket* p, const ZunRtcpSubpacket* o) {

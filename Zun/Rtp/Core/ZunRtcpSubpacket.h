@@ -6,6 +6,7 @@
 #define ZUN_RTP_CORE_ZUNRTCPSUBPACKET_H
 
 #include "Zun/Rtp/Core/ZunRtcpUnknown.h"
+#include "Zun/Rtp/PayloadFeedback/ZunRtcpPsfb.h"
 #include "Zun/Rtp/Reports/ZunRtcpApp.h"
 #include "Zun/Rtp/Reports/ZunRtcpBye.h"
 #include "Zun/Rtp/Reports/ZunRtcpRr.h"
@@ -26,6 +27,7 @@ union ZunRtcpSubpacket {
   ZunRtcpBye bye;     /* 203 */
   ZunRtcpApp app;     /* 204 */
   ZunRtcpRtpfb rtpfb; /* 205 */
+  ZunRtcpPsfb psfb;   /* 206 */
 };
 
 /*
@@ -58,6 +60,7 @@ ZUN_INLINE const ZunRtcpSdes* ZunRtcpSubpacketGetSdes(const ZunRtcpSubpacket* p)
 ZUN_INLINE const ZunRtcpBye* ZunRtcpSubpacketGetBye(const ZunRtcpSubpacket* p) { return &p->bye; }
 ZUN_INLINE const ZunRtcpApp* ZunRtcpSubpacketGetApp(const ZunRtcpSubpacket* p) { return &p->app; }
 ZUN_INLINE const ZunRtcpRtpfb* ZunRtcpSubpacketGetRtpfb(const ZunRtcpSubpacket* p) { return &p->rtpfb; }
+ZUN_INLINE const ZunRtcpPsfb* ZunRtcpSubpacketGetPsfb(const ZunRtcpSubpacket* p) { return &p->psfb; }
 
 ZUN_EXTERN_C_END
 

@@ -1,0 +1,129 @@
+/*
+ * House message 5: what is known of the layers of some media sources. The layer data is opaque to the library.
+ *
+ * The reader and the writer do not use the same form of an entry, and both are what peers expect: entries arrive with
+ * the length of their layer data and leave without it, under a header that always announces 24 octets. So this
+ * message does not survive writing and reading again.
+ *
+ *    0                   1                   2                   3
+ *    0 1 2 3 4 5 6 7 8 9 0 1 2 3 4 5 6 7 8 9 0 1 2 3 4 5 6 7 8 9 0 1
+ *   +=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+
+ * 12|      'N'      |      'r'      |               5               |
+ *   +=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+
+ *   |                      SSRC of media source                     |
+ *   +-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+
+ *   |     seqno     |0|payload type |  length (only when it is read) |
+ *   +-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+
+ *   |  layer data, filled up to a multiple of 4 octets ...          |
+ *   +-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+
+ *   |  ... further entries                                          |
+ */
+#ifndef ZUN_RTP_APPLICATIONFEEDBACK_ZUNRTCPPSFBAFBLIR_H
+#define ZUN_RTP_APPLICATIONFEEDBACK_ZUNRTCPPSFBAFBLIR_H
+
+#include "Zun/Rtp/ApplicationFeedback/ZunRtcpPsfbAfbType.h"
+#include "Zun/Rtp/Core/ZunRtcpRow.h"
+#include "Zun/Rtp/PayloadFeedback/ZunRtcpPsfbType.h"
+#include "Zun/Rtp/ZunRtpHeader.h"
+#include "Zun/Utils/ZunString.h"
+
+ZUN_EXTERN_C_BEGIN
+
+/* What is known of one media source. */
+typedef struct ZunRtcpPsfbAfbLirEntry ZunRtcpPsfbAfbLirEntry;
+struct ZunRtcpPsfbAfbLirEntry {
+  ZunRtpSourceId ssrc;  /* the media source */
+  ZunUint8 seqno;       /* sequence number */
+  ZunUint8 payloadType; /* RTP payload type, 0..127 unless it was set otherwise */
+  ZunString layerData;  /* opaque; at most 65535 bytes when it was read; owns the entry's allocator */
+};
+
+/*
+ * All fields. The copy of the layer data takes the allocator of `layerData`; `a` is not used. NULL, `p` owning
+ * nothing, when `pt` exceeds 127 or an allocation is refused.
+ */
+ZunRtcpPsfbAfbLirEntry* ZunRtcpPsfbAfbLirEntryConstructFull(ZunRtcpPsfbAfbLirEntry* p, ZunRtpSourceId ssrc,
+                                                            ZunUint8 seqno, ZunUint8 pt, const ZunString* layerData,
+                                                            ZunAllocator* a);
+
+/* A copy with the allocator of `o`. NULL, `p` owning nothing, when an allocation is refused. */
+ZunRtcpPsfbAfbLirEntry* ZunRtcpPsfbAfbLirEntryConstructCopy(ZunRtcpPsfbAfbLirEntry* p, const ZunRtcpPsfbAfbLirEntry* o);
+
+/* Makes `p` a copy of `o`; `p` keeps its allocator. NULL, `p` unchanged, when an allocation is refused. */
+ZunRtcpPsfbAfbLirEntry* ZunRtcpPsfbAfbLirEntryAssign(ZunRtcpPsfbAfbLirEntry* p, const ZunRtcpPsfbAfbLirEntry* o);
+
+/* Releases the layer data and leaves `p` empty; destructing it once more does nothing. */
+void ZunRtcpPsfbAfbLirEntryDestruct(ZunRtcpPsfbAfbLirEntry* p);
+
+/* Copies `layerData`, of any length. False, `p` unchanged, when an allocation is refused. */
+ZunBool ZunRtcpPsfbAfbLirEntrySetLayerData(ZunRtcpPsfbAfbLirEntry* p, const ZunString* layerData);
+
+/* The setters of plain fields are always true. */
+ZUN_INLINE ZunRtpSourceId ZunRtcpPsfbAfbLirEntryGetSsrc(const ZunRtcpPsfbAfbLirEntry* p) { return p->ssrc; }
+ZUN_INLINE ZunBool ZunRtcpPsfbAfbLirEntrySetSsrc(ZunRtcpPsfbAfbLirEntry* p, ZunRtpSourceId ssrc) {
+  p->ssrc = ssrc;
+  return 1;
+}
+ZUN_INLINE ZunUint8 ZunRtcpPsfbAfbLirEntryGetSequenceNumber(const ZunRtcpPsfbAfbLirEntry* p) { return p->seqno; }
+ZUN_INLINE ZunBool ZunRtcpPsfbAfbLirEntrySetSequenceNumber(ZunRtcpPsfbAfbLirEntry* p, ZunUint8 seqno) {
+  p->seqno = seqno;
+  return 1;
+}
+ZUN_INLINE ZunUint8 ZunRtcpPsfbAfbLirEntryGetPayloadType(const ZunRtcpPsfbAfbLirEntry* p) { return p->payloadType; }
+/* Unlike construction, this takes any value; a reader refuses a message with one above 127. */
+ZUN_INLINE ZunBool ZunRtcpPsfbAfbLirEntrySetPayloadType(ZunRtcpPsfbAfbLirEntry* p, ZunUint8 pt) {
+  p->payloadType = pt;
+  return 1;
+}
+/* The layer data itself, valid as long as `p` is neither changed nor destructed. */
+ZUN_INLINE const ZunString* ZunRtcpPsfbAfbLirEntryGetLayerData(const ZunRtcpPsfbAfbLirEntry* p) {
+  return &p->layerData;
+}
+
+ZUN_EXTERN_C_END
+
+/* Entries are copied with the allocators of their sources. */
+ZUN_VECTOR_DECLARE(ZunRtcpPsfbAfbLirEntry)
+
+ZUN_EXTERN_C_BEGIN
+
+typedef struct ZunRtcpPsfbAfbLir ZunRtcpPsfbAfbLir;
+struct ZunRtcpPsfbAfbLir {
+  ZunRtcpSubpacketType type;            /* 206 */
+  ZunRtcpPsfbType fmt;                  /* 15 */
+  ZunRtpSourceId sender;                /* SSRC of the packet sender */
+  ZunRtpSourceId source;                /* SSRC of the media source */
+  ZunRtcpPsfbAfbType afbType;           /* 5 */
+  ZunVector_ZunRtcpPsfbAfbLirEntry fci; /* the entries in wire order; owns the object's allocator */
+};
+
+/* Both SSRCs 0, no entries, with allocator `a`. Returns `p`; cannot fail. */
+ZunRtcpPsfbAfbLir* ZunRtcpPsfbAfbLirConstructDefault(ZunRtcpPsfbAfbLir* p, ZunAllocator* a);
+
+/* A copy of the list with the allocator of `o`; each entry takes that of the one it is a copy of. NULL, `p` owning nothing, when an allocation is refused. */
+ZunRtcpPsfbAfbLir* ZunRtcpPsfbAfbLirConstructCopy(ZunRtcpPsfbAfbLir* p, const ZunRtcpPsfbAfbLir* o);
+
+/* Makes `p` a copy of `o`; the list keeps its allocator. NULL, both SSRCs unchanged, when an allocation is refused: the
+ * entries are then what ZunVector_ZunRtcpPsfbAfbLirEntryAssign leaves. */
+ZunRtcpPsfbAfbLir* ZunRtcpPsfbAfbLirAssign(ZunRtcpPsfbAfbLir* p, const ZunRtcpPsfbAfbLir* o);
+
+/* Releases the entries and leaves `p` empty; destructing it once more does nothing. */
+void ZunRtcpPsfbAfbLirDestruct(ZunRtcpPsfbAfbLir* p);
+
+/*
+ * The row operations. The wire length counts 2 octets for the length of each entry, which are not written. Writing
+ * fails when there is no entry, behind the octets up to the first. Reading requires an entry; the layer data of what
+ * it reads takes the allocator of the buffer string. The entries in front of a failure are kept.
+ */
+ZUN_RTCP_ROW_DECLARE(ZunRtcpPsfbAfbLir)
+
+/* The allocator of the list. */
+ZUN_INLINE ZunAllocator* ZunRtcpPsfbAfbLirGetAllocator(ZunRtcpPsfbAfbLir* p) { return p->fci.allocator; }
+/* The entries themselves, through which they are added and changed; those of a const object must not be. */
+ZUN_INLINE ZunVector_ZunRtcpPsfbAfbLirEntry* ZunRtcpPsfbAfbLirGetFci(const ZunRtcpPsfbAfbLir* p) {
+  return (ZunVector_ZunRtcpPsfbAfbLirEntry*)&p->fci;
+}
+
+ZUN_EXTERN_C_END
+
+#endif

@@ -1,0 +1,65 @@
+/*
+ * Application-layer feedback that the library does not recognise, carried through parse and write unchanged
+ * (RFC 4585, section 6.4). A house message of an unknown type keeps its "Nr" and number in the data.
+ *
+ *    0                   1                   2                   3
+ *    0 1 2 3 4 5 6 7 8 9 0 1 2 3 4 5 6 7 8 9 0 1 2 3 4 5 6 7 8 9 0 1
+ *   +=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+
+ * 12|                  data, padding octets included ...            |
+ *   +-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+
+ */
+#ifndef ZUN_RTP_APPLICATIONFEEDBACK_ZUNRTCPPSFBAFBUNKNOWN_H
+#define ZUN_RTP_APPLICATIONFEEDBACK_ZUNRTCPPSFBAFBUNKNOWN_H
+
+#include "Zun/Rtp/ApplicationFeedback/ZunRtcpPsfbAfbType.h"
+#include "Zun/Rtp/Core/ZunRtcpRow.h"
+#include "Zun/Rtp/PayloadFeedback/ZunRtcpPsfbType.h"
+#include "Zun/Rtp/ZunRtpHeader.h"
+#include "Zun/Utils/ZunString.h"
+
+ZUN_EXTERN_C_BEGIN
+
+typedef struct ZunRtcpPsfbAfbUnknown ZunRtcpPsfbAfbUnknown;
+struct ZunRtcpPsfbAfbUnknown {
+  ZunRtcpSubpacketType type;  /* 206 */
+  ZunRtcpPsfbType fmt;        /* 15 */
+  ZunRtpSourceId sender;      /* SSRC of the packet sender */
+  ZunRtpSourceId source;      /* SSRC of the media source */
+  ZunRtcpPsfbAfbType afbType; /* 0, whatever number a house message carries */
+  ZunString data;             /* every byte behind the SSRCs; owns the object's allocator */
+};
+
+/* Both SSRCs 0, no data, with allocator `a`. Returns `p`; cannot fail. */
+ZunRtcpPsfbAfbUnknown* ZunRtcpPsfbAfbUnknownConstructDefault(ZunRtcpPsfbAfbUnknown* p, ZunAllocator* a);
+
+/*
+ * All fields. The copy of the data takes the allocator of `data`; `a` is not used. NULL, `p` owning nothing, when
+ * the size of `data` is no multiple of 4 or an allocation is refused.
+ */
+ZunRtcpPsfbAfbUnknown* ZunRtcpPsfbAfbUnknownConstructFull(ZunRtcpPsfbAfbUnknown* p, ZunRtpSourceId sender,
+                                                          ZunRtpSourceId source, const ZunString* data,
+                                                          ZunAllocator* a);
+
+/* A copy with the allocator of `o`. NULL, `p` owning nothing, when an allocation is refused. */
+ZunRtcpPsfbAfbUnknown* ZunRtcpPsfbAfbUnknownConstructCopy(ZunRtcpPsfbAfbUnknown* p, const ZunRtcpPsfbAfbUnknown* o);
+
+/* Makes `p` a copy of `o`; `p` keeps its allocator. NULL, `p` unchanged, when an allocation is refused. */
+ZunRtcpPsfbAfbUnknown* ZunRtcpPsfbAfbUnknownAssign(ZunRtcpPsfbAfbUnknown* p, const ZunRtcpPsfbAfbUnknown* o);
+
+/* Releases the data and leaves `p` empty; destructing it once more does nothing. */
+void ZunRtcpPsfbAfbUnknownDestruct(ZunRtcpPsfbAfbUnknown* p);
+
+/* Copies `data`. False, `p` unchanged, when its size is no multiple of 4 or an allocation is refused. */
+ZunBool ZunRtcpPsfbAfbUnknownSetData(ZunRtcpPsfbAfbUnknown* p, const ZunString* data);
+
+/* The row operations. Reading does not check the size of the data. */
+ZUN_RTCP_ROW_DECLARE(ZunRtcpPsfbAfbUnknown)
+
+/* The allocator of the data. */
+ZUN_INLINE ZunAllocator* ZunRtcpPsfbAfbUnknownGetAllocator(ZunRtcpPsfbAfbUnknown* p) { return p->data.allocator; }
+/* The data itself, valid as long as `p` is neither changed nor destructed. */
+ZUN_INLINE const ZunString* ZunRtcpPsfbAfbUnknownGetData(const ZunRtcpPsfbAfbUnknown* p) { return &p->data; }
+
+ZUN_EXTERN_C_END
+
+#endif

@@ -1,0 +1,29 @@
+/* The payload-specific feedback messages that the library models (RFC 4585, section 6.3; RFC 5104, section 4.3). */
+#ifndef ZUN_RTP_PAYLOADFEEDBACK_ZUNRTCPPSFBTYPE_H
+#define ZUN_RTP_PAYLOADFEEDBACK_ZUNRTCPPSFBTYPE_H
+
+#include "Zun/Utils/ZunTypes.h"
+
+ZUN_EXTERN_C_BEGIN
+
+/* A feedback message type (FMT) of packet type 206. The wire carries 0 to 31; those not listed are unknown. */
+typedef ZunInt32 ZunRtcpPsfbType;
+enum {
+  ZUN_RTCPPSFB_TYPE_Unknown = 0, /* of a default-constructed unknown message */
+  ZUN_RTCPPSFB_TYPE_PLI = 1,     /* picture loss indication */
+  ZUN_RTCPPSFB_TYPE_SLI = 2,     /* slice loss indication */
+  ZUN_RTCPPSFB_TYPE_RPSI = 3,    /* reference picture selection indication */
+  ZUN_RTCPPSFB_TYPE_FIR = 4,     /* full intra request */
+  ZUN_RTCPPSFB_TYPE_TSTR = 5,    /* temporal-spatial trade-off request */
+  ZUN_RTCPPSFB_TYPE_TSTA = 6,    /* temporal-spatial trade-off notification */
+  ZUN_RTCPPSFB_TYPE_AFB = 15     /* application-layer feedback */
+};
+
+/* True unless `t` is 1 to 6 or 15. */
+ZUN_INLINE ZunBool ZunRtcpPsfbTypeIsUnknown(ZunRtcpPsfbType t) {
+  return (t < ZUN_RTCPPSFB_TYPE_PLI || t > ZUN_RTCPPSFB_TYPE_TSTA) && t != ZUN_RTCPPSFB_TYPE_AFB;
+}
+
+ZUN_EXTERN_C_END
+
+#endif

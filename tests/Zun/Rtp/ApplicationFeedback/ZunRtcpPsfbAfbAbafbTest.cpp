@@ -1,0 +1,246 @@
+#include "Zun/Rtp/ApplicationFeedback/ZunRtcpPsfbAfbAbafb.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+#include "Zun/Os/ZunTime.h"
+#include "tests/support/FeedbackWire.h"
+#include "tests/support/LogCapture.h"
+#include "tests/support/RowChecks.h"
+
+namespace {
+
+using namespace test;
+
+const Row kRow = ZUN_RTCP_ROW(ZUN_RTCPPSFBAFB_TYPE_ABAFB, ZunRtcpPsfbAfbAbafb);
+
+constexpr ZunTime kSecond = 1000000000;
+
+const std::string kWire = Hex(R"(
+    8F CE 000A      | version 2, FMT 15, type 206, 11 words
+    01020304        | sender
+    11121314        | media source
+    4E72 0001       | "Nr", ABAFB
+    21222324        | timestamp
+    000F4240        | delay 1000000
+    31323334        | data rate
+    41424344        | loss rate
+    51525354        | ABA data rate
+    FFFFFFFE        | average delay difference -2
+    61626364        | average arrival difference
+)");
+const std::string kZeros = Afb(Hex("4E720001 00000000 00000000 00000000 00000000 00000000 00000000 00000001"));
+
+ZunRtcpPsfbAfbAbafb Golden() {
+  ZunRtcpPsfbAfbAbafb p;
+  EXPECT_EQ(ZunRtcpPsfbAfbAbafbConstructFull(&p, kSender, 0x21222324, 1000000, 0x31323334, 0x41424344, 0x51525354, -2,
+                                             0x61626364, nullptr),
+            &p);
+  EXPECT_EQ(p.source, 0U);
+  p.source = kSource;
+  return p;
+}
+
+ZunRtcpPsfbAfbAbafb Timed(ZunTime timestamp_time) {
+  ZunRtcpPsfbAfbAbafb p;
+  EXPECT_EQ(ZunRtcpPsfbAfbAbafbConstructWithCalculatedDelay(&p, 1, 2, timestamp_time, 3, 4, 5, -6, 7, nullptr), &p);
+  return p;
+}
+
+void ExpectGolden(const ZunRtcpPsfbAfbAbafb& p) {
+  EXPECT_EQ(p.type, 206);
+  EXPECT_EQ(p.fmt, 15);
+  EXPECT_EQ(p.sender, kSender);
+  EXPECT_EQ(p.source, kSource);
+  EXPECT_EQ(p.afbType, 1);
+  EXPECT_EQ(ZunRtcpPsfbAfbAbafbGetTimestamp(&p), 0x21222324U);
+  EXPECT_EQ(ZunRtcpPsfbAfbAbafbGetDelay(&p), 1000000U);
+  EXPECT_EQ(ZunRtcpPsfbAfbAbafbGetDataRate(&p), 0x31323334U);
+  EXPECT_EQ(ZunRtcpPsfbAfbAbafbGetLossRate(&p), 0x41424344U);
+  EXPECT_EQ(ZunRtcpPsfbAfbAbafbGetAbaDataRate(&p), 0x51525354U);
+  EXPECT_EQ(ZunRtcpPsfbAfbAbafbGetAverageDelayDifference(&p), -2);
+  EXPECT_EQ(ZunRtcpPsfbAfbAbafbGetAverageArrivalDifference(&p), 0x61626364U);
+  EXPECT_FALSE(p.calculate_delay);
+}
+
+TEST(AfbAbafbTest, ConstructDefaultIsZeroButForTheArrivalDifference) {
+  ZunRtcpPsfbAfbAbafb p;
+  ASSERT_EQ(ZunRtcpPsfbAfbAbafbConstructDefault(&p, nullptr), &p);
+  EXPECT_EQ(p.type, 206);
+  EXPECT_EQ(p.fmt, 15);
+  EXPECT_EQ(p.sender, 0U);
+  EXPECT_EQ(p.source, 0U);
+  EXPECT_EQ(p.afbType, 1);
+  EXPECT_EQ(p.timestamp, 0U);
+  EXPECT_EQ(p.u.delay, 0U);
+  EXPECT_EQ(p.data_rate, 0U);
+  EXPECT_EQ(p.loss_rate, 0U);
+  EXPECT_EQ(p.aba_data_rate, 0U);
+  EXPECT_EQ(p.average_delay_difference, 0);
+  EXPECT_FALSE(p.calculate_delay);
+  EXPECT_EQ(p.average_arrival_difference, 1000000U);
+  EXPECT_EQ(ZunRtcpPsfbAfbAbafbGetAllocator(&p), nullptr);
+}
+
+TEST(AfbAbafbTest, WritesGoldenBytes) {
+  const ZunRtcpPsfbAfbAbafb p = Golden();
+  EXPECT_EQ(ToHex(Bytes(kRow, *Sub(&p))), ToHex(kWire));
+  EXPECT_EQ(kRow.get_packet_length(Sub(&p)), 44U);
+}
+
+TEST(AfbAbafbTest, ReadsGoldenBytes) {
+  const Parsed parsed(kWire);
+  ASSERT_TRUE(parsed.ok);
+  const ZunRtcpPsfbAfb* const afb = ZunRtcpPsfbGetAfb(&parsed[0].psfb);
+  ASSERT_EQ(ZunRtcpPsfbAfbGetType(afb), ZUN_RTCPPSFBAFB_TYPE_ABAFB);
+  ExpectGolden(*ZunRtcpPsfbAfbGetAbafb(afb));
+  ExpectComesBackUnchanged(kWire);
+  ExpectComesBackUnchanged(kZeros);
+}
+
+TEST(AfbAbafbTest, SettersTakeAnyValue) {
+  ZunRtcpPsfbAfbAbafb p;
+  ZunRtcpPsfbAfbAbafbConstructDefault(&p, nullptr);
+  p.sender = kSender;
+  p.source = kSource;
+  EXPECT_TRUE(ZunRtcpPsfbAfbAbafbSetTimestamp(&p, 0x21222324));
+  EXPECT_TRUE(ZunRtcpPsfbAfbAbafbSetDelay(&p, 1000000));
+  EXPECT_TRUE(ZunRtcpPsfbAfbAbafbSetDataRate(&p, 0x31323334));
+  EXPECT_TRUE(ZunRtcpPsfbAfbAbafbSetLossRate(&p, 0x41424344));
+  EXPECT_TRUE(ZunRtcpPsfbAfbAbafbSetAbaDataRate(&p, 0x51525354));
+  EXPECT_TRUE(ZunRtcpPsfbAfbAbafbSetAverageDelayDifference(&p, -2));
+  EXPECT_TRUE(ZunRtcpPsfbAfbAbafbSetAverageArrivalDifference(&p, 0x61626364));
+  ExpectGolden(p);
+  EXPECT_TRUE(ZunRtcpPsfbAfbAbafbSetAverageDelayDifference(&p, std::numeric_limits<ZunInt32>::min()));
+  EXPECT_EQ(ToHex(Bytes(kRow, *Sub(&p)).substr(36, 4)), "80000000");
+}
+
+TEST(AfbAbafbTest, CalculatedDelayIsMeasuredWhenItIsReadOrWritten) {
+  const ZunRtcpPsfbAfbAbafb p = Timed(ZunTimeGetCurrentMonotonicTime() - 5 * kSecond);
+  EXPECT_TRUE(p.calculate_delay);
+  EXPECT_EQ(p.afbType, 1);
+  EXPECT_EQ(p.source, 0U);
+  const ZunUint32 before = ZunRtcpPsfbAfbAbafbGetDelay(&p);
+  EXPECT_GE(before, 5000000U);
+  EXPECT_LT(before, 65000000U);
+  const ZunTime begin = ZunTimeGetCurrentMonotonicTime();
+  while (ZunTimeGetCurrentMonotonicTime() - begin < 2000) {
+  }
+  const Slot first(kRow, Bytes(kRow, *Sub(&p)));
+  EXPECT_GT(first.sp.psfb.afb.abafb.u.delay, before);
+  EXPECT_FALSE(first.sp.psfb.afb.abafb.calculate_delay) << "a received delay is a fixed one";
+}
+
+TEST(AfbAbafbTest, ATimeInTheFutureSendsTheLowBitsOfANegativeDelay) {
+  const ZunRtcpPsfbAfbAbafb p = Timed(ZunTimeGetCurrentMonotonicTime() + 100 * kSecond);
+  const auto delay = static_cast<ZunInt32>(ZunRtcpPsfbAfbAbafbGetDelay(&p));
+  EXPECT_GE(delay, -100000000);
+  EXPECT_LT(delay, -40000000);
+}
+
+TEST(AfbAbafbTest, NoPairOfTimesIsTooFarApart) {
+  for (const ZunTime time : {std::numeric_limits<ZunTime>::min(), std::numeric_limits<ZunTime>::max()}) {
+    const ZunRtcpPsfbAfbAbafb p = Timed(time);
+    EXPECT_EQ(Bytes(kRow, *Sub(&p)).size(), 44U);
+  }
+}
+
+TEST(AfbAbafbTest, SettersChooseTheKindOfDelay) {
+  ZunRtcpPsfbAfbAbafb p = Timed(0);
+  EXPECT_TRUE(ZunRtcpPsfbAfbAbafbSetDelay(&p, 42));
+  EXPECT_FALSE(p.calculate_delay);
+  EXPECT_EQ(ZunRtcpPsfbAfbAbafbGetDelay(&p), 42U);
+  const ZunTime now = ZunTimeGetCurrentMonotonicTime();
+  EXPECT_TRUE(ZunRtcpPsfbAfbAbafbSetTimestampTime(&p, now - 7 * kSecond));
+  EXPECT_TRUE(p.calculate_delay);
+  EXPECT_EQ(p.u.timestamp_time, now - 7 * kSecond);
+  EXPECT_GE(ZunRtcpPsfbAfbAbafbGetDelay(&p), 7000000U);
+}
+
+TEST(AfbAbafbTest, CopiesAndAssignmentsKeepTheKindOfDelay) {
+  const ZunRtcpPsfbAfbAbafb fixed = Golden();
+  const ZunRtcpPsfbAfbAbafb timed = Timed(0x123456789ABCDEF0);
+  ZunRtcpPsfbAfbAbafb p;
+  EXPECT_EQ(ZunRtcpPsfbAfbAbafbConstructCopy(&p, &fixed), &p);
+  ExpectGolden(p);
+  EXPECT_EQ(ZunRtcpPsfbAfbAbafbAssign(&p, &timed), &p);
+  EXPECT_TRUE(p.calculate_delay);
+  EXPECT_EQ(p.u.timestamp_time, 0x123456789ABCDEF0);
+  EXPECT_EQ(p.average_delay_difference, -6);
+  EXPECT_EQ(ZunRtcpPsfbAfbAbafbAssign(&p, &fixed), &p);
+  ExpectGolden(p);
+  EXPECT_EQ(ZunRtcpPsfbAfbAbafbConstructCopy(&p, &timed), &p);
+  EXPECT_TRUE(p.calculate_delay);
+  EXPECT_EQ(p.u.timestamp_time, 0x123456789ABCDEF0);
+  ZunRtcpPsfbAfbAbafbDestruct(&p);
+  EXPECT_EQ(p.u.timestamp_time, 0x123456789ABCDEF0) << "there is nothing to end";
+}
+
+TEST(AfbAbafbTest, ZeroArrivalDifferenceIsWarnedOfAndWritten) {
+  LogCapture log;
+  ZunRtcpPsfbAfbAbafb p = Golden();
+  EXPECT_TRUE(ZunRtcpPsfbAfbAbafbSetAverageArrivalDifference(&p, 0));
+  EXPECT_EQ(Bytes(kRow, *Sub(&p)).size(), 44U);
+  log.ExpectOne(ZUN_LOG_WARNING, ZunLogRtcpFeedback_, "ZunRtcpPsfbAfbAbafbWritePacket",
+                "Average arrival difference is 0 when encoding a PSFB AFB ABAFB packet.");
+  EXPECT_TRUE(ZunRtcpPsfbAfbAbafbSetAverageArrivalDifference(&p, 1));
+  EXPECT_EQ(Bytes(kRow, *Sub(&p)).size(), 44U);
+  log.ExpectNone();
+}
+
+TEST(AfbAbafbTest, BytesBehindTheLastFieldAreIgnored) {
+  const Slot slot(kRow, kWire + Hex("DEADBEEF 01020304"));
+  EXPECT_TRUE(slot.ok);
+  ExpectGolden(slot.sp.psfb.afb.abafb);
+}
+
+TEST(AfbAbafbTest, TheReaderDoesNotCompareTheNumber) {
+  std::string wire = kWire;
+  wire[15] = 2;
+  const Slot slot(kRow, wire);
+  EXPECT_TRUE(slot.ok);
+  ExpectGolden(slot.sp.psfb.afb.abafb);
+  wire[13] = 'R';
+  EXPECT_FALSE(Slot(kRow, wire).ok);
+}
+
+TEST(AfbAbafbTest, CutAnywhereKeepsWhatWasRead) {
+  ForEveryCut(kRow, kWire, [](const Slot& slot, ZunSizeT size, bool) {
+    const ZunRtcpPsfbAfbAbafb& p = slot.sp.psfb.afb.abafb;
+    EXPECT_FALSE(slot.ok);
+    EXPECT_EQ(p.sender, size >= 4 ? kSender : 0U);
+    EXPECT_EQ(p.source, size >= 8 ? kSource : 0U);
+    EXPECT_EQ(p.timestamp, size >= 16 ? 0x21222324U : 0U);
+    EXPECT_EQ(p.u.delay, size >= 20 ? 1000000U : 0U);
+    EXPECT_EQ(p.data_rate, size >= 24 ? 0x31323334U : 0U);
+    EXPECT_EQ(p.loss_rate, size >= 28 ? 0x41424344U : 0U);
+    EXPECT_EQ(p.aba_data_rate, size >= 32 ? 0x51525354U : 0U);
+    EXPECT_EQ(p.average_delay_difference, size >= 36 ? -2 : 0);
+    EXPECT_EQ(p.average_arrival_difference, 1000000U);
+  });
+}
+
+TEST(AfbAbafbTest, ReadsAnyObjectAnewWithoutAnAllocator) {
+  ZunRtcpSubpacket sp;
+  ZunRtcpPsfbAfbAbafb p = Timed(1);
+  TestAllocator allocator;
+  ASSERT_EQ(kRow.construct_copy_allocator(&sp, Sub(&p), allocator), &sp);
+  EXPECT_EQ(sp.psfb.afb.abafb.u.timestamp_time, 1);
+  EXPECT_EQ(kRow.get_allocator(&sp), nullptr);
+  const Datagram datagram(kWire);
+  EXPECT_TRUE(kRow.assign_from_buffer(&sp, datagram, kBodyBegin, datagram->size, 206, 15));
+  ExpectGolden(sp.psfb.afb.abafb);
+  const ZunRtcpPsfbAfbAbafb other = Timed(99);
+  EXPECT_EQ(kRow.assign(&sp, Sub(&other)), &sp);
+  EXPECT_EQ(sp.psfb.afb.abafb.u.timestamp_time, 99);
+  kRow.destruct(&sp);
+  EXPECT_EQ(allocator.calls(), 0U);
+}
+
+TEST(AfbAbafbTest, WritesInPlaceAndAsFarAsThereIsRoom) {
+  ExpectFailedWriteLeavesABeginning(kRow, kWire);
+  ExpectWritesInPlace(kRow, kWire);
+}
+
+}  // namespace
