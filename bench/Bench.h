@@ -68,6 +68,9 @@ std::string Compound(std::initializer_list<const ZunRtcpSubpacket*> subpackets);
 
 // The lines of each room.
 void AddCoreLines();
+void AddReportsLines();
+void AddTransportFeedbackLines();
+void AddPayloadFeedbackLines();
 
 }  // namespace bench
 

@@ -104,6 +104,9 @@ int main(int argc, char** argv) {
   if (benchmark::ReportUnrecognizedArguments(count, arguments.data())) return 2;
 
   bench::AddCoreLines();
+  bench::AddReportsLines();
+  bench::AddTransportFeedbackLines();
+  bench::AddPayloadFeedbackLines();
   for (const bench::Line& line : Lines()) benchmark::RegisterBenchmark(NameOf(line).c_str(), line.run);
   Collector collector;
   benchmark::RunSpecifiedBenchmarks(&collector);
