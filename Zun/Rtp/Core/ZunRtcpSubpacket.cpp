@@ -6,13 +6,13 @@
 const RtcpSubpacketFunctions zun::unknown_funcs = ZUN_RTCP_ROW(ZUN_RTCPSUBPACKET_TYPE_Unknown, ZunRtcpUnknown);
 
 const RtcpSubpacketFunctions zun::subpacket_table[] = {
-    ZUN_RTCP_ROW(ZUN_RTCPSUBPACKET_TYPE_SR, ZunRtcpSr),        //
-    ZUN_RTCP_ROW(ZUN_RTCPSUBPACKET_TYPE_RR, ZunRtcpRr),        //
-    ZUN_RTCP_ROW(ZUN_RTCPSUBPACKET_TYPE_SDES, ZunRtcpSdes),    //
-    ZUN_RTCP_ROW(ZUN_RTCPSUBPACKET_TYPE_BYE, ZunRtcpBye),      //
-    ZUN_RTCP_ROW(ZUN_RTCPSUBPACKET_TYPE_APP, ZunRtcpApp),      //
-    ZUN_RTCP_ROW(ZUN_RTCPSUBPACKET_TYPE_RTPFB, ZunRtcpRtpfb),  //
-    ZUN_RTCP_ROW(ZUN_RTCPSUBPACKET_TYPE_PSFB, ZunRtcpPsfb),    //
+    ZUN_RTCP_ROW(ZUN_RTCPSUBPACKET_TYPE_SR, ZunRtcpSr),        // 200
+    ZUN_RTCP_ROW(ZUN_RTCPSUBPACKET_TYPE_RR, ZunRtcpRr),        // 201
+    ZUN_RTCP_ROW(ZUN_RTCPSUBPACKET_TYPE_SDES, ZunRtcpSdes),    // 202
+    ZUN_RTCP_ROW(ZUN_RTCPSUBPACKET_TYPE_BYE, ZunRtcpBye),      // 203
+    ZUN_RTCP_ROW(ZUN_RTCPSUBPACKET_TYPE_APP, ZunRtcpApp),      // 204
+    ZUN_RTCP_ROW(ZUN_RTCPSUBPACKET_TYPE_RTPFB, ZunRtcpRtpfb),  // 205
+    ZUN_RTCP_ROW(ZUN_RTCPSUBPACKET_TYPE_PSFB, ZunRtcpPsfb),    // 206
 };
 
 ZunRtcpSubpacket* ZunRtcpSubpacketConstructCopy(ZunRtcpSubpacket* p, const ZunRtcpSubpacket* o) {
