@@ -1,0 +1,72 @@
+#include "tools/zunrtcp/DecodeCommand.h"
+
+#include <memory>
+#include <utility>
+
+#include "tools/zunrtcp/Capture/CaptureReader.h"
+#include "tools/zunrtcp/Capture/RtcpFinder.h"
+#include "tools/zunrtcp/DecodedDatagram.h"
+#include "tools/zunrtcp/InputError.h"
+#include "tools/zunrtcp/Output/Printer.h"
+#include "tools/zunrtcp/Text.h"
+#include "tools/zunrtcp/Totals.h"
+
+namespace zunrtcp {
+
+namespace {
+
+// What is wrong with a datagram of which the capture holds only the beginning, and where it is.
+std::string CutOffWords(const DecodedDatagram& decoded) {
+  const RtcpDatagram& datagram = decoded.datagram;
+  std::string words = Printed("datagram %zu (record %zu", datagram.number, datagram.recordNumber);
+  if (datagram.recordOffset >= 0) {
+    words += Printed(", at byte offset %lld", static_cast<long long>(datagram.recordOffset));
+  }
+  return words + ") is cut off: " + decoded.verdict.remarks.front();
+}
+
+std::string NoRtcp(const std::string& path, const FrameCounts& frames, bool restricted) {
+  std::string words = path + ": no RTCP in it" + (restricted ? " on these ports" : "") + " (" +
+                      Counted(frames.records, "record") + ", of which " + std::to_string(frames.udp) + " UDP";
+  if (frames.fragments > 0) words += ", " + Counted(frames.fragments, "fragment") + " of IP packets skipped";
+  if (frames.cutOff > 0) words += ", " + std::to_string(frames.cutOff) + " cut off before their payload";
+  return words + ")";
+}
+
+}  // namespace
+
+ExitStatus RunDecode(const DecodeOptions& options, std::ostream* out) {
+  CaptureReader capture(options.capture);
+  RtcpFinder finder(&capture, options.ports);
+  std::unique_ptr<Printer> printer;
+  if (options.json) {
+    printer = std::make_unique<JsonPrinter>(out);
+  } else {
+    printer = std::make_unique<TextPrinter>(out, options.verbose);
+  }
+
+  Totals totals;
+  std::string complaint;  // what is wrong with the capture, said when all that can be printed is
+  try {
+    for (RtcpDatagram found; finder.Next(&found);) {
+      DecodedDatagram decoded;
+      decoded.datagram = std::move(found);
+      Decode(options.verbose, &decoded);
+      totals.Add(decoded);
+      if (decoded.verdict.outcome == Outcome::CutOff && complaint.empty()) {
+        complaint = capture.path() + ": " + CutOffWords(decoded);
+      }
+      if (totals.datagrams() <= options.limit) printer->Print(decoded);
+    }
+  } catch (const InputError& damage) {
+    complaint = damage.what();
+  }
+  if (totals.datagrams() == 0 && complaint.empty()) {
+    complaint = NoRtcp(capture.path(), finder.counts(), !options.ports.empty());
+  }
+  if (totals.datagrams() > 0) printer->Print(totals, finder.counts(), capture.path());
+  if (!complaint.empty()) throw InputError(complaint);
+  return totals.Unexplained() ? kUnexplained : kFine;
+}
+
+}  // namespace zunrtcp

@@ -1,0 +1,33 @@
+// zunrtcp decode: prints the RTCP of a capture and checks that the library writes back what it read.
+#ifndef TOOLS_ZUNRTCP_DECODECOMMAND_H
+#define TOOLS_ZUNRTCP_DECODECOMMAND_H
+
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <ostream>
+#include <set>
+#include <string>
+
+namespace zunrtcp {
+
+struct DecodeOptions {
+  std::string capture;            // "-" is standard input
+  std::set<std::uint16_t> ports;  // empty: all
+  bool verbose = false;
+  bool json = false;
+  std::size_t limit = std::numeric_limits<std::size_t>::max();  // datagrams to print; all are counted
+};
+
+enum ExitStatus : int {
+  kFine = 0,
+  kUnexplained = 1,  // something was read or written otherwise than any stated rule says
+  kBadInput = 2,     // wrong arguments, or a capture that cannot be read to its end or holds no RTCP
+};
+
+// Prints to `out`. InputError says what is wrong with the capture; everything that could be read is printed then.
+ExitStatus RunDecode(const DecodeOptions& options, std::ostream* out);
+
+}  // namespace zunrtcp
+
+#endif

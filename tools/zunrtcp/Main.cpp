@@ -1,0 +1,56 @@
+// The command line of zunrtcp.
+#include <CLI/CLI.hpp>
+#include <cstdio>
+#include <exception>
+#include <iostream>
+#include <vector>
+
+#include "tools/zunrtcp/DecodeCommand.h"
+#include "tools/zunrtcp/InputError.h"
+
+namespace {
+
+int Run(int argc, char** argv) {
+  CLI::App app("Looks at RTCP with the zunrtcp library.", "zunrtcp");
+  app.require_subcommand(1);
+
+  zunrtcp::DecodeOptions options;
+  std::vector<std::uint16_t> ports;
+  CLI::App* decode = app.add_subcommand(
+      "decode",
+      "Prints the RTCP of a pcap or pcapng file, packet by packet and field by field, writes each datagram back with "
+      "the\n"
+      "library and says whether the bytes are the same and, where not, which stated rule explains it.\n"
+      "Exit status: 0 when all is identical or explained, 1 when not, 2 when the capture or the arguments are bad.");
+  decode->add_option("CAPTURE", options.capture, "the capture file; - for standard input")->required();
+  decode->add_option("--port", ports, "only datagrams from or to this UDP port (may be given several times)")
+      ->check(CLI::Range(1, 65535))
+      ->take_all()
+      ->expected(1);
+  decode->add_option("--limit", options.limit, "print only the first N datagrams, but count all")->type_name("N");
+  decode->add_flag("--verbose", options.verbose, "show everything, and what the library logs");
+  decode->add_flag("--json", options.json, "one JSON object on a line for each datagram, the last with the totals");
+
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error) == 0 ? zunrtcp::kFine : zunrtcp::kBadInput;
+  }
+  options.ports.insert(ports.begin(), ports.end());
+  const zunrtcp::ExitStatus status = zunrtcp::RunDecode(options, &std::cout);
+  std::cout.flush();
+  if (!std::cout) throw zunrtcp::InputError("standard output cannot be written");
+  return status;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    return Run(argc, argv);
+  } catch (const std::exception& error) {
+    std::cout.flush();
+    (void)std::fprintf(stderr, "zunrtcp: %s\n", error.what());
+    return zunrtcp::kBadInput;
+  }
+}

@@ -1,0 +1,71 @@
+#include <nlohmann/json.hpp>
+
+#include "tools/zunrtcp/Output/Printer.h"
+#include "tools/zunrtcp/Text.h"
+
+namespace zunrtcp {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+void PrintLine(std::ostream* out, const Json& value) { *out << value.dump() << '\n'; }
+
+Json EndpointValue(const Endpoint& endpoint) { return {{"address", endpoint.address}, {"port", endpoint.port}}; }
+
+Json SubpacketValue(const DecodedSubpacket& subpacket) {
+  Json value{{"kind", subpacket.kind},          {"type", subpacket.view.type()},
+             {"count", subpacket.view.count()}, {"padded", subpacket.view.padded()},
+             {"offset", subpacket.view.offset}, {"length", subpacket.view.bytes.size()}};
+  value.update(subpacket.description.ToValue());
+  if (!subpacket.remark.empty()) value["remark"] = subpacket.remark;
+  return value;
+}
+
+Json VerdictValue(const Verdict& verdict) {
+  Json value{{"outcome", OutcomeName(verdict.outcome)}, {"rules", Json::array()}, {"remarks", verdict.remarks}};
+  for (const Rule rule : verdict.rules) value["rules"].push_back(Sentence(rule));
+  return value;
+}
+
+}  // namespace
+
+void JsonPrinter::Print(const DecodedDatagram& decoded) {
+  const RtcpDatagram& datagram = decoded.datagram;
+  Json value{{"datagram", datagram.number},
+             {"record", datagram.recordNumber},
+             {"recordOffset", datagram.recordOffset},
+             {"time", Printed("%lld.%06u", static_cast<long long>(datagram.seconds), datagram.microseconds)},
+             {"source", EndpointValue(datagram.source)},
+             {"destination", EndpointValue(datagram.destination)},
+             {"length", datagram.payload.size()},
+             {"subpackets", Json::array()}};
+  for (const DecodedSubpacket& subpacket : decoded.subpackets) value["subpackets"].push_back(SubpacketValue(subpacket));
+  value["log"] = decoded.messages;
+  value["verdict"] = VerdictValue(decoded.verdict);
+  PrintLine(out_, value);
+}
+
+void JsonPrinter::Print(const Totals& totals, const FrameCounts& frames, const std::string& path) {
+  Json kinds = Json::object();
+  for (const auto& [kind, count] : totals.kinds()) kinds[kind.second] = count;
+  Json outcomes = Json::object();
+  for (const Outcome outcome : {Outcome::Identical, Outcome::Explained, Outcome::Unexplained, Outcome::RefusedByRule,
+                                Outcome::RefusedUnexplained, Outcome::CutOff}) {
+    outcomes[OutcomeName(outcome)] = totals.Count(outcome);
+  }
+  Json rules = Json::object();
+  for (const auto& [rule, count] : totals.rules()) rules[Sentence(rule)] = count;
+  PrintLine(out_, {{"totals",
+                    {{"capture", path},
+                     {"records", frames.records},
+                     {"udp", frames.udp},
+                     {"fragments", frames.fragments},
+                     {"datagrams", totals.datagrams()},
+                     {"subpackets", totals.subpackets()},
+                     {"kinds", kinds},
+                     {"outcomes", outcomes},
+                     {"rules", rules}}}});
+}
+
+}  // namespace zunrtcp

@@ -1,0 +1,46 @@
+// Prints datagrams and totals.
+#ifndef TOOLS_ZUNRTCP_OUTPUT_PRINTER_H
+#define TOOLS_ZUNRTCP_OUTPUT_PRINTER_H
+
+#include <ostream>
+#include <string>
+
+#include "tools/zunrtcp/DecodedDatagram.h"
+#include "tools/zunrtcp/Totals.h"
+
+namespace zunrtcp {
+
+class Printer {
+ public:
+  virtual ~Printer() = default;
+  virtual void Print(const DecodedDatagram& decoded) = 0;
+  virtual void Print(const Totals& totals, const FrameCounts& frames, const std::string& path) = 0;
+};
+
+// For people.
+class TextPrinter : public Printer {
+ public:
+  // `verbose` shows what the library logged as well.
+  TextPrinter(std::ostream* out, bool verbose) : out_(out), verbose_(verbose) {}
+  void Print(const DecodedDatagram& decoded) override;
+  void Print(const Totals& totals, const FrameCounts& frames, const std::string& path) override;
+
+ private:
+  std::ostream* out_;
+  bool verbose_;
+};
+
+// For programs: one JSON object on a line for each datagram, the last one with the totals.
+class JsonPrinter : public Printer {
+ public:
+  explicit JsonPrinter(std::ostream* out) : out_(out) {}
+  void Print(const DecodedDatagram& decoded) override;
+  void Print(const Totals& totals, const FrameCounts& frames, const std::string& path) override;
+
+ private:
+  std::ostream* out_;
+};
+
+}  // namespace zunrtcp
+
+#endif

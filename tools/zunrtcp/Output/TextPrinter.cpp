@@ -1,0 +1,73 @@
+#include <algorithm>
+
+#include "tools/zunrtcp/Output/Printer.h"
+#include "tools/zunrtcp/Packet/KindName.h"
+#include "tools/zunrtcp/Text.h"
+
+namespace zunrtcp {
+
+namespace {
+
+// "written back identical", "refused by rule: ..."; in capitals what needs looking at.
+std::string VerdictLine(const Verdict& verdict) {
+  std::vector<std::string> sentences;
+  for (const Rule rule : verdict.rules) sentences.emplace_back(Sentence(rule));
+  switch (verdict.outcome) {
+    case Outcome::Identical:
+      return "written back identical";
+    case Outcome::Explained:
+      return "written back otherwise, by rule: " + Joined(sentences, "; ");
+    case Outcome::Unexplained:
+      return "WRITTEN BACK OTHERWISE, BY NO RULE: " + Joined(verdict.remarks, "; ");
+    case Outcome::RefusedByRule:
+      return "refused by rule: " + Joined(verdict.remarks, "; ");
+    case Outcome::RefusedUnexplained:
+      return "REFUSED: " + Joined(verdict.remarks, "; ");
+    case Outcome::CutOff:
+      return "CUT OFF: " + Joined(verdict.remarks, "; ");
+  }
+  return {};
+}
+
+}  // namespace
+
+void TextPrinter::Print(const DecodedDatagram& decoded) {
+  const RtcpDatagram& datagram = decoded.datagram;
+  *out_ << Printed("#%zu  %s  %s > %s  %s\n", datagram.number, UtcTime(datagram.seconds, datagram.microseconds).c_str(),
+                   datagram.source.Name().c_str(), datagram.destination.Name().c_str(),
+                   Counted(datagram.payload.size(), "byte").c_str());
+  for (const DecodedSubpacket& subpacket : decoded.subpackets) {
+    const std::string line = subpacket.description.Line();
+    *out_ << Printed("  %-8s %s, %zu bytes%s%s\n", subpacket.kind.c_str(), CountWords(subpacket.view).c_str(),
+                     subpacket.view.bytes.size(), line.empty() ? "" : ": ", line.c_str());
+    for (const std::string& item : subpacket.description.ItemLines()) *out_ << "           " << item << '\n';
+    if (!subpacket.remark.empty()) *out_ << "           note: " << subpacket.remark << '\n';
+  }
+  if (verbose_) {
+    for (const std::string& message : decoded.messages) *out_ << "  log: " << message << '\n';
+  }
+  *out_ << "  " << VerdictLine(decoded.verdict) << "\n\n";
+}
+
+void TextPrinter::Print(const Totals& totals, const FrameCounts& frames, const std::string& path) {
+  *out_ << "Totals of " << path << '\n';
+  *out_ << Printed("  datagrams  %7zu  (%s, of which %zu UDP)\n", totals.datagrams(),
+                   Counted(frames.records, "record").c_str(), frames.udp);
+  *out_ << Printed("  subpackets %7zu\n", totals.subpackets());
+  for (const auto& [kind, count] : totals.kinds()) *out_ << Printed("    %-16s %7zu\n", kind.second.c_str(), count);
+  *out_ << "  written back\n";
+  for (const Outcome outcome : {Outcome::Identical, Outcome::Explained, Outcome::Unexplained}) {
+    *out_ << Printed("    %-16s %7zu\n", OutcomeName(outcome), totals.Count(outcome));
+  }
+  *out_ << Printed("  refused\n    %-16s %7zu\n    %-16s %7zu\n", "explained", totals.Count(Outcome::RefusedByRule),
+                   "unexplained", totals.Count(Outcome::RefusedUnexplained));
+  if (const std::size_t cutOff = totals.Count(Outcome::CutOff); cutOff > 0) {
+    *out_ << Printed("  cut off    %7zu\n", cutOff);
+  }
+  if (frames.fragments > 0) *out_ << "  skipped " << Counted(frames.fragments, "fragment") << " of IP packets\n";
+  if (totals.rules().empty()) return;
+  *out_ << "  rules, and datagrams that each explains\n";
+  for (const auto& [rule, count] : totals.rules()) *out_ << Printed("    %7zu  %s\n", count, Sentence(rule));
+}
+
+}  // namespace zunrtcp

@@ -1,0 +1,43 @@
+#include "tools/zunrtcp/Packet/LibraryPacket.h"
+
+#include <new>
+
+namespace zunrtcp {
+
+namespace {
+
+class LibraryString {
+ public:
+  LibraryString() { ZunStringConstructDefault(&string_, ZunAllocatorGetSystem()); }
+  ~LibraryString() { ZunStringDestruct(&string_); }
+  LibraryString(const LibraryString&) = delete;
+  LibraryString& operator=(const LibraryString&) = delete;
+
+  ZunString* get() { return &string_; }
+  std::string_view bytes() const { return {ZunStringCStr(&string_), string_.size}; }
+
+ private:
+  ZunString string_;
+};
+
+}  // namespace
+
+LibraryPacket::LibraryPacket(std::string_view datagram) {
+  ZunRtcpPacketConstructDefault(&packet_, ZunAllocatorGetSystem());
+  LibraryString bytes;
+  if (ZunStringAppendCStrLen(bytes.get(), datagram.data(), datagram.size()) == nullptr) throw std::bad_alloc();
+  ok_ = ZunRtcpPacketParseNetworkPacket(&packet_, bytes.get()) != 0;
+}
+
+LibraryPacket::~LibraryPacket() { ZunRtcpPacketDestruct(&packet_); }
+
+bool LibraryPacket::Write(std::string* bytes) const {
+  LibraryString written;
+  if (!ZunRtcpPacketGetNetworkPacket(&packet_, written.get())) return false;
+  *bytes = written.bytes();
+  return true;
+}
+
+bool LibraryAccepts(std::string_view datagram) { return LibraryPacket(datagram).ok(); }
+
+}  // namespace zunrtcp

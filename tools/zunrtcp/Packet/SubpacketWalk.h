@@ -1,0 +1,36 @@
+// Walks the subpackets of a datagram by their headers alone, without the library.
+#ifndef TOOLS_ZUNRTCP_PACKET_SUBPACKETWALK_H
+#define TOOLS_ZUNRTCP_PACKET_SUBPACKETWALK_H
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "tools/zunrtcp/Packet/Octets.h"
+
+namespace zunrtcp {
+
+// One subpacket: a header of 4 bytes and its body (RFC 3550, section 6.1).
+struct SubpacketView {
+  std::size_t index = 0;   // counted from 0
+  std::size_t offset = 0;  // in the datagram
+  std::string_view bytes;  // header included
+
+  bool padded() const { return (U8At(bytes, 0) & 0x20U) != 0; }
+  unsigned count() const { return U8At(bytes, 0) & 0x1fU; }
+  unsigned type() const { return U8At(bytes, 1); }
+  bool Is(unsigned packetType, unsigned fmt) const { return type() == packetType && count() == fmt; }
+};
+
+struct SubpacketWalk {
+  std::vector<SubpacketView> subpackets;
+  std::string fault;            // what ends the walk early; empty when it ends with the datagram
+  std::size_t faultOffset = 0;  // where
+};
+
+SubpacketWalk WalkSubpackets(std::string_view datagram);
+
+}  // namespace zunrtcp
+
+#endif

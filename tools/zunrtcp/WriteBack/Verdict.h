@@ -1,0 +1,41 @@
+// What became of a datagram: whether the library read it and wrote it back, and by which rules it did otherwise.
+#ifndef TOOLS_ZUNRTCP_WRITEBACK_VERDICT_H
+#define TOOLS_ZUNRTCP_WRITEBACK_VERDICT_H
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "tools/zunrtcp/Packet/LibraryPacket.h"
+#include "tools/zunrtcp/Packet/SubpacketWalk.h"
+#include "tools/zunrtcp/WriteBack/Rule.h"
+
+namespace zunrtcp {
+
+enum class Outcome {
+  Identical,           // written back byte for byte
+  Explained,           // written back otherwise, and the stated rules give exactly the bytes written
+  Unexplained,         // written back otherwise, nobody knows why
+  RefusedByRule,       // not read, as a stated rule says
+  RefusedUnexplained,  // not read: malformed, or nobody knows why
+  CutOff,              // not looked at, as the capture does not hold all of it
+};
+
+struct Verdict {
+  Outcome outcome = Outcome::Identical;
+  std::vector<Rule> rules;           // that explain it
+  std::vector<std::string> remarks;  // where and what, in words
+};
+
+// "identical", "explained" and so on, for totals and programs.
+const char* OutcomeName(Outcome outcome);
+
+// Compares what the library writes with what it read.
+Verdict JudgeWriteBack(std::string_view datagram, const SubpacketWalk& walk, const LibraryPacket& packet);
+
+// Finds out which subpacket of a datagram the library refuses, and why.
+Verdict JudgeRefusal(const SubpacketWalk& walk);
+
+}  // namespace zunrtcp
+
+#endif
