@@ -456,7 +456,8 @@ TYPED_TEST(ZunVectorTest, InsertOfNothingIntoAVectorWithoutStorage) {
   EXPECT_EQ(a.calls(), 0U);
 }
 
-// With and without room, at every position: as if the value, or the range, had been copied first.
+// With and without room, at every position: as if the value, or the range, had been copied first. Where there is room no
+// storage is asked for.
 TYPED_TEST(ZunVectorTest, InsertOfItsOwnElements) {
   USE_VECTOR_KIND;
   TestAllocator a;
@@ -466,8 +467,10 @@ TYPED_TEST(ZunVectorTest, InsertOfItsOwnElements) {
       for (ZunSizeT own = 0; own < 4; ++own) {
         const int number = before[own];
         Vec<Kind> v(before, a, capacity);
+        const std::size_t calls = a.calls();
         E* const inserted = Ops::Insert(v, v.at(pos), v.at(own));
         EXPECT_EQ(inserted, v.at(pos));
+        EXPECT_EQ(a.calls() == calls, capacity > 4);
         EXPECT_EQ(v.numbers(), Inserted(before, pos, {number}));
         Vec<Kind> w(before, a, capacity);
         ASSERT_EQ(Ops::InsertN(w, w.at(pos), 3, w.at(own)), 1);
@@ -475,8 +478,10 @@ TYPED_TEST(ZunVectorTest, InsertOfItsOwnElements) {
         for (ZunSizeT last = own; last <= 4; ++last) {
           Vec<Kind> r(before, a, capacity);
           const ZunSizeT n = last - own;
+          const std::size_t calls_before = a.calls();
           ASSERT_EQ(Ops::InsertRange(r, r.at(pos), r.at(own), r.at(last)), 1);
           EXPECT_EQ(r.numbers(), Inserted(before, pos, Cut(before, own, last)));
+          EXPECT_EQ(a.calls() == calls_before, 4 + n <= capacity);
           EXPECT_EQ(r.capacity(), 4 + n <= capacity ? capacity : std::max(2 * capacity, 4 + n));
         }
       }

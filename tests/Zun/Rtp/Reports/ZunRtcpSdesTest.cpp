@@ -373,6 +373,18 @@ TEST(Sdes, ARefusedListKeepsTheChunksThatItHasRoomFor) {
   }
 }
 
+TEST(Sdes, AChunkThatFindsNoRoomStillTellsWhichItemsAreSkipped) {
+  const Datagram datagram(Wire(1, Hex("00000007 1401FF 00")));
+  TestAllocator refusing;
+  refusing.RefuseFrom(0);
+  LogCapture log;
+  ZunRtcpSubpacket sp;
+  EXPECT_FALSE(ZunRtcpSdesConstructFromBuffer(&sp, datagram, 4, datagram->size, 202, 1, refusing));
+  log.ExpectOne(ZUN_LOGLEVEL_INFO, ZunLogRtcp_, "ZunRtcpSdesItemsAssignFromBuffer",
+                "Skipping unsupported RTCP SDES item of type 20");
+  ZunRtcpSdesDestruct(&sp.sdes);
+}
+
 // Peers have always been sent what was left; only a failure in front of a text is reported.
 TEST(Sdes, TextsAndZerosThatFindNoRoomAreLeftOutUnnoticed) {
   Built built;

@@ -480,6 +480,21 @@ TEST(ZunRtcpRtpfbNack, ThereIsNoUpperBoundOnItsMaps) {
   }
 }
 
+TEST(ZunRtcpRtpfbNack, ASecondMapIsLoggedEvenWhenItFindsNoRoom) {
+  TestAllocator allocator;
+  Nack one;
+  ASSERT_TRUE(test::Read(ZunRtcpRtpfbNackAssignFromBuffer, one.sp(), OneMap()));
+  Nack p(allocator);
+  ASSERT_NE(ZunRtcpRtpfbNackAssign(p, one), nullptr);  // has room for just one map
+  allocator.RefuseFrom(0);
+  LogCapture log;
+  EXPECT_FALSE(test::Read(ZunRtcpRtpfbNackAssignFromBuffer, p.sp(), ThreeMaps()));
+  ASSERT_EQ(log.entries().size(), 2U);
+  EXPECT_EQ(log.entries()[0].message, kManyRead);
+  EXPECT_EQ(log.entries()[1].message, kUnreadable);
+  EXPECT_EQ(ZunRtcpRtpfbNackGetNumOfSeqMaps(p), 1U);
+}
+
 TEST(ZunRtcpRtpfbNack, AllItsMapsAreReadIntoOneBlock) {
   TestAllocator allocator;
   Nack nack(allocator);
