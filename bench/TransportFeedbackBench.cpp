@@ -52,7 +52,7 @@ std::string TransportCc(const std::vector<Arrival>& arrivals) {
   ZunRtcpSubpacket sp;
   ZunRtcpRtpfbTransportCcConstructFull(&sp.rtpfb.transportCc, 1, 2, 3, CountingAllocator());
   Record(&sp.rtpfb.transportCc, arrivals);
-  const std::string bytes = Compound({&sp});
+  std::string bytes = Compound({&sp});
   ZunRtcpSubpacketDestruct(&sp);
   return bytes;
 }
