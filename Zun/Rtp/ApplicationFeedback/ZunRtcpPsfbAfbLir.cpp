@@ -2,6 +2,7 @@
 
 #include "Zun/Rtp/ApplicationFeedback/AfbHeader.h"
 #include "Zun/Rtp/Core/OwnedMember.h"
+#include "Zun/Rtp/Core/Padding.h"
 #include "Zun/Rtp/Core/Row.h"
 #include "Zun/Utils/ListRefill.h"
 
@@ -21,7 +22,7 @@ constexpr ZunSizeT kReadEntryHeadSize = 8;
 constexpr ZunSizeT kLengthOffset = 6;      // in the head that is read
 constexpr ZunSizeT kAnnouncedLength = 24;  // whatever the entries
 
-ZunSizeT PaddedSize(ZunSizeT size) { return size + (0 - size) % 4; }
+ZunSizeT PaddedSize(ZunSizeT size) { return size + zun::PaddingBehind(size); }
 
 // The whole message with heads of `head_size` in front of the layer data.
 ZunSizeT LengthWithHeads(const ZunRtcpPsfbAfbLir& p, ZunSizeT head_size) {
@@ -38,11 +39,11 @@ void ConstructEmpty(Entry* p, ZunAllocator* a) {
 bool WriteEntry(zun::BodyWriter& w, const Entry& entry) {
   const ZunSizeT size = entry.layerData.size;
   return w.U32(entry.ssrc) && w.U8(entry.seqno) && w.U8(entry.payloadType) && w.String(entry.layerData) &&
-         w.Zeros(PaddedSize(size) - size);
+         w.Zeros(zun::PaddingBehind(size));
 }
 
 // Zero to three octets that nobody looks at.
-bool PassPadding(zun::BodyReader& r, ZunUint16 size) { return r.Pass(PaddedSize(size) - size); }
+bool PassPadding(zun::BodyReader& r, ZunUint16 size) { return r.Pass(zun::PaddingBehind(size)); }
 
 // Entries of which every octet is there, up to the first that is cut off.
 ZunSizeT CountWholeEntries(zun::BodyReader r) {

@@ -4,6 +4,7 @@
 
 #include "Zun/Rtp/ApplicationFeedback/AfbHeader.h"
 #include "Zun/Rtp/Core/OwnedMember.h"
+#include "Zun/Rtp/Core/Padding.h"
 #include "Zun/Rtp/Core/Row.h"
 #include "Zun/Utils/VectorAlgorithms.h"
 
@@ -56,8 +57,6 @@ bool IsValid(ZunRtcpPsfbAfbShowParameterType type, ZunUint64 value) {
 ZunUint32 ValueWidth(ZunUint64 value) { return static_cast<ZunUint32>(std::bit_width(value | 1) + 7) / 8; }
 
 ZunUint8 WidthOf(ZunUint8 descriptor) { return static_cast<ZunUint8>((descriptor & kWidthMask) + 1); }
-
-ZunSizeT SizeToAlign(ZunSizeT size) { return (0 - size) % 4; }
 
 ZunSizeT UnpaddedLength(const ZunRtcpPsfbAfbShow& p) {
   ZunSizeT length = kFixedSize;
@@ -120,20 +119,20 @@ bool ReadParameters(zun::BodyReader& r, ZunVector_ZunRtcpPsfbAfbShowParameter* l
 struct Wire {
   static ZunSizeT Length(const ZunRtcpPsfbAfbShow& p) {
     const ZunSizeT length = UnpaddedLength(p);
-    return length + SizeToAlign(length);
+    return length + zun::PaddingBehind(length);
   }
 
   static bool Write(const ZunRtcpPsfbAfbShow& p, ZunString* b, bool pad) {
     const ZunSizeT unpadded = UnpaddedLength(p);
-    zun::BodyWriter w(b, unpadded + SizeToAlign(b->size + unpadded));
-    if (!zun::WriteNorviHead(w, pad, p, ZUN_RTCPPSFBAFB_TYPE_SHOW, unpadded + SizeToAlign(unpadded)) ||
+    zun::BodyWriter w(b, unpadded + zun::PaddingBehind(b->size + unpadded));
+    if (!zun::WriteNorviHead(w, pad, p, ZUN_RTCPPSFBAFB_TYPE_SHOW, unpadded + zun::PaddingBehind(unpadded)) ||
         !w.U8(p.seqno)) {
       return false;
     }
     for (const Parameter* x = p.parameters.begin; x != p.parameters.end; ++x) {
       if (!WriteParameter(w, *x)) return false;
     }
-    return w.Zeros(SizeToAlign(w.Size()));
+    return w.Zeros(zun::PaddingBehind(w.Size()));
   }
 
   // The types of the object stay as they are: it is a SHOW already.

@@ -2,6 +2,7 @@
 
 #include "Zun/Rtp/Core/FeedbackHeader.h"
 #include "Zun/Rtp/Core/OwnedMember.h"
+#include "Zun/Rtp/Core/Padding.h"
 #include "Zun/Rtp/Core/Row.h"
 
 namespace {
@@ -14,7 +15,7 @@ constexpr ZunUint8 kUnusedBitsMask = 7;
 constexpr ZunSizeT kPbAndPtSize = 2;
 
 // Zero octets that fill the last word behind PB, payload type and bit string.
-ZunSizeT PaddingSize(const ZunRtcpPsfbRpsi& p) { return (4 - (p.rpsi.size + kPbAndPtSize) % 4) % 4; }
+ZunSizeT PaddingSize(const ZunRtcpPsfbRpsi& p) { return zun::PaddingBehind(p.rpsi.size + kPbAndPtSize); }
 
 // The padding behind an empty bit string is not counted: a reader would take the count for unused bits.
 ZunUint8 PaddingBits(const ZunRtcpPsfbRpsi& p) {

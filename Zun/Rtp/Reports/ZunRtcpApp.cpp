@@ -1,9 +1,9 @@
 #include "Zun/Rtp/Reports/ZunRtcpApp.h"
 
 #include "Zun/Os/Log.h"
+#include "Zun/Rtp/Core/Padding.h"
 #include "Zun/Rtp/Core/Row.h"
 #include "Zun/Rtp/Reports/OwnedPair.h"
-#include "Zun/Rtp/Reports/Padding.h"
 
 namespace {
 

@@ -2,9 +2,9 @@
 
 #include "Zun/Os/Log.h"
 #include "Zun/Rtp/Core/EntryList.h"
+#include "Zun/Rtp/Core/Padding.h"
 #include "Zun/Rtp/Core/Row.h"
 #include "Zun/Rtp/Reports/OwnedPair.h"
-#include "Zun/Rtp/Reports/Padding.h"
 
 ZUN_VECTOR_USE_PLAIN(ZunRtpSourceId)
 

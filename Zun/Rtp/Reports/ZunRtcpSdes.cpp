@@ -2,8 +2,8 @@
 
 #include "Zun/Os/Log.h"
 #include "Zun/Rtp/Core/OwnedMember.h"
+#include "Zun/Rtp/Core/Padding.h"
 #include "Zun/Rtp/Core/Row.h"
-#include "Zun/Rtp/Reports/Padding.h"
 #include "Zun/Utils/ListRefill.h"
 
 ZUN_VECTOR_USE_OWNING(ZunRtcpSdesItem)

@@ -2,6 +2,7 @@
 
 #include "Zun/Rtp/Core/FeedbackHeader.h"
 #include "Zun/Rtp/Core/OwnedMember.h"
+#include "Zun/Rtp/Core/Padding.h"
 #include "Zun/Rtp/Core/Row.h"
 #include "Zun/Rtp/TransportFeedback/StatusChunk.h"
 #include "Zun/Utils/VectorAlgorithms.h"
@@ -37,8 +38,6 @@ bool Append(ZunRtcpRtpfbTransportCc* p, PacketInfo info) {
   return true;
 }
 
-ZunSizeT ZerosBehind(ZunSizeT size) { return (4 - size % 4) % 4; }
-
 // The wire form, as far as it depends on the packets.
 struct Layout {
   ZunSizeT chunks = 0;  // how many
@@ -57,7 +56,7 @@ struct Layout {
   }
 
   ZunSizeT Unpadded() const { return kFixedSize + chunks * kChunkSize + deltas; }
-  ZunSizeT Padded() const { return Unpadded() + ZerosBehind(Unpadded()); }
+  ZunSizeT Padded() const { return Unpadded() + zun::PaddingBehind(Unpadded()); }
 
  private:
   const PacketInfo* Add(const PacketInfo* first, const PacketInfo* last, ZunUint16* word) {
@@ -273,7 +272,7 @@ struct Wire {
   static bool Write(const ZunRtcpRtpfbTransportCc& p, ZunString* b, bool pad) {
     const Layout layout(p);
     const ZunSizeT unpadded = layout.Unpadded();
-    zun::BodyWriter w(b, unpadded + ZerosBehind(b->size + unpadded));
+    zun::BodyWriter w(b, unpadded + zun::PaddingBehind(b->size + unpadded));
     const ZunSizeT count = ZunVector_ZunRtcpRtpfbTransportCcPacketInfoSize(&p.packetInfo);
     if (!zun::WriteFeedbackHeader(w, pad, ZUN_RTCPRTPFB_TYPE_TransportCC, ZUN_RTCPSUBPACKET_TYPE_RTPFB, layout.Padded(),
                                   p.sender, p.source) ||
@@ -282,7 +281,7 @@ struct Wire {
       return false;
     }
     WriteDeltas(w, p, layout.deltas);
-    w.Padding(ZerosBehind(w.Size()));
+    w.Padding(zun::PaddingBehind(w.Size()));
     return true;
   }
 

@@ -1,6 +1,6 @@
 // The zero bytes that fill a run of bytes up to a whole number of 32-bit words.
-#ifndef ZUN_RTP_REPORTS_PADDING_H
-#define ZUN_RTP_REPORTS_PADDING_H
+#ifndef ZUN_RTP_CORE_PADDING_H
+#define ZUN_RTP_CORE_PADDING_H
 
 #include "Zun/Utils/ZunTypes.h"
 
