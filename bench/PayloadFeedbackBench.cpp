@@ -56,6 +56,7 @@ void AddPayloadFeedbackLines() {
   AddDatagram("RR + SDES + REMB", Rr(1) + Sdes(1) + Remb(), {kStraightLineParse, 5, kStraightLineWrite, 3.5});
   AddDatagram("RR + SDES + NACK 3 + PLI", Rr(1) + Sdes(1) + Nack(3) + Pli(),
               {kStraightLineParse, 6, kStraightLineWrite, 4});
+  AddDatagram("SR + SDES + NACK + REMB + PLI", Sr(1) + Sdes(1) + Nack(1) + Remb() + Pli());
   AddDatagram("SHOW 8 parameters", Show());
   AddDatagram("LIR 4 entries", Lir());
 }

@@ -13,6 +13,7 @@ namespace {
 using zun::SubpacketDispatch;
 using zun::SubpacketLevel;
 using Subpackets = ZunVector_ZunRtcpSubpacket;
+using Algorithms = zun::VectorOfZunRtcpSubpacket;
 
 constexpr ZunUint8 kVersion = 2;
 
@@ -39,31 +40,43 @@ bool ReadOver(ZunRtcpSubpacket* p, const ZunString* b, const Extent& extent, Zun
                                              extent.header.count, a) != 0;
 }
 
-// Reads a subpacket into a slot that holds none. `last` is the one that this parse appended before it, if any: a
-// subpacket of the same type begins as its copy, with its allocator, and is then read over.
-// Where that copy is refused the body is read all the same, for what is to be logged of it.
-bool ReadIntoRaw(ZunRtcpSubpacket* p, const ZunRtcpSubpacket* last, const ZunString* b, const Extent& extent,
-                 ZunAllocator* a) {
-  const bool is_like_last =
-      last != nullptr && SubpacketDispatch::AreEquivalent(ZunRtcpSubpacketGetType(last), extent.header.type);
-  if (is_like_last && ZunRtcpSubpacketConstructCopy(p, last) != nullptr) return ReadOver(p, b, extent, a);
+// How many whole subpackets follow at `position`, as far as their headers tell.
+ZunSizeT CountSubpackets(const ZunString* b, ZunSizeT position) {
+  ZunSizeT count = 0;
+  for (Extent extent; position < b->size && RtcpSubpacketReadHeader(b, position, &extent); ++count) {
+    position = extent.end;
+  }
+  return count;
+}
+
+bool ReadFresh(ZunRtcpSubpacket* p, const ZunString* b, const Extent& extent, ZunAllocator* a) {
   const bool read =
       SubpacketLevel::RowOf(extent.header.type)
           .construct_from_buffer(p, b, extent.begin, extent.end, extent.header.type, extent.header.count, a) != 0;
-  return read && !is_like_last;
+  if (!read) ZunRtcpSubpacketDestruct(p);
+  return read;
 }
 
-// The new subpacket is read into a slot outside the vector, so that a failed read leaves no trace in it, and then
-// moved to its place as it stands: it does not know its address.
-bool ReadAppended(Subpackets* subpackets, bool last_is_new, const ZunString* b, const Extent& extent) {
-  const ZunRtcpSubpacket* const last = last_is_new ? subpackets->end - 1 : nullptr;
-  ZunRtcpSubpacket slot;
-  if (!ReadIntoRaw(&slot, last, b, extent, subpackets->allocator) ||
-      !zun::VectorOfZunRtcpSubpacket::GrowIfFull(subpackets)) {
-    ZunRtcpSubpacketDestruct(&slot);
+// A subpacket that there is no room for is read all the same, for what is to be logged of it.
+bool ReadAppended(Subpackets* subpackets, const ZunString* b, const Extent& extent) {
+  if (subpackets->end == subpackets->endBuf) {
+    ZunRtcpSubpacket unkept;
+    if (ReadFresh(&unkept, b, extent, subpackets->allocator)) ZunRtcpSubpacketDestruct(&unkept);
     return false;
   }
-  *subpackets->end++ = slot;
+  if (!ReadFresh(subpackets->end, b, extent, subpackets->allocator)) return false;
+  ++subpackets->end;
+  return true;
+}
+
+// Appends the subpackets from `position` on. Room is made once, for as many as the headers tell of.
+bool ReadRest(Subpackets* subpackets, const ZunString* b, ZunSizeT position) {
+  Algorithms::ReserveGrownOrLess(subpackets, Algorithms::Size(subpackets) + CountSubpackets(b, position));
+  while (position < b->size) {
+    Extent extent;
+    if (!RtcpSubpacketReadHeader(b, position, &extent) || !ReadAppended(subpackets, b, extent)) return false;
+    position = extent.end;
+  }
   return true;
 }
 
@@ -156,17 +169,16 @@ ZunBool ZunRtcpPacketAppendSubpackets(ZunRtcpPacket* p, const ZunVector_ZunRtcpS
 
 ZunBool ZunRtcpPacketParseNetworkPacket(ZunRtcpPacket* p, const ZunString* b) {
   if (ZunStringEmpty(b)) return 0;
-  const ZunSizeT old_count = ZunRtcpPacketGetSubpacketCount(p);
-  ZunSizeT i = 0;
-  for (ZunSizeT position = 0; position < b->size; ++i) {
+  Subpackets* const subpackets = &p->subpackets;
+  ZunSizeT position = 0;
+  ZunRtcpSubpacket* sp = subpackets->begin;
+  for (; sp != subpackets->end && position < b->size; ++sp) {
     Extent extent;
-    if (!RtcpSubpacketReadHeader(b, position, &extent)) return 0;
-    const bool read = i < old_count ? ReadOver(p->subpackets.begin + i, b, extent, p->subpackets.allocator)
-                                    : ReadAppended(&p->subpackets, i > old_count, b, extent);
-    if (!read) return 0;
+    if (!RtcpSubpacketReadHeader(b, position, &extent) || !ReadOver(sp, b, extent, subpackets->allocator)) return 0;
     position = extent.end;
   }
-  zun::VectorOfZunRtcpSubpacket::Truncate(&p->subpackets, i);
+  if (position < b->size) return ReadRest(subpackets, b, position);
+  Algorithms::TruncateAt(subpackets, sp);
   return 1;
 }
 

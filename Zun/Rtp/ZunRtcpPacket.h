@@ -67,9 +67,8 @@ ZunBool ZunRtcpPacketAppendSubpackets(ZunRtcpPacket* p, const ZunVector_ZunRtcpS
  * those of a kind that is there already; parsing a datagram of the shape of the last one allocates nothing. `b`
  * must not be a part of `p`.
  *
- * An SDES that announces no chunks leaves those of the SDES that it is read over, or, where it is appended, those of
- * the subpacket before it, if that is an SDES. So many such headers behind a large SDES make as many copies of it:
- * give untrusted datagrams an allocator with a limit.
+ * A subpacket that is appended is read into a fresh object with the allocator of `p`. One that is read over another
+ * keeps what its kind says it keeps: an SDES that announces no chunks leaves those that are there.
  *
  * False when `b` is empty (`p` untouched), when a header is cut off, is not of version 2 or announces more bytes
  * than there are, when a kind refuses its body, or when an allocation is refused. Nothing is restored then:

@@ -193,20 +193,29 @@ class VectorAlgorithms {
   // Makes room for one more element, growing as PushBack does.
   static bool GrowIfFull(V* x) {
     if (x->end != x->endBuf) return true;
-    return Reserve(x, x->begin == nullptr ? 2 : Size(x) * 2);
+    return Reserve(x, x->begin == nullptr ? kFirstCapacity : Size(x) * 2);
   }
 
   // Makes room for `count` elements in all, at once, with the capacity that appending them one by one would reach.
   static bool ReserveGrown(V* x, ZunSizeT count) {
-    ZunSizeT capacity = Capacity(x);
-    if (count <= capacity) return true;
+    if (count <= Capacity(x)) return true;
+    return count <= SIZE_MAX / 4 && Reserve(x, GrownCapacity(x, count));
+  }
+
+  // The same, or, where one block for all is refused, room for fewer in blocks of doubling size. Returns whether there
+  // is room for all.
+  static bool ReserveGrownOrLess(V* x, ZunSizeT count) {
+    if (ReserveGrown(x, count)) return true;
     if (count > SIZE_MAX / 4) return false;
-    if (capacity == 0) capacity = 2;
-    while (capacity < count) capacity *= 2;
-    return Reserve(x, capacity);
+    const ZunSizeT refused = GrownCapacity(x, count);
+    ZunSizeT capacity = Capacity(x) == 0 ? kFirstCapacity : 2 * Capacity(x);
+    while (capacity < refused && Reserve(x, capacity)) capacity *= 2;
+    return false;
   }
 
  private:
+  static constexpr ZunSizeT kFirstCapacity = 2;
+
   // A value that may be an element of the vector it is copied into, found again after the vector grew.
   class Aliased {
    public:
@@ -221,6 +230,13 @@ class VectorAlgorithms {
   };
 
   static ZunSizeT Distance(const E* first, const E* last) { return static_cast<ZunSizeT>(last - first); }
+
+  // The first capacity of at least `count` that doubling reaches.
+  static ZunSizeT GrownCapacity(const V* x, ZunSizeT count) {
+    ZunSizeT capacity = Capacity(x) == 0 ? kFirstCapacity : Capacity(x);
+    while (capacity < count) capacity *= 2;
+    return capacity;
+  }
 
   static bool IsInside(const V* x, const E* value) {
     return !std::less<const E*>()(value, x->begin) && std::less<const E*>()(value, x->end);

@@ -75,6 +75,7 @@ ZunVoidPtr TestAllocator::Allocate(ZunAllocator* a, ZunSizeT size) {
   std::memset(raw + sizeof(Prefix) + size, kGuard, kGuardSize);
   ++self->live_blocks_;
   self->live_bytes_ += size;
+  if (self->peak_bytes_ < self->live_bytes_) self->peak_bytes_ = self->live_bytes_;
   return raw + sizeof(Prefix);
 }
 

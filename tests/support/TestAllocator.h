@@ -22,6 +22,8 @@ class TestAllocator {
 
   std::size_t live_blocks() const { return live_blocks_; }
   std::size_t live_bytes() const { return live_bytes_; }
+  // The most bytes that were live at any time.
+  std::size_t peak_bytes() const { return peak_bytes_; }
   // Calls to allocate, refused ones included.
   std::size_t allocations() const { return allocations_; }
   std::size_t deallocations() const { return deallocations_; }
@@ -43,6 +45,7 @@ class TestAllocator {
   ZunAllocator allocator_;
   std::size_t live_blocks_ = 0;
   std::size_t live_bytes_ = 0;
+  std::size_t peak_bytes_ = 0;
   std::size_t allocations_ = 0;
   std::size_t deallocations_ = 0;
   std::size_t refused_ = 0;

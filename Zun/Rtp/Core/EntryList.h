@@ -8,13 +8,11 @@
 
 namespace zun {
 
-// Makes room in an empty list and returns for how many of `count` entries there is some. Where one block for all is
-// refused, blocks of doubling size are tried, as if entries were appended one by one.
+// Makes room in an empty list and returns for how many of `count` entries there is some.
 template <class Algorithms>
 ZunSizeT ReserveEntries(typename Algorithms::Vector* list, ZunSizeT count) {
-  if (Algorithms::ReserveGrown(list, count)) return count;
-  ZunSizeT room = Algorithms::Capacity(list);
-  while (room < count && Algorithms::Reserve(list, room == 0 ? 2 : 2 * room)) room = Algorithms::Capacity(list);
+  if (Algorithms::ReserveGrownOrLess(list, count)) return count;
+  const ZunSizeT room = Algorithms::Capacity(list);
   return room < count ? room : count;
 }
 

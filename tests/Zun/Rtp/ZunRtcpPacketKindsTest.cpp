@@ -158,30 +158,68 @@ TEST(PacketOfAllKinds, OneKindIsAssignedToAnother) {
   }
 }
 
-// A subpacket that is appended begins as a copy of the one before it when both are of one type; so an SDES that
-// announces no chunks becomes that one's copy.
-TEST(PacketOfAllKinds, AnEmptySdesBehindAnSdesBecomesItsCopy) {
-  EXPECT_EQ(ToHex(Parsed(kSdes + kEmptySdes).Rewritten()), ToHex(kSdes + kSdes));
+// A subpacket that is appended begins fresh: an SDES that announces no chunks has none, whatever stands before it.
+TEST(PacketOfAllKinds, AnAppendedSdesWithoutChunksHasNone) {
+  EXPECT_EQ(ToHex(Parsed(kSdes + kEmptySdes).Rewritten()), ToHex(kSdes + kEmptySdes));
   EXPECT_EQ(ToHex(Parsed(kSdes + kPli + kEmptySdes).Rewritten()), ToHex(kSdes + kPli + kEmptySdes));
 }
 
-// An appended subpacket takes the packet's allocator; behind one of its type but of another message, the buffer's.
-TEST(PacketOfAllKinds, AnAppendedMessageBehindAnotherOfItsTypeTakesTheAllocatorOfTheBuffer) {
+// One that is read over another keeps that one's chunks.
+TEST(PacketOfAllKinds, AnSdesWithoutChunksKeepsThoseThatItIsReadOver) {
+  Parsed parsed(kSdes);
+  EXPECT_TRUE(parsed.Again(kEmptySdes));
+  EXPECT_EQ(ToHex(parsed.Rewritten()), ToHex(kSdes));
+}
+
+TEST(PacketOfAllKinds, EveryAppendedSubpacketTakesTheAllocatorOfThePacket) {
   TestAllocator packet_allocator;
   TestAllocator buffer_allocator;
   const Datagram datagram(kNack + kUnknownRtpfb + kUnknownRtpfb + kPli + kRemb + kUnknown, buffer_allocator);
   ZunRtcpPacket packet;
   ASSERT_NE(ZunRtcpPacketConstructFromNetworkPacket(&packet, datagram, packet_allocator), nullptr);
-  const auto allocator_of = [&](ZunSizeT n) {
-    return zun::SubpacketDispatch::GetAllocator(ZunRtcpPacketGetSubpacket(&packet, n));
-  };
-  EXPECT_EQ(allocator_of(0), packet_allocator.get());
-  EXPECT_EQ(allocator_of(1), buffer_allocator.get());
-  EXPECT_EQ(allocator_of(2), buffer_allocator.get());
-  EXPECT_EQ(allocator_of(3), packet_allocator.get());
-  EXPECT_EQ(allocator_of(4), buffer_allocator.get());
-  EXPECT_EQ(allocator_of(5), packet_allocator.get());
+  for (ZunSizeT n = 0; n < ZunRtcpPacketGetSubpacketCount(&packet); ++n) {
+    EXPECT_EQ(zun::SubpacketDispatch::GetAllocator(ZunRtcpPacketGetSubpacket(&packet, n)), packet_allocator.get());
+  }
+  EXPECT_EQ(buffer_allocator.calls(), 0U);
   ZunRtcpPacketDestruct(&packet);
+}
+
+// Parses a datagram into a fresh packet and checks what it costs: memory that is live at any time, and calls of the
+// allocator, for each byte of the datagram.
+void ExpectCost(const std::string& datagram, std::size_t bytes_per_byte, double calls_per_byte) {
+  TestAllocator allocator;
+  Parsed parsed(datagram, allocator);
+  ASSERT_TRUE(parsed.ok);
+  EXPECT_LE(allocator.peak_bytes(), bytes_per_byte * datagram.size());
+  EXPECT_LE(static_cast<double>(allocator.calls()), calls_per_byte * static_cast<double>(datagram.size()));
+}
+
+std::string Repeated(const std::string& packet, std::size_t times) {
+  std::string all;
+  for (; times > 0; --times) all += packet;
+  return all;
+}
+
+// An SDES of 31 chunks with an item each, as large as one can be made with little, and thousands of empty ones after it.
+TEST(PacketOfAllKinds, EmptySdesPacketsAfterALargeOneCostNoMoreThanTheirSlots) {
+  const std::string large = Packet(Hex("9FCA0000") + Repeated(Hex("00000001 0101 41 00"), 31));
+  ExpectCost(large + Repeated(kEmptySdes, 16000), 64, 0.01);
+}
+
+// The smallest subpackets there are, and all kinds in one datagram over and over.
+TEST(PacketOfAllKinds, ManySubpacketsCostAMultipleOfTheirSize) {
+  ExpectCost(Repeated(Hex("80CF0000"), 16383), 64, 0.01);
+  std::string all;
+  for (const std::string& kind : AllKinds()) all += kind;
+  ExpectCost(Repeated(all, 60), 16, 0.1);
+}
+
+TEST(PacketOfAllKinds, RoomIsMadeOnceForAFreshPacket) {
+  TestAllocator allocator;
+  Parsed parsed(kSr + kSdes + kNack + kRemb + kPli, allocator);
+  ASSERT_TRUE(parsed.ok);
+  EXPECT_LE(allocator.allocations(), 8U);
+  EXPECT_EQ(ZunVector_ZunRtcpSubpacketCapacity(&parsed.packet.subpackets), 8U) << "as appending one by one gives";
 }
 
 // A BYE without sources has no length; it is logged once for each operation that meets it.
