@@ -47,13 +47,12 @@ struct Wire {
   }
 
   static bool Read(ZunRtcpPsfbAfbAbafb* p, zun::BodyReader& r, zun::SubpacketHeader) {
-    if (!zun::ReadNorviHead(r, p) || !r.U32(&p->timestamp) || !r.U32(&p->u.delay) || !r.U32(&p->data_rate) ||
+    if (!zun::ReadNorviHead(r, p) || !r.U32(&p->timestamp) || !zun::ReadDelay(r, p) || !r.U32(&p->data_rate) ||
         !r.U32(&p->loss_rate) || !r.U32(&p->aba_data_rate) || !ReadSigned(r, &p->average_delay_difference) ||
         !r.U32(&p->average_arrival_difference)) {
       return false;
     }
     zun::SetAfbTypes(p, ZUN_RTCPPSFBAFB_TYPE_ABAFB);
-    p->calculate_delay = 0;
     return true;
   }
 };

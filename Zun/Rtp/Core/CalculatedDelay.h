@@ -3,6 +3,7 @@
 #define ZUN_RTP_CORE_CALCULATEDDELAY_H
 
 #include "Zun/Os/ZunTime.h"
+#include "Zun/Rtp/Core/BodyReader.h"
 
 namespace zun {
 
@@ -28,6 +29,14 @@ template <class Report>
 void StoreTimestampTime(Report* p, ZunTime timestamp_time) {
   p->u.timestamp_time = timestamp_time;
   p->calculate_delay = 1;
+}
+
+// What is read is stored over the union, so no delay may be computed from it any more, whatever fails later.
+template <class Report>
+bool ReadDelay(BodyReader& r, Report* p) {
+  if (!r.U32(&p->u.delay)) return false;
+  p->calculate_delay = 0;
+  return true;
 }
 
 }  // namespace zun

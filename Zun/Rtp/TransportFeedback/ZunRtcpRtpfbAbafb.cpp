@@ -21,13 +21,12 @@ struct Wire {
   }
 
   static bool Read(ZunRtcpRtpfbAbafb* p, zun::BodyReader& r, zun::SubpacketHeader) {
-    if (!zun::ReadFeedbackSources(r, p) || !r.U32(&p->timestamp) || !r.U32(&p->u.delay) || !r.U32(&p->data_rate) ||
+    if (!zun::ReadFeedbackSources(r, p) || !r.U32(&p->timestamp) || !zun::ReadDelay(r, p) || !r.U32(&p->data_rate) ||
         !r.U32(&p->loss_rate) || !r.U32(&p->aba_data_rate) || !r.AtEnd()) {
       return false;
     }
     p->type = ZUN_RTCPSUBPACKET_TYPE_RTPFB;
     p->fmt = ZUN_RTCPRTPFB_TYPE_ABAFB;
-    p->calculate_delay = 0;
     return true;
   }
 };

@@ -221,6 +221,20 @@ TEST(AfbAbafbTest, CutAnywhereKeepsWhatWasRead) {
   });
 }
 
+// What a cut leaves over a report whose delay was measured: still measured before the delay, the delay read after it.
+TEST(AfbAbafbTest, ACutAfterTheDelayLeavesItStored) {
+  for (const ZunSizeT size : {16U, 20U, 24U, 40U}) {
+    ZunRtcpSubpacket sp;
+    sp.psfb.afb.abafb = Timed(1);
+    const Datagram datagram(kWire.substr(0, kBodyBegin + size));
+    EXPECT_EQ(kRow.assign_from_buffer(&sp, datagram, kBodyBegin, datagram->size, 206, 15) != 0, size == 40);
+    EXPECT_EQ(sp.psfb.afb.abafb.calculate_delay != 0, size == 16);
+    if (size > 16) {
+      EXPECT_EQ(ZunRtcpPsfbAfbAbafbGetDelay(&sp.psfb.afb.abafb), 1000000U);
+    }
+  }
+}
+
 TEST(AfbAbafbTest, ReadsAnyObjectAnewWithoutAnAllocator) {
   ZunRtcpSubpacket sp;
   ZunRtcpPsfbAfbAbafb p = Timed(1);

@@ -241,6 +241,16 @@ TEST(ZunRtcpRtpfbAbafb, ACutInFrontOfTheDelayLeavesItMeasured) {
   EXPECT_EQ(ZunRtcpRtpfbAbafbGetDelay(abafb), 2000U);
 }
 
+// What a cut after the delay leaves is the delay that was read, not one computed over its bytes.
+TEST(ZunRtcpRtpfbAbafb, ACutAfterTheDelayLeavesItStored) {
+  for (const ZunSizeT size : {20U, 24U, 28U}) {
+    Abafb abafb;
+    ZunRtcpRtpfbAbafbSetTimestampTime(abafb, -2 * kMillisecond);
+    EXPECT_FALSE(test::Read(ZunRtcpRtpfbAbafbAssignFromBuffer, abafb.sp(), Golden().substr(0, size)));
+    ExpectStoredDelay(abafb.get(), 3000);
+  }
+}
+
 TEST(ZunRtcpRtpfbAbafb, TakesABodyOfExactly28Bytes) {
   Abafb abafb;
   EXPECT_FALSE(test::Read(ZunRtcpRtpfbAbafbAssignFromBuffer, abafb.sp(), Golden() + Hex("00000000")));
