@@ -32,6 +32,17 @@ constexpr ZunSizeT kChunkSize = 2;
 constexpr ZunSizeT kEstimatePackets = 7;
 constexpr ZunSizeT kEstimateSize = 16;
 
+// What deltas count from.
+struct Clock {
+  ZunInt32 reference;  // in kReferenceUnit
+  ZunTime latest;
+};
+
+Clock StartedAt(ZunTime ts) {
+  const ZunTime reference = ts / kReferenceUnit;
+  return {static_cast<ZunInt32>(reference % kReferenceModulus), reference * kReferenceUnit};
+}
+
 bool Append(ZunRtcpRtpfbTransportCc* p, PacketInfo info) {
   if (!PacketInfos::GrowIfFull(&p->packetInfo)) return false;
   *p->packetInfo.end++ = info;
@@ -332,18 +343,25 @@ ZunRtcpRtpfbTransportCc* ZunRtcpRtpfbTransportCcAssign(ZunRtcpRtpfbTransportCc* 
 void ZunRtcpRtpfbTransportCcDestruct(ZunRtcpRtpfbTransportCc* p) { PacketInfos::Destruct(&p->packetInfo); }
 
 ZunBool ZunRtcpRtpfbTransportCcAddPacket(ZunRtcpRtpfbTransportCc* p, ZunBool received, ZunUint16 seq, ZunTime ts) {
-  if (ZunVector_ZunRtcpRtpfbTransportCcPacketInfoEmpty(&p->packetInfo)) p->baseSeq = seq;
-  if (!received) return Append(p, {0, 0, 0});
-  if (ts == kNoTime) return Append(p, {1, 1, 0});
-  if (p->latestTime == kNoTime) {
-    const ZunTime reference = ts / kReferenceUnit;
-    p->latestTime = reference * kReferenceUnit;
-    p->refTime = static_cast<ZunInt32>(reference % kReferenceModulus);
+  const bool is_first = ZunVector_ZunRtcpRtpfbTransportCcPacketInfoEmpty(&p->packetInfo);
+  if (!received || ts == kNoTime) {
+    if (!Append(p, {received != 0, received != 0, 0})) return 0;
+    if (is_first) p->baseSeq = seq;
+    return 1;
   }
-  const ZunUint64 difference = static_cast<ZunUint64>(ts) - static_cast<ZunUint64>(p->latestTime);
-  if (difference + kMostNegativeDelta > kDeltaRange) return 0;
-  p->latestTime = ts;
-  return Append(p, {1, 1, static_cast<ZunInt16>(static_cast<ZunInt64>(difference) / kDeltaUnit)});
+  Clock clock = {p->refTime, p->latestTime};
+  if (clock.latest == kNoTime) clock = StartedAt(ts);
+  const ZunUint64 difference = static_cast<ZunUint64>(ts) - static_cast<ZunUint64>(clock.latest);
+  const bool is_in_range = difference + kMostNegativeDelta <= kDeltaRange;
+  if (is_in_range) {
+    if (!Append(p, {1, 1, static_cast<ZunInt16>(static_cast<ZunInt64>(difference) / kDeltaUnit)})) return 0;
+    clock.latest = ts;
+  }
+  // The first time starts the clock even when it is too far from it to be told.
+  p->refTime = clock.reference;
+  p->latestTime = clock.latest;
+  if (is_first) p->baseSeq = seq;
+  return is_in_range;
 }
 
 ZunSizeT ZunRtcpRtpfbTransportCcGetEstimatedPacketsRemaining(const ZunRtcpRtpfbTransportCc* p, ZunSizeT mtu) {

@@ -77,8 +77,8 @@ void ZunRtcpRtpfbTransportCcDestruct(ZunRtcpRtpfbTransportCc* p);
  * Each delta counts from the exact time of the packet timed before, not from what the deltas so far add up to.
  *
  * False, and nothing added, when `ts` is more than 8,192,124,000 ns before or 8,191,874,000 ns after that time, which
- * is not a delta of 16 bits; false, the times (and of a first packet the base) being those of this packet, when an
- * allocation is refused.
+ * is not a delta of 16 bits (a first packet's base and reference time stay); false, `p` as it was, when an allocation is
+ * refused: the same packet can be tried again.
  */
 ZunBool ZunRtcpRtpfbTransportCcAddPacket(ZunRtcpRtpfbTransportCc* p, ZunBool received, ZunUint16 seq, ZunTime ts);
 

@@ -84,6 +84,19 @@ bool Read(ZunRtcpSubpacket* sp, const std::string& packet, ZunSizeT beyond = 0) 
   return test::Read(ZunRtcpRtpfbTransportCcAssignFromBuffer, sp, packet, beyond);
 }
 
+// All that adding packets changes.
+struct TransportCcFields {
+  ZunUint16 base_seq;
+  ZunInt32 reference_time;
+  ZunTime latest_time;
+  Infos infos;
+  bool operator==(const TransportCcFields&) const = default;
+};
+
+TransportCcFields FieldsOf(const TransportCc& p) {
+  return {p.get()->baseSeq, p.get()->refTime, p.get()->latestTime, InfosOf(p)};
+}
+
 // The chunk words that the statuses are written as, in hex.
 std::string ChunksOf(const std::string& statuses, std::size_t words) {
   TransportCc p;
@@ -375,16 +388,23 @@ TEST(ZunRtcpRtpfbTransportCc, ItsListGrowsFromTwoToTwice) {
   }
 }
 
-TEST(ZunRtcpRtpfbTransportCc, APacketThatCannotBeStoredIsNotAdded) {
+// Whether it is the first of the list or not, timed or not: a second try adds what the first would have.
+TEST(ZunRtcpRtpfbTransportCc, APacketThatCannotBeStoredCanBeTriedAgain) {
   ForEveryRefusal([](TestAllocator& refusing) {
     TransportCc p(refusing);
-    Infos expected;
+    TransportCc undisturbed;
     for (int i = 0; i < 20; ++i) {
-      const ZunTime ts = 64 * kSecond + i * kMillisecond;
-      const bool added = Add(p, true, ts, static_cast<ZunUint16>(i));
-      EXPECT_EQ(p->latestTime, ts) << "the next delta counts from this packet all the same";
-      if (added) expected.emplace_back(1, 1, i == 0 ? 0 : 4);
-      ASSERT_EQ(InfosOf(p), expected);
+      const bool received = i % 3 != 0;
+      const ZunTime ts = i % 5 == 2 ? kNoTime : 65 * kSecond + i * kMillisecond;
+      const ZunUint16 seq = static_cast<ZunUint16>(7 + i);
+      ASSERT_TRUE(Add(undisturbed, received, ts, seq));
+      const TransportCcFields before = FieldsOf(p);
+      if (!Add(p, received, ts, seq)) {
+        EXPECT_EQ(FieldsOf(p), before);
+        refusing.RefuseNothing();
+        ASSERT_TRUE(Add(p, received, ts, seq));
+      }
+      EXPECT_EQ(FieldsOf(p), FieldsOf(undisturbed));
     }
   });
 }
