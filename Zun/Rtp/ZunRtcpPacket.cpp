@@ -2,8 +2,8 @@
 
 #include "Zun/Os/Log.h"
 #include "Zun/Rtp/Core/BodyReader.h"
-#include "Zun/Rtp/Core/SubpacketDispatch.h"
 #include "Zun/Rtp/Core/SubpacketHeader.h"
+#include "Zun/Rtp/SubpacketDispatch.h"
 #include "Zun/Utils/VectorAlgorithms.h"
 
 ZUN_VECTOR_USE_OWNING(ZunRtcpSubpacket)

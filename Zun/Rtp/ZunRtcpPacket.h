@@ -10,7 +10,7 @@
 
 #include "Zun/Os/ZunLog.h"
 #include "Zun/Os/ZunTime.h"
-#include "Zun/Rtp/Core/ZunRtcpSubpacket.h"
+#include "Zun/Rtp/ZunRtcpSubpacket.h"
 #include "Zun/Rtp/ZunRtpHeader.h"
 #include "Zun/Utils/ZunBasicTypesContainer.h"
 #include "Zun/Utils/ZunMiscInline.h"

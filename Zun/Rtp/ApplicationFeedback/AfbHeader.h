@@ -12,9 +12,9 @@
 #ifndef ZUN_RTP_APPLICATIONFEEDBACK_AFBHEADER_H
 #define ZUN_RTP_APPLICATIONFEEDBACK_AFBHEADER_H
 
-#include "Zun/Rtp/ApplicationFeedback/ZunRtcpPsfbAfbType.h"
 #include "Zun/Rtp/Core/FeedbackHeader.h"
-#include "Zun/Rtp/PayloadFeedback/ZunRtcpPsfbType.h"
+#include "Zun/Rtp/Core/ZunRtcpPsfbAfbType.h"
+#include "Zun/Rtp/Core/ZunRtcpPsfbType.h"
 
 namespace zun {
 

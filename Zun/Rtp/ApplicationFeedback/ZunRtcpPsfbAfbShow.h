@@ -15,9 +15,9 @@
 #ifndef ZUN_RTP_APPLICATIONFEEDBACK_ZUNRTCPPSFBAFBSHOW_H
 #define ZUN_RTP_APPLICATIONFEEDBACK_ZUNRTCPPSFBAFBSHOW_H
 
-#include "Zun/Rtp/ApplicationFeedback/ZunRtcpPsfbAfbType.h"
+#include "Zun/Rtp/Core/ZunRtcpPsfbAfbType.h"
+#include "Zun/Rtp/Core/ZunRtcpPsfbType.h"
 #include "Zun/Rtp/Core/ZunRtcpRow.h"
-#include "Zun/Rtp/PayloadFeedback/ZunRtcpPsfbType.h"
 #include "Zun/Rtp/ZunRtpHeader.h"
 
 ZUN_EXTERN_C_BEGIN

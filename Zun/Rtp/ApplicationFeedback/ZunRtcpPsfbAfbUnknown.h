@@ -11,9 +11,9 @@
 #ifndef ZUN_RTP_APPLICATIONFEEDBACK_ZUNRTCPPSFBAFBUNKNOWN_H
 #define ZUN_RTP_APPLICATIONFEEDBACK_ZUNRTCPPSFBAFBUNKNOWN_H
 
-#include "Zun/Rtp/ApplicationFeedback/ZunRtcpPsfbAfbType.h"
+#include "Zun/Rtp/Core/ZunRtcpPsfbAfbType.h"
+#include "Zun/Rtp/Core/ZunRtcpPsfbType.h"
 #include "Zun/Rtp/Core/ZunRtcpRow.h"
-#include "Zun/Rtp/PayloadFeedback/ZunRtcpPsfbType.h"
 #include "Zun/Rtp/ZunRtpHeader.h"
 #include "Zun/Utils/ZunString.h"
 

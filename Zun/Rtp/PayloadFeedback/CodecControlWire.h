@@ -13,7 +13,7 @@
 
 #include "Zun/Rtp/Core/EntryList.h"
 #include "Zun/Rtp/Core/FeedbackHeader.h"
-#include "Zun/Rtp/PayloadFeedback/ZunRtcpPsfbType.h"
+#include "Zun/Rtp/Core/ZunRtcpPsfbType.h"
 
 namespace zun {
 

@@ -13,8 +13,8 @@
 #ifndef ZUN_RTP_PAYLOADFEEDBACK_ZUNRTCPPSFBTSTR_H
 #define ZUN_RTP_PAYLOADFEEDBACK_ZUNRTCPPSFBTSTR_H
 
+#include "Zun/Rtp/Core/ZunRtcpPsfbType.h"
 #include "Zun/Rtp/Core/ZunRtcpRow.h"
-#include "Zun/Rtp/PayloadFeedback/ZunRtcpPsfbType.h"
 #include "Zun/Rtp/ZunRtpHeader.h"
 
 ZUN_EXTERN_C_BEGIN

@@ -17,8 +17,8 @@
 #ifndef ZUN_RTP_PAYLOADFEEDBACK_ZUNRTCPPSFBUNKNOWN_H
 #define ZUN_RTP_PAYLOADFEEDBACK_ZUNRTCPPSFBUNKNOWN_H
 
+#include "Zun/Rtp/Core/ZunRtcpPsfbType.h"
 #include "Zun/Rtp/Core/ZunRtcpRow.h"
-#include "Zun/Rtp/PayloadFeedback/ZunRtcpPsfbType.h"
 #include "Zun/Rtp/ZunRtpHeader.h"
 #include "Zun/Utils/ZunString.h"
 

@@ -25,7 +25,7 @@
 #define ZUN_RTP_TRANSPORTFEEDBACK_ZUNRTCPRTPFBABAFB_H
 
 #include "Zun/Rtp/Core/ZunRtcpRow.h"
-#include "Zun/Rtp/TransportFeedback/ZunRtcpRtpfbType.h"
+#include "Zun/Rtp/Core/ZunRtcpRtpfbType.h"
 #include "Zun/Rtp/ZunRtpHeader.h"
 
 ZUN_EXTERN_C_BEGIN

@@ -22,8 +22,8 @@
 #define ZUN_RTP_TRANSPORTFEEDBACK_ZUNRTCPRTPFBCCFB_H
 
 #include "Zun/Rtp/Core/ZunRtcpRow.h"
+#include "Zun/Rtp/Core/ZunRtcpRtpfbType.h"
 #include "Zun/Rtp/TransportFeedback/ZunRtcpRtpfbCcfbStream.h"
-#include "Zun/Rtp/TransportFeedback/ZunRtcpRtpfbType.h"
 
 ZUN_EXTERN_C_BEGIN
 

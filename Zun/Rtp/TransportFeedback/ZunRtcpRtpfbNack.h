@@ -17,8 +17,8 @@
 #define ZUN_RTP_TRANSPORTFEEDBACK_ZUNRTCPRTPFBNACK_H
 
 #include "Zun/Rtp/Core/ZunRtcpRow.h"
+#include "Zun/Rtp/Core/ZunRtcpRtpfbType.h"
 #include "Zun/Rtp/TransportFeedback/ZunRtcpRtpfbNackSeqMap.h"
-#include "Zun/Rtp/TransportFeedback/ZunRtcpRtpfbType.h"
 #include "Zun/Rtp/ZunRtpHeader.h"
 #include "Zun/Utils/ZunBasicTypesContainer.h"
 

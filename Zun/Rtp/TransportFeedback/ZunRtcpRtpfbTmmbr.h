@@ -19,8 +19,8 @@
 #define ZUN_RTP_TRANSPORTFEEDBACK_ZUNRTCPRTPFBTMMBR_H
 
 #include "Zun/Rtp/Core/ZunRtcpRow.h"
+#include "Zun/Rtp/Core/ZunRtcpRtpfbType.h"
 #include "Zun/Rtp/TransportFeedback/ZunRtcpRtpfbTmmbrEntry.h"
-#include "Zun/Rtp/TransportFeedback/ZunRtcpRtpfbType.h"
 #include "Zun/Rtp/ZunRtpHeader.h"
 
 ZUN_EXTERN_C_BEGIN

@@ -16,7 +16,7 @@
 #define ZUN_RTP_TRANSPORTFEEDBACK_ZUNRTCPRTPFBUNKNOWN_H
 
 #include "Zun/Rtp/Core/ZunRtcpRow.h"
-#include "Zun/Rtp/TransportFeedback/ZunRtcpRtpfbType.h"
+#include "Zun/Rtp/Core/ZunRtcpRtpfbType.h"
 #include "Zun/Rtp/ZunRtpHeader.h"
 #include "Zun/Utils/ZunString.h"
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "Zun/Rtp/Core/SubpacketDispatch.h"
+#include "Zun/Rtp/SubpacketDispatch.h"
 #include "Zun/Rtp/ZunRtcpPacket.h"
 #include "tests/support/Bytes.h"
 #include "tests/support/LogCapture.h"

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "Zun/Rtp/Core/SubpacketDispatch.h"
+#include "Zun/Rtp/ZunRtcpSubpacket.h"
 #include "tests/support/TestAllocator.h"
 
 namespace {
@@ -201,28 +201,6 @@ TEST_F(DispatchTest, ReadOfAnotherKindRebuildsWithTheAllocatorGiven) {
   EXPECT_EQ(TestDispatch::AssignFromBuffer(12, &p, nullptr, 4, 8, 99, 7, b_), 1);
   EXPECT_EQ(Taken(), (Calls{"a destructs", "c is read anew"}));
   EXPECT_EQ(allocator_asked_for, b_.get());
-}
-
-// ---- the level of subpackets
-
-TEST(SubpacketDispatchTest, TypesOutside200To206GoToTheUnknownRow) {
-  const RtcpSubpacketFunctions& unknown = zun::SubpacketLevel::RowOf(0);
-  EXPECT_EQ(unknown.type, 0);
-  EXPECT_EQ(unknown.assign_from_buffer, ZunRtcpUnknownAssignFromBuffer);
-  for (const ZunInt32 type : {0, 1, 192, 199, 207, 255, 256, 456, -1, -56, INT32_MIN, INT32_MAX}) {
-    EXPECT_EQ(&zun::SubpacketLevel::RowOf(type), &unknown) << type;
-    EXPECT_TRUE(zun::SubpacketLevel::IsUnknown(type)) << type;
-  }
-}
-
-// A kind that is not built has an empty row and stays opaque.
-TEST(SubpacketDispatchTest, TypesFrom200To206GoToTheirOwnRows) {
-  const RtcpSubpacketFunctions& unknown = zun::SubpacketLevel::RowOf(0);
-  for (ZunInt32 type = 200; type <= 206; ++type) {
-    const RtcpSubpacketFunctions& row = zun::SubpacketLevel::RowOf(type);
-    EXPECT_TRUE(row.type == type || &row == &unknown) << type;
-    EXPECT_FALSE(zun::SubpacketLevel::IsUnknown(type)) << type;
-  }
 }
 
 }  // namespace

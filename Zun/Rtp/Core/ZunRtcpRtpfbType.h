@@ -1,6 +1,6 @@
 /* The transport-layer feedback messages that the library models (RFC 4585, section 6.2). */
-#ifndef ZUN_RTP_TRANSPORTFEEDBACK_ZUNRTCPRTPFBTYPE_H
-#define ZUN_RTP_TRANSPORTFEEDBACK_ZUNRTCPRTPFBTYPE_H
+#ifndef ZUN_RTP_CORE_ZUNRTCPRTPFBTYPE_H
+#define ZUN_RTP_CORE_ZUNRTCPRTPFBTYPE_H
 
 #include "Zun/Utils/ZunTypes.h"
 

@@ -1,4 +1,4 @@
-#include "Zun/Rtp/Core/ZunRtcpUnknown.h"
+#include "Zun/Rtp/ZunRtcpUnknown.h"
 
 #include <gtest/gtest.h>
 

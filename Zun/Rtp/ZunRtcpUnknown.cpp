@@ -1,4 +1,4 @@
-#include "Zun/Rtp/Core/ZunRtcpUnknown.h"
+#include "Zun/Rtp/ZunRtcpUnknown.h"
 
 #include "Zun/Os/Log.h"
 #include "Zun/Rtp/Core/OwnedMember.h"

@@ -1,4 +1,4 @@
-#include "Zun/Rtp/Core/ZunRtcpSubpacket.h"
+#include "Zun/Rtp/ZunRtcpSubpacket.h"
 
 #include <gtest/gtest.h>
 

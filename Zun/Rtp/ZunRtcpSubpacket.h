@@ -2,10 +2,9 @@
  * One RTCP packet of any kind (RFC 3550, section 6): a tagged value, so that a compound packet can hold a
  * vector of them. Every member begins with its `type`, which may be read through any of them.
  */
-#ifndef ZUN_RTP_CORE_ZUNRTCPSUBPACKET_H
-#define ZUN_RTP_CORE_ZUNRTCPSUBPACKET_H
+#ifndef ZUN_RTP_ZUNRTCPSUBPACKET_H
+#define ZUN_RTP_ZUNRTCPSUBPACKET_H
 
-#include "Zun/Rtp/Core/ZunRtcpUnknown.h"
 #include "Zun/Rtp/PayloadFeedback/ZunRtcpPsfb.h"
 #include "Zun/Rtp/Reports/ZunRtcpApp.h"
 #include "Zun/Rtp/Reports/ZunRtcpBye.h"
@@ -14,6 +13,7 @@
 #include "Zun/Rtp/Reports/ZunRtcpSdesItemPriv.h"
 #include "Zun/Rtp/Reports/ZunRtcpSr.h"
 #include "Zun/Rtp/TransportFeedback/ZunRtcpRtpfb.h"
+#include "Zun/Rtp/ZunRtcpUnknown.h"
 #include "Zun/Utils/ZunVector.h"
 
 ZUN_EXTERN_C_BEGIN

@@ -1,6 +1,6 @@
 /* The payload-specific feedback messages that the library models (RFC 4585, section 6.3; RFC 5104, section 4.3). */
-#ifndef ZUN_RTP_PAYLOADFEEDBACK_ZUNRTCPPSFBTYPE_H
-#define ZUN_RTP_PAYLOADFEEDBACK_ZUNRTCPPSFBTYPE_H
+#ifndef ZUN_RTP_CORE_ZUNRTCPPSFBTYPE_H
+#define ZUN_RTP_CORE_ZUNRTCPPSFBTYPE_H
 
 #include "Zun/Utils/ZunTypes.h"
 

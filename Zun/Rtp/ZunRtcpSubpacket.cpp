@@ -1,6 +1,6 @@
-#include "Zun/Rtp/Core/ZunRtcpSubpacket.h"
+#include "Zun/Rtp/ZunRtcpSubpacket.h"
 
-#include "Zun/Rtp/Core/SubpacketDispatch.h"
+#include "Zun/Rtp/SubpacketDispatch.h"
 #include "Zun/Utils/VectorAlgorithms.h"
 
 const RtcpSubpacketFunctions zun::unknown_funcs = ZUN_RTCP_ROW(ZUN_RTCPSUBPACKET_TYPE_Unknown, ZunRtcpUnknown);

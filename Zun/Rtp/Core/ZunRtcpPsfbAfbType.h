@@ -1,6 +1,6 @@
 /* The application-layer feedback messages that the library models (RFC 4585, section 6.4). */
-#ifndef ZUN_RTP_APPLICATIONFEEDBACK_ZUNRTCPPSFBAFBTYPE_H
-#define ZUN_RTP_APPLICATIONFEEDBACK_ZUNRTCPPSFBAFBTYPE_H
+#ifndef ZUN_RTP_CORE_ZUNRTCPPSFBAFBTYPE_H
+#define ZUN_RTP_CORE_ZUNRTCPPSFBAFBTYPE_H
 
 #include "Zun/Utils/ZunTypes.h"
 

@@ -9,8 +9,8 @@
  * 4 |                  data, padding octets included ...            |
  *   +-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+
  */
-#ifndef ZUN_RTP_CORE_ZUNRTCPUNKNOWN_H
-#define ZUN_RTP_CORE_ZUNRTCPUNKNOWN_H
+#ifndef ZUN_RTP_ZUNRTCPUNKNOWN_H
+#define ZUN_RTP_ZUNRTCPUNKNOWN_H
 
 #include "Zun/Rtp/Core/ZunRtcpRow.h"
 #include "Zun/Utils/ZunString.h"

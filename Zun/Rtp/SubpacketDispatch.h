@@ -1,9 +1,9 @@
 // The first level of dispatch, by packet type.
-#ifndef ZUN_RTP_CORE_SUBPACKETDISPATCH_H
-#define ZUN_RTP_CORE_SUBPACKETDISPATCH_H
+#ifndef ZUN_RTP_SUBPACKETDISPATCH_H
+#define ZUN_RTP_SUBPACKETDISPATCH_H
 
 #include "Zun/Rtp/Core/Dispatch.h"
-#include "Zun/Rtp/Core/ZunRtcpSubpacket.h"
+#include "Zun/Rtp/ZunRtcpSubpacket.h"
 
 namespace zun {
 
