@@ -16,11 +16,12 @@ inline constexpr char kLogFile[] = "Zun/Rtp/ZunRtcpPacket";
 #define ZUN_LOG_FORMATTED_AT_(level, category, function, ...) \
   ZunLogDoFormatted_(level, category, zun::kLogFile, __LINE__, function, __VA_ARGS__)
 
-#define LOG_ERROR(category, function, message) ZUN_LOG_AT_(ZUN_LOG_ERROR, category, function, message)
-#define LOG_WARNING(category, function, message) ZUN_LOG_AT_(ZUN_LOG_WARNING, category, function, message)
-#define LOG_DEBUG(category, function, message) ZUN_LOG_AT_(ZUN_LOG_DEBUG, category, function, message)
-#define LOG_WARNING_FORMATTED(category, function, ...) \
+#define ZUN_LOG_ERROR_(category, function, message) ZUN_LOG_AT_(ZUN_LOG_ERROR, category, function, message)
+#define ZUN_LOG_WARNING_(category, function, message) ZUN_LOG_AT_(ZUN_LOG_WARNING, category, function, message)
+#define ZUN_LOG_DEBUG_(category, function, message) ZUN_LOG_AT_(ZUN_LOG_DEBUG, category, function, message)
+#define ZUN_LOG_WARNING_FORMATTED_(category, function, ...) \
   ZUN_LOG_FORMATTED_AT_(ZUN_LOG_WARNING, category, function, __VA_ARGS__)
-#define LOG_INFO_FORMATTED(category, function, ...) ZUN_LOG_FORMATTED_AT_(ZUN_LOG_INFO, category, function, __VA_ARGS__)
+#define ZUN_LOG_INFO_FORMATTED_(category, function, ...) \
+  ZUN_LOG_FORMATTED_AT_(ZUN_LOG_INFO, category, function, __VA_ARGS__)
 
 #endif

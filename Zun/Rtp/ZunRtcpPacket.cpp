@@ -7,109 +7,117 @@
 #include "Zun/Utils/VectorAlgorithms.h"
 
 ZUN_VECTOR_USE_OWNING(ZunRtcpSubpacket)
-ZUN_VECTOR_DEFINE_OWNING(ZunRtcpPacket)
+ZUN_VECTOR_USE_OWNING(ZunRtcpPacket)
+ZUN_VECTOR_DEFINE(ZunRtcpPacket)
+
 namespace {
 
+using zun::Body;
 using zun::SubpacketDispatch;
-using zun::SubpacketLevel;
 using Subpackets = ZunVector_ZunRtcpSubpacket;
 using Algorithms = zun::VectorOfZunRtcpSubpacket;
 
 constexpr ZunUint8 kVersion = 2;
 
-// Where one subpacket lies in its datagram, and what its header says.
-struct Extent {
-  zun::SubpacketHeader header;
-  ZunSizeT begin;  // of the body
-  ZunSizeT end;
+// Walks the subpackets of a datagram by their headers.
+class Datagram {
+ public:
+  Datagram(const ZunString* b, ZunAllocator* packet_allocator) : body_(zun::BodyIn(b, 0, 0, {0, 0})) {
+    body_.packet_allocator = packet_allocator;
+  }
+
+  // Goes on to the next subpacket. False when its header is cut off, is not of the version or announces more bytes than
+  // there are.
+  bool RtcpSubpacketReadHeader() {
+    zun::BodyReader r(body_.octets, body_.size, body_.end, body_.size);
+    const ZunUint8* const octets = r.Take(zun::kSubpacketHeaderSize);
+    if (octets == nullptr || octets[0] >> 6 != kVersion) return false;
+    const ZunSizeT body_size = ZunSizeT{4} * ZunUint16FromOctets(octets + 2);
+    if (!r.HasReadable(body_size)) return false;
+    body_.header = {octets[1], static_cast<ZunUint8>(octets[0] & 0x1F)};
+    body_.begin = r.Position();
+    body_.end = body_.begin + body_size;
+    return true;
+  }
+
+  bool AtEnd() const { return body_.end == body_.size; }
+  // Of the subpacket that was gone to last.
+  const Body& body() const { return body_; }
+
+ private:
+  Body body_;
 };
 
-bool RtcpSubpacketReadHeader(const ZunString* b, ZunSizeT position, Extent* extent) {
-  zun::BodyReader r(b, position, b->size);
-  const ZunUint8* const octets = r.Take(zun::kSubpacketHeaderSize);
-  if (octets == nullptr || octets[0] >> 6 != kVersion) return false;
-  const ZunSizeT body_size = ZunSizeT{4} * ZunUint16FromOctets(octets + 2);
-  extent->header = {octets[1], static_cast<ZunUint8>(octets[0] & 0x1F)};
-  extent->begin = r.Position();
-  extent->end = extent->begin + body_size;
-  return r.Has(body_size);
-}
-
-bool ReadOver(ZunRtcpSubpacket* p, const ZunString* b, const Extent& extent, ZunAllocator* a) {
-  return SubpacketDispatch::AssignFromBuffer(extent.header.type, p, b, extent.begin, extent.end, extent.header.type,
-                                             extent.header.count, a) != 0;
-}
-
-// How many whole subpackets follow at `position`, as far as their headers tell.
-ZunSizeT CountSubpackets(const ZunString* b, ZunSizeT position) {
+// How many whole subpackets follow, as far as their headers tell.
+ZunSizeT CountSubpackets(Datagram datagram) {
   ZunSizeT count = 0;
-  for (Extent extent; position < b->size && RtcpSubpacketReadHeader(b, position, &extent); ++count) {
-    position = extent.end;
-  }
+  while (datagram.RtcpSubpacketReadHeader()) ++count;
   return count;
 }
 
-bool ReadFresh(ZunRtcpSubpacket* p, const ZunString* b, const Extent& extent, ZunAllocator* a) {
-  const bool read =
-      SubpacketLevel::RowOf(extent.header.type)
-          .construct_from_buffer(p, b, extent.begin, extent.end, extent.header.type, extent.header.count, a) != 0;
+bool ReadOver(ZunRtcpSubpacket* p, const Body& body) {
+  return SubpacketDispatch::AssignFromBody(body.header.type, p, body,
+                                           [&](ZunAllocator*) { return body.packet_allocator; });
+}
+
+bool ReadFresh(ZunRtcpSubpacket* p, const Body& body) {
+  const bool read = zun::SubpacketLevel::RowOf(body.header.type).construct_from_body(p, body, body.packet_allocator);
   if (!read) ZunRtcpSubpacketDestruct(p);
   return read;
 }
 
 // A subpacket that there is no room for is read all the same, for what is to be logged of it.
-bool ReadAppended(Subpackets* subpackets, const ZunString* b, const Extent& extent) {
+bool ReadAppended(Subpackets* subpackets, const Body& body) {
   if (subpackets->end == subpackets->endBuf) {
     ZunRtcpSubpacket unkept;
-    if (ReadFresh(&unkept, b, extent, subpackets->allocator)) ZunRtcpSubpacketDestruct(&unkept);
+    if (ReadFresh(&unkept, body)) ZunRtcpSubpacketDestruct(&unkept);
     return false;
   }
-  if (!ReadFresh(subpackets->end, b, extent, subpackets->allocator)) return false;
+  if (!ReadFresh(subpackets->end, body)) return false;
   ++subpackets->end;
   return true;
 }
 
-// Appends the subpackets from `position` on. Room is made once, for as many as the headers tell of.
-bool ReadRest(Subpackets* subpackets, const ZunString* b, ZunSizeT position) {
-  Algorithms::ReserveGrownOrLess(subpackets, Algorithms::Size(subpackets) + CountSubpackets(b, position));
-  while (position < b->size) {
-    Extent extent;
-    if (!RtcpSubpacketReadHeader(b, position, &extent) || !ReadAppended(subpackets, b, extent)) return false;
-    position = extent.end;
+// Appends the subpackets that are left. Room is made once, for as many as the headers tell of.
+bool ReadRest(Subpackets* subpackets, Datagram& datagram) {
+  Algorithms::ReserveGrownOrLess(subpackets, Algorithms::Size(subpackets) + CountSubpackets(datagram));
+  while (!datagram.AtEnd()) {
+    if (!datagram.RtcpSubpacketReadHeader() || !ReadAppended(subpackets, datagram.body())) return false;
   }
   return true;
 }
 
-bool WriteRange(const ZunRtcpSubpacket* first, const ZunRtcpSubpacket* last, ZunString* b) {
+bool WriteRange(const ZunRtcpSubpacket* first, const ZunRtcpSubpacket* last, zun::Output& out) {
   for (; first != last; ++first) {
-    if (!SubpacketDispatch::WritePacket(first, b, 0)) return false;
+    if (!SubpacketDispatch::Write(first, out, false)) return false;
   }
   return true;
 }
 
 void WarnOfOversize(const ZunRtcpSubpacket* sp, ZunSizeT number, ZunSizeT max_size, ZunSizeT prefix_size) {
-  LOG_WARNING_FORMATTED(ZunLogRtcp_, "ZunRtcpPacketGetPartialNetworkPacket",
-                        "Partial network packet must violate maxSize %lu: first subpacket %lu (type %u) is %lu bytes "
-                        "(after %lu byte prefix)",
-                        max_size, number, static_cast<unsigned>(ZunRtcpSubpacketGetType(sp)),
-                        ZunRtcpSubpacketGetNetworkPacketLength(sp), prefix_size);
+  ZUN_LOG_WARNING_FORMATTED_(ZunLogRtcp_, "ZunRtcpPacketGetPartialNetworkPacket",
+                             "Partial network packet must violate maxSize %lu: first subpacket %lu (type %u) is %lu "
+                             "bytes (after %lu byte prefix)",
+                             max_size, number, static_cast<unsigned>(ZunRtcpSubpacketGetType(sp)),
+                             ZunRtcpSubpacketGetNetworkPacketLength(sp), prefix_size);
 }
 
 // Appends subpackets from `first` on while they fit, the first one whether it fits or not. Returns the number
-// behind the last one written; `first` when one could not be.
-ZunSizeT WriteWhatFits(const ZunRtcpPacket* p, ZunString* b, ZunSizeT first, ZunSizeT max_size) {
+// after the last one written; `first` when one could not be.
+ZunSizeT WriteWhatFits(const ZunRtcpPacket* p, zun::Output& out, ZunSizeT first, ZunSizeT max_size) {
   const ZunSizeT count = ZunRtcpPacketGetSubpacketCount(p);
   ZunSizeT i = first;
   for (; i < count; ++i) {
     const ZunRtcpSubpacket* const sp = ZunRtcpPacketGetSubpacket(p, i);
     const ZunSizeT length = SubpacketDispatch::GetPacketLength(sp);
     if (length == 0) return first;
-    if (b->size > max_size || length > max_size - b->size) {
+    const ZunSizeT size = out.Size();
+    if (size > max_size || length > max_size - size) {
       if (i > first) break;
-      WarnOfOversize(sp, i, max_size, b->size);
-      return WriteRange(sp, sp + 1, b) ? first + 1 : first;
+      WarnOfOversize(sp, i, max_size, size);
+      return SubpacketDispatch::Write(sp, out, false) ? first + 1 : first;
     }
-    if (!WriteRange(sp, sp + 1, b)) return first;
+    if (!SubpacketDispatch::Write(sp, out, false)) return first;
   }
   return i;
 }
@@ -170,14 +178,12 @@ ZunBool ZunRtcpPacketAppendSubpackets(ZunRtcpPacket* p, const ZunVector_ZunRtcpS
 ZunBool ZunRtcpPacketParseNetworkPacket(ZunRtcpPacket* p, const ZunString* b) {
   if (ZunStringEmpty(b)) return 0;
   Subpackets* const subpackets = &p->subpackets;
-  ZunSizeT position = 0;
+  Datagram datagram(b, subpackets->allocator);
   ZunRtcpSubpacket* sp = subpackets->begin;
-  for (; sp != subpackets->end && position < b->size; ++sp) {
-    Extent extent;
-    if (!RtcpSubpacketReadHeader(b, position, &extent) || !ReadOver(sp, b, extent, subpackets->allocator)) return 0;
-    position = extent.end;
+  for (; sp != subpackets->end && !datagram.AtEnd(); ++sp) {
+    if (!datagram.RtcpSubpacketReadHeader() || !ReadOver(sp, datagram.body())) return 0;
   }
-  if (position < b->size) return ReadRest(subpackets, b, position);
+  if (!datagram.AtEnd()) return ReadRest(subpackets, datagram);
   Algorithms::TruncateAt(subpackets, sp);
   return 1;
 }
@@ -195,7 +201,8 @@ ZunSizeT ZunRtcpPacketGetNetworkPacketLength(const ZunRtcpPacket* p) {
 ZunBool ZunRtcpPacketGetNetworkPacket(const ZunRtcpPacket* p, ZunString* b) {
   if (ZunVector_ZunRtcpSubpacketEmpty(&p->subpackets)) return 0;
   ZunStringClear(b);
-  return WriteRange(p->subpackets.begin, p->subpackets.end, b);
+  zun::Output out(b);
+  return WriteRange(p->subpackets.begin, p->subpackets.end, out);
 }
 
 ZunBool ZunRtcpPacketGetPartialNetworkPacket(const ZunRtcpPacket* p, ZunString* b, ZunSizeT firstSubpacket,
@@ -203,8 +210,9 @@ ZunBool ZunRtcpPacketGetPartialNetworkPacket(const ZunRtcpPacket* p, ZunString* 
                                              ZunSizeT* lastSubpacket) {
   if (ZunRtcpPacketGetSubpacketCount(p) <= firstSubpacket) return 0;
   ZunStringClear(b);
-  if (prefixSubpackets != nullptr && !WriteRange(prefixSubpackets->begin, prefixSubpackets->end, b)) return 0;
-  const ZunSizeT last = WriteWhatFits(p, b, firstSubpacket, maxSize);
+  zun::Output out(b);
+  if (prefixSubpackets != nullptr && !WriteRange(prefixSubpackets->begin, prefixSubpackets->end, out)) return 0;
+  const ZunSizeT last = WriteWhatFits(p, out, firstSubpacket, maxSize);
   if (last == firstSubpacket) return 0;
   *lastSubpacket = last;
   return 1;

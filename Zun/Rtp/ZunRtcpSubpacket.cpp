@@ -3,17 +3,21 @@
 #include "Zun/Rtp/SubpacketDispatch.h"
 #include "Zun/Utils/VectorAlgorithms.h"
 
-const RtcpSubpacketFunctions zun::unknown_funcs = ZUN_RTCP_ROW(ZUN_RTCPSUBPACKET_TYPE_Unknown, ZunRtcpUnknown);
+ZUN_VECTOR_USE_OWNING(ZunRtcpSubpacket)
+ZUN_VECTOR_DEFINE(ZunRtcpSubpacket)
 
-const RtcpSubpacketFunctions zun::subpacket_table[] = {
-    ZUN_RTCP_ROW(ZUN_RTCPSUBPACKET_TYPE_SR, ZunRtcpSr),        // 200
-    ZUN_RTCP_ROW(ZUN_RTCPSUBPACKET_TYPE_RR, ZunRtcpRr),        // 201
-    ZUN_RTCP_ROW(ZUN_RTCPSUBPACKET_TYPE_SDES, ZunRtcpSdes),    // 202
-    ZUN_RTCP_ROW(ZUN_RTCPSUBPACKET_TYPE_BYE, ZunRtcpBye),      // 203
-    ZUN_RTCP_ROW(ZUN_RTCPSUBPACKET_TYPE_APP, ZunRtcpApp),      // 204
-    ZUN_RTCP_ROW(ZUN_RTCPSUBPACKET_TYPE_RTPFB, ZunRtcpRtpfb),  // 205
-    ZUN_RTCP_ROW(ZUN_RTCPSUBPACKET_TYPE_PSFB, ZunRtcpPsfb),    // 206
-};
+ZUN_RTCPSUBPACKET_KINDS(ZUN_RTCP_LISTED_ROW_INTERNALS_DECLARE)
+ZUN_RTCP_ROW_INTERNALS_DECLARE(ZunRtcpUnknown)
+
+#define ROW(value, Kind, member, Getter) \
+  zun::CheckedRow<ZunRtcpSubpacket, ZunRtcpUnknown, Kind>(&ZunRtcpSubpacket::member, Getter, ZUN_RTCP_ROW(value, Kind)),
+constexpr decltype(zun::subpacket_table) zun::subpacket_table = {ZUN_RTCPSUBPACKET_KINDS(ROW)};
+constexpr RtcpSubpacketFunctions zun::unknown_funcs = ZUN_RTCP_ROW(ZUN_RTCPSUBPACKET_TYPE_Unknown, ZunRtcpUnknown);
+
+static_assert(zun::PredicateAgrees([](ZunInt32 type) { return zun::subpacket_table.Has(type); },
+                                   ZunRtcpSubpacketTypeIsUnknown, -1, 256));
+// Subpackets lie in vectors: a kind that is larger than the largest makes all of them larger, so it should not be.
+static_assert(sizeof(ZunRtcpSubpacket) == sizeof(ZunRtcpSr));
 
 ZunRtcpSubpacket* ZunRtcpSubpacketConstructCopy(ZunRtcpSubpacket* p, const ZunRtcpSubpacket* o) {
   return zun::SubpacketDispatch::ConstructCopy(p, o);
@@ -28,5 +32,3 @@ void ZunRtcpSubpacketDestruct(ZunRtcpSubpacket* p) { zun::SubpacketDispatch::Des
 ZunSizeT ZunRtcpSubpacketGetNetworkPacketLength(const ZunRtcpSubpacket* p) {
   return zun::SubpacketDispatch::GetPacketLength(p);
 }
-
-ZUN_VECTOR_DEFINE_OWNING(ZunRtcpSubpacket)

@@ -1,40 +1,37 @@
 #include "Zun/Rtp/ZunRtcpUnknown.h"
 
 #include "Zun/Os/Log.h"
-#include "Zun/Rtp/Core/OwnedMember.h"
 #include "Zun/Rtp/Core/Row.h"
 
 namespace {
-
-using OwnedData = zun::OwnedMember<&ZunRtcpUnknown::data, ZunStringConstructCopy, ZunStringAssign>;
 
 constexpr ZunUint8 kMaxSubtype = 31;
 
 bool CheckData(const ZunString* data, const char* function) {
   if (data->size % 4 == 0) return true;
-  LOG_ERROR(ZunLogRtcp_, function, "Length of unknown subpacket data is not a multiple of 4");
+  ZUN_LOG_ERROR_(ZunLogRtcp_, function, "Length of unknown subpacket data is not a multiple of 4");
   return false;
 }
 
 bool CheckSubtype(ZunUint8 subtype, const char* function) {
   if (subtype <= kMaxSubtype) return true;
-  LOG_ERROR(ZunLogRtcp_, function, "Unknown subpacket subtype is not in the range 0 - 31");
+  ZUN_LOG_ERROR_(ZunLogRtcp_, function, "Unknown subpacket subtype is not in the range 0 - 31");
   return false;
 }
 
 struct Wire {
   static ZunSizeT Length(const ZunRtcpUnknown& p) { return zun::kSubpacketHeaderSize + p.data.size; }
 
-  static bool Write(const ZunRtcpUnknown& p, ZunString* b, bool pad) {
+  static bool Write(const ZunRtcpUnknown& p, zun::Output& out, bool pad) {
     const ZunSizeT length = Length(p);
-    zun::BodyWriter w(b, length);
+    zun::BodyWriter w(out, length);
     return zun::WriteSubpacketHeader(w, pad, p.subtype, p.type, length) && w.String(p.data);
   }
 
-  static bool Read(ZunRtcpUnknown* p, zun::BodyReader& r, zun::SubpacketHeader header) {
-    if (!r.Rest(&p->data)) return false;
-    p->type = header.type;
-    p->subtype = header.count;
+  static bool Read(ZunRtcpUnknown* p, zun::BodyReader& r, const zun::Body& body) {
+    if (!r.StringToEnd(&p->data)) return false;
+    p->type = body.header.type;
+    p->subtype = body.header.count;
     return true;
   }
 };
@@ -50,25 +47,19 @@ ZunRtcpUnknown* ZunRtcpUnknownConstructDefault(ZunRtcpUnknown* p, ZunAllocator* 
 
 ZunRtcpUnknown* ZunRtcpUnknownConstructFull(ZunRtcpUnknown* p, ZunRtcpSubpacketType type, ZunUint8 subtype,
                                             const ZunString* data, ZunAllocator* a) {
+  constexpr char kFunction[] = "ZunRtcpUnknownConstructFull";
   if (!ZunRtcpSubpacketTypeIsUnknown(type)) {
-    LOG_ERROR(ZunLogRtcp_, "ZunRtcpUnknownConstructFull", "Type field for unknown subpacket is actually a known type");
+    ZUN_LOG_ERROR_(ZunLogRtcp_, kFunction, "Type field for unknown subpacket is actually a known type");
     return nullptr;
   }
-  if (!CheckData(data, "ZunRtcpUnknownConstructFull")) return nullptr;
-  if (!CheckSubtype(subtype, "ZunRtcpUnknownConstructFull")) return nullptr;
+  if (!CheckData(data, kFunction) || !CheckSubtype(subtype, kFunction)) return nullptr;
   if (ZunStringConstructSubstring(&p->data, data, 0, data->size, a) == nullptr) return nullptr;
   p->type = type;
   p->subtype = subtype;
   return p;
 }
 
-ZunRtcpUnknown* ZunRtcpUnknownConstructCopy(ZunRtcpUnknown* p, const ZunRtcpUnknown* o) {
-  return OwnedData::ConstructCopy(p, o);
-}
-
-ZunRtcpUnknown* ZunRtcpUnknownAssign(ZunRtcpUnknown* p, const ZunRtcpUnknown* o) { return OwnedData::Assign(p, o); }
-
-void ZunRtcpUnknownDestruct(ZunRtcpUnknown* p) { ZunStringDestruct(&p->data); }
+ZUN_OWNING_DEFINE(ZunRtcpUnknown, &ZunRtcpUnknown::data)
 
 ZunBool ZunRtcpUnknownSetSubtype(ZunRtcpUnknown* p, ZunUint8 subtype) {
   if (!CheckSubtype(subtype, "ZunRtcpUnknownSetSubtype")) return 0;

@@ -2,4 +2,5 @@
 
 #include "Zun/Utils/VectorAlgorithms.h"
 
-ZUN_VECTOR_DEFINE_PLAIN(ZunRtpSourceId)
+ZUN_VECTOR_USE_PLAIN(ZunRtpSourceId)
+ZUN_VECTOR_DEFINE(ZunRtpSourceId)

@@ -1,5 +1,5 @@
-// The algorithms of all vectors (ZunVector.h says what each does), written once. ZUN_VECTOR_DEFINE_PLAIN(E)
-// or ZUN_VECTOR_DEFINE_OWNING(E), one line in one source, gives them their C names.
+// The algorithms of all vectors (ZunVector.h says what each does), written once. A source that uses those of a vector
+// says ZUN_VECTOR_USE_PLAIN(E) or ZUN_VECTOR_USE_OWNING(E); in one source ZUN_VECTOR_DEFINE(E) gives them their C names.
 #ifndef ZUN_UTILS_VECTORALGORITHMS_H
 #define ZUN_UTILS_VECTORALGORITHMS_H
 
@@ -11,6 +11,10 @@
 #include "Zun/Utils/ZunVector.h"
 
 namespace zun {
+
+// The algorithms of a vector that is in use (ZUN_VECTOR_USE_PLAIN and so on, at the end).
+template <class V>
+struct VectorTraits;
 
 template <class V>
 using ElementOf = std::remove_pointer_t<decltype(V::begin)>;
@@ -343,8 +347,8 @@ class VectorAlgorithms {
         if (in_front < count) unmoved = in_front;
       }
       ZunSizeT done = 0;
-      return Element::AssignRunUp(pos, first, unmoved, &done) &&
-             Element::AssignRunUp(pos + unmoved, first + unmoved + n, count - unmoved, &done);
+      if (!Element::AssignRunUp(pos, first, unmoved, &done)) return false;
+      return unmoved == count || Element::AssignRunUp(pos + unmoved, first + unmoved + n, count - unmoved, &done);
     }
   };
 
@@ -403,22 +407,23 @@ class VectorAlgorithms {
 
 }  // namespace zun
 
-// zun::VectorOfE: the algorithms of one vector, for a source that wants them inline.
-#define ZUN_VECTOR_USE_PLAIN(E)                                         \
-  namespace zun {                                                       \
-  using VectorOf##E = VectorAlgorithms<ZunVector_##E, PlainElement<E>>; \
-  }
-#define ZUN_VECTOR_USE_OWNING(E)                                                                                   \
-  namespace zun {                                                                                                  \
-  using VectorOf##E = VectorAlgorithms<ZunVector_##E, OwningElement<E, E##ConstructCopy, E##Assign, E##Destruct>>; \
+// zun::VectorOfE: the algorithms of one vector, for a source that wants them inline; VectorTraits<ZunVector_E> finds
+// them by the vector.
+#define ZUN_VECTOR_USE_PLAIN(E) ZUN_VECTOR_USE_(E, PlainElement<E>)
+#define ZUN_VECTOR_USE_OWNING(E) \
+  ZUN_VECTOR_USE_(E, ZUN_VECTOR_SINGLE_ARGUMENT_(OwningElement<E, E##ConstructCopy, E##Assign, E##Destruct>))
+#define ZUN_VECTOR_SINGLE_ARGUMENT_(...) __VA_ARGS__
+#define ZUN_VECTOR_USE_(E, Element)                             \
+  namespace zun {                                               \
+  using VectorOf##E = VectorAlgorithms<ZunVector_##E, Element>; \
+  template <>                                                   \
+  struct VectorTraits<ZunVector_##E> {                          \
+    using Algorithms = VectorOf##E;                             \
+  };                                                            \
   }
 
-#define ZUN_VECTOR_DEFINE_PLAIN(E) \
-  ZUN_VECTOR_USE_PLAIN(E)          \
-  ZUN_VECTOR_DEFINE_(ZunVector_##E, E, zun::VectorOf##E)
-#define ZUN_VECTOR_DEFINE_OWNING(E) \
-  ZUN_VECTOR_USE_OWNING(E)          \
-  ZUN_VECTOR_DEFINE_(ZunVector_##E, E, zun::VectorOf##E)
+// The C functions of a vector that is in use.
+#define ZUN_VECTOR_DEFINE(E) ZUN_VECTOR_DEFINE_(ZunVector_##E, E, zun::VectorOf##E)
 
 #define ZUN_VECTOR_DEFINE_(V, E, A)                                                                                 \
   V* V##ConstructN(V* x, V##SizeType n, const E* value, ZunAllocator* a) { return A::ConstructN(x, n, value, a); }  \

@@ -4,8 +4,10 @@
 
 ZUN_EXTERN_C_BEGIN
 
-/* A block of `size` bytes from `a`, or NULL. */
-ZUN_INLINE ZunVoidPtr ZunAllocatorAllocate(ZunAllocator* a, ZunSizeT size) { return a->allocate(a, size); }
+/* A block of `size` bytes from `a`, or NULL. An allocator that is NULL refuses everything. */
+ZUN_INLINE ZunVoidPtr ZunAllocatorAllocate(ZunAllocator* a, ZunSizeT size) {
+  return a != NULL ? a->allocate(a, size) : NULL;
+}
 
 /* Gives `block`, which `a` gave for `size` bytes, back to it. */
 ZUN_INLINE void ZunAllocatorDeallocate(ZunAllocator* a, ZunVoidPtr block, ZunSizeT size) {

@@ -126,30 +126,32 @@
   ZunBool V##Resize(V* x, V##SizeType n, const E* value);                                       \
   void V##Dump(const V* x);
 
-#define ZUN_VECTOR_ACCESSORS_(V, E)                                                              \
-  ZUN_INLINE V* V##ConstructDefault(V* x, ZunAllocator* a) {                                     \
-    x->allocator = a;                                                                            \
-    x->begin = x->end = x->endBuf = NULL;                                                        \
-    return x;                                                                                    \
-  }                                                                                              \
-  ZUN_INLINE ZunAllocator* V##GetAllocator(const V* x) { return x->allocator; }                  \
-  ZUN_INLINE ZunBool V##Empty(const V* x) { return x->begin == x->end; }                         \
-  ZUN_INLINE V##SizeType V##Size(const V* x) { return (V##SizeType)(x->end - x->begin); }        \
-  ZUN_INLINE V##SizeType V##Capacity(const V* x) { return (V##SizeType)(x->endBuf - x->begin); } \
-  ZUN_INLINE V##SizeType V##MaxSize(void) { return (V##SizeType)(UINT32_MAX / sizeof(E)); }      \
-  ZUN_INLINE V##Iterator V##Begin(V* x) { return x->begin; }                                     \
-  ZUN_INLINE V##Iterator V##End(V* x) { return x->end; }                                         \
-  ZUN_INLINE V##ConstIterator V##BeginConst(const V* x) { return x->begin; }                     \
-  ZUN_INLINE V##ConstIterator V##EndConst(const V* x) { return x->end; }                         \
-  ZUN_INLINE V##ReverseIterator V##RBegin(V* x) { return x->end; }                               \
-  ZUN_INLINE V##ReverseIterator V##REnd(V* x) { return x->begin; }                               \
-  ZUN_INLINE V##ConstReverseIterator V##RBeginConst(const V* x) { return x->end; }               \
-  ZUN_INLINE V##ConstReverseIterator V##REndConst(const V* x) { return x->begin; }               \
-  ZUN_INLINE E* V##At(V* x, V##SizeType n) { return x->begin + n; }                              \
-  ZUN_INLINE const E* V##AtConst(const V* x, V##SizeType n) { return x->begin + n; }             \
-  ZUN_INLINE E* V##Front(V* x) { return x->begin; }                                              \
-  ZUN_INLINE const E* V##FrontConst(const V* x) { return x->begin; }                             \
-  ZUN_INLINE E* V##Back(V* x) { return x->end - 1; }                                             \
+#define ZUN_VECTOR_ACCESSORS_(V, E)                                                                              \
+  ZUN_INLINE V* V##ConstructDefault(V* x, ZunAllocator* a) {                                                     \
+    x->allocator = a;                                                                                            \
+    x->begin = x->end = x->endBuf = NULL;                                                                        \
+    return x;                                                                                                    \
+  }                                                                                                              \
+  ZUN_INLINE ZunAllocator* V##GetAllocator(const V* x) { return x->allocator; }                                  \
+  ZUN_INLINE ZunBool V##Empty(const V* x) { return x->begin == x->end; }                                         \
+  ZUN_INLINE V##SizeType V##Size(const V* x) { return x->begin == NULL ? 0 : (V##SizeType)(x->end - x->begin); } \
+  ZUN_INLINE V##SizeType V##Capacity(const V* x) {                                                               \
+    return x->begin == NULL ? 0 : (V##SizeType)(x->endBuf - x->begin);                                           \
+  }                                                                                                              \
+  ZUN_INLINE V##SizeType V##MaxSize(void) { return (V##SizeType)(UINT32_MAX / sizeof(E)); }                      \
+  ZUN_INLINE V##Iterator V##Begin(V* x) { return x->begin; }                                                     \
+  ZUN_INLINE V##Iterator V##End(V* x) { return x->end; }                                                         \
+  ZUN_INLINE V##ConstIterator V##BeginConst(const V* x) { return x->begin; }                                     \
+  ZUN_INLINE V##ConstIterator V##EndConst(const V* x) { return x->end; }                                         \
+  ZUN_INLINE V##ReverseIterator V##RBegin(V* x) { return x->end; }                                               \
+  ZUN_INLINE V##ReverseIterator V##REnd(V* x) { return x->begin; }                                               \
+  ZUN_INLINE V##ConstReverseIterator V##RBeginConst(const V* x) { return x->end; }                               \
+  ZUN_INLINE V##ConstReverseIterator V##REndConst(const V* x) { return x->begin; }                               \
+  ZUN_INLINE E* V##At(V* x, V##SizeType n) { return x->begin + n; }                                              \
+  ZUN_INLINE const E* V##AtConst(const V* x, V##SizeType n) { return x->begin + n; }                             \
+  ZUN_INLINE E* V##Front(V* x) { return x->begin; }                                                              \
+  ZUN_INLINE const E* V##FrontConst(const V* x) { return x->begin; }                                             \
+  ZUN_INLINE E* V##Back(V* x) { return x->end - 1; }                                                             \
   ZUN_INLINE const E* V##BackConst(const V* x) { return x->end - 1; }
 
 /* How an iterator's pointer moves when it is incremented, and where its element lies from it. */
@@ -159,41 +161,43 @@
 #define ZUN_VECTOR_CONTENT_(step, content) (content)
 
 /* DESIGNATED is E, or const E for the Const kinds. */
-#define ZUN_VECTOR_ITERATOR_(I, E, DESIGNATED, KIND)                                                              \
-  ZUN_INLINE I* I##ConstructCopy(I* x, const I* o) {                                                              \
-    *x = *o;                                                                                                      \
-    return x;                                                                                                     \
-  }                                                                                                               \
-  ZUN_INLINE I* I##Assign(I* x, const I* o) {                                                                     \
-    *x = *o;                                                                                                      \
-    return x;                                                                                                     \
-  }                                                                                                               \
-  ZUN_INLINE void I##Destruct(I* x) { (void)x; }                                                                  \
-  ZUN_INLINE void I##Swap(I* x, I* y) {                                                                           \
-    I kept = *x;                                                                                                  \
-    *x = *y;                                                                                                      \
-    *y = kept;                                                                                                    \
-  }                                                                                                               \
-  ZUN_INLINE ZunBool I##Equal(const I* x, const I* y) { return *x == *y; }                                        \
-  ZUN_INLINE I##DifferenceType I##Subtract(const I* x, const I* y) { return (*x - *y) * KIND(ZUN_VECTOR_STEP_); } \
-  ZUN_INLINE ZunBool I##Less(const I* x, const I* y) { return I##Subtract(x, y) < 0; }                            \
-  ZUN_INLINE DESIGNATED* I##ContentOf(const I* x) { return *x + KIND(ZUN_VECTOR_CONTENT_); }                      \
-  ZUN_INLINE const E* I##ContentOfConst(const I* x) { return *x + KIND(ZUN_VECTOR_CONTENT_); }                    \
-  ZUN_INLINE DESIGNATED* I##At(const I* x, I##DifferenceType n) {                                                 \
-    return *x + (KIND(ZUN_VECTOR_STEP_) * n + KIND(ZUN_VECTOR_CONTENT_));                                         \
-  }                                                                                                               \
-  ZUN_INLINE I* I##ConstructExceptional(I* x) {                                                                   \
-    *x = NULL;                                                                                                    \
-    return x;                                                                                                     \
-  }                                                                                                               \
-  ZUN_INLINE ZunBool I##IsExceptional(const I* x) { return *x == NULL; }                                          \
-  ZUN_INLINE I I##Add(const I* x, I##DifferenceType n) { return *x + KIND(ZUN_VECTOR_STEP_) * n; }                \
-  ZUN_INLINE I* I##IncrementN(I* x, I##DifferenceType n) {                                                        \
-    *x = I##Add(x, n);                                                                                            \
-    return x;                                                                                                     \
-  }                                                                                                               \
-  ZUN_INLINE I* I##DecrementN(I* x, I##DifferenceType n) { return I##IncrementN(x, -n); }                         \
-  ZUN_INLINE I* I##Increment(I* x) { return I##IncrementN(x, 1); }                                                \
+#define ZUN_VECTOR_ITERATOR_(I, E, DESIGNATED, KIND)                                                             \
+  ZUN_INLINE I* I##ConstructCopy(I* x, const I* o) {                                                             \
+    *x = *o;                                                                                                     \
+    return x;                                                                                                    \
+  }                                                                                                              \
+  ZUN_INLINE I* I##Assign(I* x, const I* o) {                                                                    \
+    *x = *o;                                                                                                     \
+    return x;                                                                                                    \
+  }                                                                                                              \
+  ZUN_INLINE void I##Destruct(I* x) { (void)x; }                                                                 \
+  ZUN_INLINE void I##Swap(I* x, I* y) {                                                                          \
+    I kept = *x;                                                                                                 \
+    *x = *y;                                                                                                     \
+    *y = kept;                                                                                                   \
+  }                                                                                                              \
+  ZUN_INLINE ZunBool I##Equal(const I* x, const I* y) { return *x == *y; }                                       \
+  ZUN_INLINE I##DifferenceType I##Subtract(const I* x, const I* y) {                                             \
+    return *x == *y ? 0 : (*x - *y) * KIND(ZUN_VECTOR_STEP_);                                                    \
+  }                                                                                                              \
+  ZUN_INLINE ZunBool I##Less(const I* x, const I* y) { return I##Subtract(x, y) < 0; }                           \
+  ZUN_INLINE DESIGNATED* I##ContentOf(const I* x) { return *x + KIND(ZUN_VECTOR_CONTENT_); }                     \
+  ZUN_INLINE const E* I##ContentOfConst(const I* x) { return *x + KIND(ZUN_VECTOR_CONTENT_); }                   \
+  ZUN_INLINE DESIGNATED* I##At(const I* x, I##DifferenceType n) {                                                \
+    return *x + (KIND(ZUN_VECTOR_STEP_) * n + KIND(ZUN_VECTOR_CONTENT_));                                        \
+  }                                                                                                              \
+  ZUN_INLINE I* I##ConstructExceptional(I* x) {                                                                  \
+    *x = NULL;                                                                                                   \
+    return x;                                                                                                    \
+  }                                                                                                              \
+  ZUN_INLINE ZunBool I##IsExceptional(const I* x) { return *x == NULL; }                                         \
+  ZUN_INLINE I I##Add(const I* x, I##DifferenceType n) { return n == 0 ? *x : *x + KIND(ZUN_VECTOR_STEP_) * n; } \
+  ZUN_INLINE I* I##IncrementN(I* x, I##DifferenceType n) {                                                       \
+    *x = I##Add(x, n);                                                                                           \
+    return x;                                                                                                    \
+  }                                                                                                              \
+  ZUN_INLINE I* I##DecrementN(I* x, I##DifferenceType n) { return I##IncrementN(x, -n); }                        \
+  ZUN_INLINE I* I##Increment(I* x) { return I##IncrementN(x, 1); }                                               \
   ZUN_INLINE I* I##Decrement(I* x) { return I##IncrementN(x, -1); }
 
 #endif

@@ -8,13 +8,30 @@
 #include <string>
 #include <vector>
 
-#include "Zun/Rtp/Core/RtcpSubpacketFunctions.h"
+#include "Zun/Rtp/ZunRtcpPacket.h"
 #include "tests/support/Bytes.h"
 #include "tests/support/TestAllocator.h"
 
 namespace test {
 
-using Row = RtcpSubpacketFunctions;
+// The eight public operations of a kind.
+struct Row {
+  ZunRtcpSubpacket* (*construct_copy_allocator)(ZunRtcpSubpacket* p, const ZunRtcpSubpacket* o, ZunAllocator* a);
+  void (*destruct)(ZunRtcpSubpacket* p);
+  ZunRtcpSubpacket* (*assign)(ZunRtcpSubpacket* p, const ZunRtcpSubpacket* o);
+  ZunAllocator* (*get_allocator)(ZunRtcpSubpacket* p);
+  ZunBool (*write_packet)(const ZunRtcpSubpacket* p, ZunString* b, ZunBool pad);
+  ZunSizeT (*get_packet_length)(const ZunRtcpSubpacket* p);
+  ZunBool (*construct_from_buffer)(ZunRtcpSubpacket* p, const ZunString* b, ZunSizeT begin, ZunSizeT end,
+                                   ZunRtcpSubpacketType pt, ZunUint8 count, ZunAllocator* a);
+  ZunBool (*assign_from_buffer)(ZunRtcpSubpacket* p, const ZunString* b, ZunSizeT begin, ZunSizeT end,
+                                ZunRtcpSubpacketType pt, ZunUint8 count);
+};
+#define TEST_ROW(Kind)                                                                                             \
+  test::Row {                                                                                                      \
+    Kind##ConstructCopyAllocator, Kind##DestructWrap, Kind##AssignWrap, Kind##GetAllocatorWrap, Kind##WritePacket, \
+        Kind##GetPacketLength, Kind##ConstructFromBuffer, Kind##AssignFromBuffer                                   \
+  }
 
 // Where the body begins in the wire form of one subpacket.
 inline constexpr ZunSizeT kBodyBegin = 4;

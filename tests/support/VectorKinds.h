@@ -62,7 +62,8 @@ inline void ProbeDestruct(Probe* x) {
 }  // extern "C"
 
 ZUN_VECTOR_DECLARE(Probe)
-ZUN_VECTOR_DEFINE_OWNING(Probe)
+ZUN_VECTOR_USE_OWNING(Probe)
+ZUN_VECTOR_DEFINE(Probe)
 
 namespace test {
 

@@ -3,37 +3,36 @@
 #include "Zun/Rtp/ApplicationFeedback/AfbHeader.h"
 #include "Zun/Rtp/Core/Envelope.h"
 
+ZUN_RTCPPSFBAFB_KINDS(ZUN_RTCP_LISTED_ROW_INTERNALS_DECLARE)
+ZUN_RTCP_ROW_INTERNALS_DECLARE(ZunRtcpPsfbAfbUnknown)
+
 namespace {
 
-constexpr RtcpSubpacketFunctions unknown_afb_funcs = ZUN_RTCP_ROW(ZUN_RTCPPSFBAFB_TYPE_Unknown, ZunRtcpPsfbAfbUnknown);
-
-// Indexed by house message type - 1.
 constexpr ZunInt32 norvi_afb_table_base = ZUN_RTCPPSFBAFB_TYPE_ABAFB;
-constexpr RtcpSubpacketFunctions norvi_afb_table[] = {
-    ZUN_RTCP_ROW(ZUN_RTCPPSFBAFB_TYPE_ABAFB, ZunRtcpPsfbAfbAbafb),
-    ZUN_RTCP_ROW(ZUN_RTCPPSFBAFB_TYPE_ALBR, ZunRtcpPsfbAfbAlbr),
-    ZUN_RTCP_ROW(ZUN_RTCPPSFBAFB_TYPE_SHOW, ZunRtcpPsfbAfbShow),
-    ZUN_RTCP_ROW(ZUN_RTCPPSFBAFB_TYPE_SHOWACK, ZunRtcpPsfbAfbShowAck),
-    ZUN_RTCP_ROW(ZUN_RTCPPSFBAFB_TYPE_LIR, ZunRtcpPsfbAfbLir),
-};
-
 // Messages that others defined, above every number of a house message.
 constexpr ZunInt32 foreign_afb_table_base = ZUN_RTCPPSFBAFB_TYPE_REMB;
-constexpr RtcpSubpacketFunctions foreign_afb_table[] = {
-    ZUN_RTCP_ROW(ZUN_RTCPPSFBAFB_TYPE_REMB, ZunRtcpPsfbAfbRemb),
-};
+static_assert(foreign_afb_table_base > 0xFFFF);
+
+#define ROW(value, Kind, member, Getter)                                                        \
+  zun::CheckedRow<ZunRtcpPsfbAfb, ZunRtcpPsfbAfbUnknown, Kind>(&ZunRtcpPsfbAfb::member, Getter, \
+                                                               ZUN_RTCP_ROW(value, Kind)),
+constexpr zun::Table<norvi_afb_table_base, ZUN_RTCPPSFBAFB_TYPE_LIR> norvi_afb_table = {
+    ZUN_RTCPPSFBAFB_HOUSE_KINDS(ROW)};
+constexpr zun::Table<foreign_afb_table_base, ZUN_RTCPPSFBAFB_TYPE_REMB> foreign_afb_table = {
+    ZUN_RTCPPSFBAFB_FOREIGN_KINDS(ROW)};
+constexpr RtcpSubpacketFunctions unknown_afb_funcs = ZUN_RTCP_ROW(ZUN_RTCPPSFBAFB_TYPE_Unknown, ZunRtcpPsfbAfbUnknown);
+
+constexpr bool HasRow(ZunInt32 type) { return norvi_afb_table.Has(type) || foreign_afb_table.Has(type); }
+static_assert(zun::PredicateAgrees(HasRow, ZunRtcpPsfbAfbTypeIsUnknown, -1, 256));
+static_assert(zun::PredicateAgrees(HasRow, ZunRtcpPsfbAfbTypeIsUnknown, foreign_afb_table_base - 256,
+                                   foreign_afb_table_base + 256));
 
 struct AfbLevel {
-  static ZunInt32 ValueOf(const ZunRtcpSubpacket* p) { return ZunRtcpPsfbAfbGetType(zun::As<ZunRtcpPsfbAfb>(p)); }
+  static ZunInt32 ValueOf(const ZunRtcpSubpacket* p) { return zun::As<ZunRtcpPsfbAfb>(p)->unk.afbType; }
+  static ZunInt32 ValueOfBody(const zun::Body& body) { return zun::AfbBufferGetAfbType(body); }
   static const RtcpSubpacketFunctions& RowOf(ZunInt32 type) {
-    const RtcpSubpacketFunctions& foreign =
-        zun::FindRow(foreign_afb_table, foreign_afb_table_base, type, unknown_afb_funcs);
-    return zun::FindRow(norvi_afb_table, norvi_afb_table_base, type, foreign);
+    return norvi_afb_table.Find(type, foreign_afb_table.Find(type, unknown_afb_funcs));
   }
-  static ZunInt32 ValueOfBody(const ZunString* b, ZunSizeT begin, ZunSizeT end, ZunUint8) {
-    return zun::AfbBufferGetAfbType(b, begin, end);
-  }
-  static bool IsUnknown(ZunInt32 type) { return ZunRtcpPsfbAfbTypeIsUnknown(type) != 0; }
   static void ConstructEmpty(ZunRtcpSubpacket* p, ZunAllocator* a) {
     ZunRtcpPsfbAfbUnknownConstructDefault(zun::As<ZunRtcpPsfbAfbUnknown>(p), a);
   }

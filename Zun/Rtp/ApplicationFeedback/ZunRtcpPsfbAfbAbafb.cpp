@@ -7,6 +7,8 @@
 
 namespace {
 
+constexpr zun::AfbIdentity kIdentity = zun::IsAfb(ZUN_RTCPPSFBAFB_TYPE_ABAFB);
+
 constexpr ZunSizeT kSize = zun::kAfbHeaderSize + ZunSizeT{7} * 4;
 constexpr ZunUint32 kDefaultAverageArrivalDifference = 1000000;
 
@@ -14,7 +16,7 @@ constexpr ZunUint32 kDefaultAverageArrivalDifference = 1000000;
 void SetFields(ZunRtcpPsfbAfbAbafb* p, ZunRtpSourceId sender, ZunUint32 timestamp, ZunUint32 data_rate,
                ZunUint32 loss_rate, ZunUint32 aba_data_rate, ZunInt32 average_delay_difference,
                ZunUint32 average_arrival_difference) {
-  zun::SetAfbHead(p, ZUN_RTCPPSFBAFB_TYPE_ABAFB, sender, 0);
+  zun::SetFeedbackHead(p, kIdentity, sender, 0);
   p->timestamp = timestamp;
   p->u.timestamp_time = 0;
   p->data_rate = data_rate;
@@ -34,25 +36,31 @@ bool ReadSigned(zun::BodyReader& r, ZunInt32* value) {
 struct Wire {
   static ZunSizeT Length(const ZunRtcpPsfbAfbAbafb&) { return kSize; }
 
-  static bool Write(const ZunRtcpPsfbAfbAbafb& p, ZunString* b, bool pad) {
+  static bool Write(const ZunRtcpPsfbAfbAbafb& p, zun::Output& out, bool pad) {
     if (p.average_arrival_difference == 0) {
-      LOG_WARNING(ZunLogRtcpFeedback_, "ZunRtcpPsfbAfbAbafbWritePacket",
-                  "Average arrival difference is 0 when encoding a PSFB AFB ABAFB packet.");
+      ZUN_LOG_WARNING_(ZunLogRtcpFeedback_, "ZunRtcpPsfbAfbAbafbWritePacket",
+                       "Average arrival difference is 0 when encoding a PSFB AFB ABAFB packet.");
     }
     const ZunUint32 delay = zun::CurrentDelay(p);
-    zun::BodyWriter w(b, kSize);
-    return zun::WriteNorviHead(w, pad, p, ZUN_RTCPPSFBAFB_TYPE_ABAFB, kSize) && w.U32(p.timestamp) && w.U32(delay) &&
-           w.U32(p.data_rate) && w.U32(p.loss_rate) && w.U32(p.aba_data_rate) &&
-           w.U32(static_cast<ZunUint32>(p.average_delay_difference)) && w.U32(p.average_arrival_difference);
+    zun::BodyWriter w(out, kSize);
+    return zun::WriteNorviHead(w, pad, kIdentity, p, kSize) && w.Fields<28>([&](zun::FieldWriter& f) {
+      f.U32(p.timestamp);
+      f.U32(delay);
+      f.U32(p.data_rate);
+      f.U32(p.loss_rate);
+      f.U32(p.aba_data_rate);
+      f.U32(static_cast<ZunUint32>(p.average_delay_difference));
+      f.U32(p.average_arrival_difference);
+    });
   }
 
-  static bool Read(ZunRtcpPsfbAfbAbafb* p, zun::BodyReader& r, zun::SubpacketHeader) {
+  static bool Read(ZunRtcpPsfbAfbAbafb* p, zun::BodyReader& r, const zun::Body&) {
     if (!zun::ReadNorviHead(r, p) || !r.U32(&p->timestamp) || !zun::ReadDelay(r, p) || !r.U32(&p->data_rate) ||
         !r.U32(&p->loss_rate) || !r.U32(&p->aba_data_rate) || !ReadSigned(r, &p->average_delay_difference) ||
         !r.U32(&p->average_arrival_difference)) {
       return false;
     }
-    zun::SetAfbTypes(p, ZUN_RTCPPSFBAFB_TYPE_ABAFB);
+    kIdentity.Mark(p);
     return true;
   }
 };
@@ -108,14 +116,10 @@ ZunRtcpPsfbAfbAbafb* ZunRtcpPsfbAfbAbafbConstructWithCalculatedDelay(
 
 ZunUint32 ZunRtcpPsfbAfbAbafbGetDelay(const ZunRtcpPsfbAfbAbafb* p) { return zun::CurrentDelay(*p); }
 
-ZunBool ZunRtcpPsfbAfbAbafbSetDelay(ZunRtcpPsfbAfbAbafb* p, ZunUint32 delay) {
-  zun::StoreDelay(p, delay);
-  return 1;
-}
+ZunBool ZunRtcpPsfbAfbAbafbSetDelay(ZunRtcpPsfbAfbAbafb* p, ZunUint32 delay) { return zun::StoreDelay(p, delay); }
 
 ZunBool ZunRtcpPsfbAfbAbafbSetTimestampTime(ZunRtcpPsfbAfbAbafb* p, ZunTime timestamp_time) {
-  zun::StoreTimestampTime(p, timestamp_time);
-  return 1;
+  return zun::StoreTimestampTime(p, timestamp_time);
 }
 
 ZUN_RTCP_ROW_DEFINE(ZunRtcpPsfbAfbAbafb, Wire)

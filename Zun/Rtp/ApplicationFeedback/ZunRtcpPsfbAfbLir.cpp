@@ -1,20 +1,20 @@
 #include "Zun/Rtp/ApplicationFeedback/ZunRtcpPsfbAfbLir.h"
 
 #include "Zun/Rtp/ApplicationFeedback/AfbHeader.h"
-#include "Zun/Rtp/Core/OwnedMember.h"
 #include "Zun/Rtp/Core/Padding.h"
 #include "Zun/Rtp/Core/Row.h"
 #include "Zun/Utils/ListRefill.h"
 
-ZUN_VECTOR_DEFINE_OWNING(ZunRtcpPsfbAfbLirEntry)
+ZUN_VECTOR_USE_OWNING(ZunRtcpPsfbAfbLirEntry)
+ZUN_VECTOR_DEFINE(ZunRtcpPsfbAfbLirEntry)
+ZUN_OWNING_DEFINE(ZunRtcpPsfbAfbLirEntry, &ZunRtcpPsfbAfbLirEntry::layerData)
 
 namespace {
 
 using Entry = ZunRtcpPsfbAfbLirEntry;
 using Entries = zun::VectorOfZunRtcpPsfbAfbLirEntry;
-using OwnedLayerData = zun::OwnedMember<&Entry::layerData, ZunStringConstructCopy, ZunStringAssign>;
-using OwnedFci = zun::OwnedMember<&ZunRtcpPsfbAfbLir::fci, ZunVector_ZunRtcpPsfbAfbLirEntryConstructCopy,
-                                  ZunVector_ZunRtcpPsfbAfbLirEntryAssign>;
+
+constexpr zun::AfbIdentity kIdentity = zun::IsAfb(ZUN_RTCPPSFBAFB_TYPE_LIR);
 
 constexpr ZunUint8 kMaxPayloadType = 127;
 constexpr ZunSizeT kWrittenEntryHeadSize = 6;
@@ -22,7 +22,7 @@ constexpr ZunSizeT kReadEntryHeadSize = 8;
 constexpr ZunSizeT kLengthOffset = 6;      // in the head that is read
 constexpr ZunSizeT kAnnouncedLength = 24;  // whatever the entries
 
-ZunSizeT PaddedSize(ZunSizeT size) { return size + zun::PaddingBehind(size); }
+ZunSizeT PaddedSize(ZunSizeT size) { return size + zun::PaddingAfter(size); }
 
 // The whole message with heads of `head_size` in front of the layer data.
 ZunSizeT LengthWithHeads(const ZunRtcpPsfbAfbLir& p, ZunSizeT head_size) {
@@ -38,19 +38,23 @@ void ConstructEmpty(Entry* p, ZunAllocator* a) {
 
 bool WriteEntry(zun::BodyWriter& w, const Entry& entry) {
   const ZunSizeT size = entry.layerData.size;
-  return w.U32(entry.ssrc) && w.U8(entry.seqno) && w.U8(entry.payloadType) && w.String(entry.layerData) &&
-         w.Zeros(zun::PaddingBehind(size));
+  return w.Fields<kWrittenEntryHeadSize>([&](zun::FieldWriter& f) {
+    f.U32(entry.ssrc);
+    f.U8(entry.seqno);
+    f.U8(entry.payloadType);
+  }) && w.String(entry.layerData) &&
+         w.Zeros(zun::PaddingAfter(size));
 }
 
 // Zero to three octets that nobody looks at.
-bool PassPadding(zun::BodyReader& r, ZunUint16 size) { return r.Pass(zun::PaddingBehind(size)); }
+bool SkipPadding(zun::BodyReader& r, ZunUint16 size) { return r.SkipBeforeEnd(zun::PaddingAfter(size)); }
 
 // Entries of which every octet is there, up to the first that is cut off.
 ZunSizeT CountWholeEntries(zun::BodyReader r) {
   ZunSizeT count = 0;
   while (const ZunUint8* const head = r.Take(kReadEntryHeadSize)) {
     const ZunUint16 size = ZunUint16FromOctets(head + kLengthOffset);
-    if (!r.Skip(size) || !PassPadding(r, size)) break;
+    if (!r.SkipReadable(size) || !SkipPadding(r, size)) break;
     ++count;
   }
   return count;
@@ -60,13 +64,12 @@ bool ReadEntry(zun::BodyReader& r, Entry* entry) {
   ZunUint16 size;
   return r.U32(&entry->ssrc) && r.U8(&entry->seqno) && r.U8(&entry->payloadType) &&
          entry->payloadType <= kMaxPayloadType && r.U16(&size) && r.String(&entry->layerData, size) &&
-         PassPadding(r, size);
+         SkipPadding(r, size);
 }
 
 // The layer data lives with the buffer's allocator, not with that of the list. Only entries that already do are read
 // over.
-bool ReadEntries(zun::BodyReader& r, ZunVector_ZunRtcpPsfbAfbLirEntry* fci) {
-  ZunAllocator* const a = r.Buffer()->allocator;
+bool ReadEntries(zun::BodyReader& r, ZunVector_ZunRtcpPsfbAfbLirEntry* fci, ZunAllocator* a) {
   const ZunSizeT count = CountWholeEntries(r);
   if (count > Entries::Capacity(fci)) Entries::Clear(fci);  // rather than copy them to the new storage
   // When the whole list is refused, the entries that fit into smaller blocks are still read before it fails.
@@ -84,9 +87,12 @@ bool ReadEntries(zun::BodyReader& r, ZunVector_ZunRtcpPsfbAfbLirEntry* fci) {
 struct Wire {
   static ZunSizeT Length(const ZunRtcpPsfbAfbLir& p) { return LengthWithHeads(p, kReadEntryHeadSize); }
 
-  static bool Write(const ZunRtcpPsfbAfbLir& p, ZunString* b, bool pad) {
-    zun::BodyWriter w(b, LengthWithHeads(p, kWrittenEntryHeadSize));
-    if (!zun::WriteNorviHead(w, pad, p, ZUN_RTCPPSFBAFB_TYPE_LIR, kAnnouncedLength)) return false;
+  // The writer leaves out the two bytes of each entry's length.
+  static bool HasExactLength(const ZunRtcpPsfbAfbLir&, ZunSizeT) { return false; }
+
+  static bool Write(const ZunRtcpPsfbAfbLir& p, zun::Output& out, bool pad) {
+    zun::BodyWriter w(out, LengthWithHeads(p, kWrittenEntryHeadSize));
+    if (!zun::WriteNorviHead(w, pad, kIdentity, p, kAnnouncedLength)) return false;
     if (ZunVector_ZunRtcpPsfbAfbLirEntryEmpty(&p.fci)) return false;
     for (const Entry* x = p.fci.begin; x != p.fci.end; ++x) {
       if (!WriteEntry(w, *x)) return false;
@@ -94,9 +100,10 @@ struct Wire {
     return true;
   }
 
-  static bool Read(ZunRtcpPsfbAfbLir* p, zun::BodyReader& r, zun::SubpacketHeader) {
-    if (!zun::ReadNorviHead(r, p) || r.AtEnd() || !ReadEntries(r, &p->fci)) return false;
-    zun::SetAfbTypes(p, ZUN_RTCPPSFBAFB_TYPE_LIR);
+  static bool Read(ZunRtcpPsfbAfbLir* p, zun::BodyReader& r, const zun::Body& body) {
+    if (!zun::ReadNorviHead(r, p) || r.AtEnd()) return false;
+    if (!ReadEntries(r, &p->fci, body.BufferAllocatorOr(p->fci.allocator))) return false;
+    kIdentity.Mark(p);
     return true;
   }
 };
@@ -113,35 +120,15 @@ ZunRtcpPsfbAfbLirEntry* ZunRtcpPsfbAfbLirEntryConstructFull(ZunRtcpPsfbAfbLirEnt
   return p;
 }
 
-ZunRtcpPsfbAfbLirEntry* ZunRtcpPsfbAfbLirEntryConstructCopy(ZunRtcpPsfbAfbLirEntry* p,
-                                                            const ZunRtcpPsfbAfbLirEntry* o) {
-  return OwnedLayerData::ConstructCopy(p, o);
-}
-
-ZunRtcpPsfbAfbLirEntry* ZunRtcpPsfbAfbLirEntryAssign(ZunRtcpPsfbAfbLirEntry* p, const ZunRtcpPsfbAfbLirEntry* o) {
-  return OwnedLayerData::Assign(p, o);
-}
-
-void ZunRtcpPsfbAfbLirEntryDestruct(ZunRtcpPsfbAfbLirEntry* p) { ZunStringDestruct(&p->layerData); }
-
 ZunBool ZunRtcpPsfbAfbLirEntrySetLayerData(ZunRtcpPsfbAfbLirEntry* p, const ZunString* layerData) {
   return ZunStringAssign(&p->layerData, layerData) != nullptr;
 }
 
 ZunRtcpPsfbAfbLir* ZunRtcpPsfbAfbLirConstructDefault(ZunRtcpPsfbAfbLir* p, ZunAllocator* a) {
-  zun::SetAfbHead(p, ZUN_RTCPPSFBAFB_TYPE_LIR, 0, 0);
+  zun::SetFeedbackHead(p, kIdentity, 0, 0);
   ZunVector_ZunRtcpPsfbAfbLirEntryConstructDefault(&p->fci, a);
   return p;
 }
 
-ZunRtcpPsfbAfbLir* ZunRtcpPsfbAfbLirConstructCopy(ZunRtcpPsfbAfbLir* p, const ZunRtcpPsfbAfbLir* o) {
-  return OwnedFci::ConstructCopy(p, o);
-}
-
-ZunRtcpPsfbAfbLir* ZunRtcpPsfbAfbLirAssign(ZunRtcpPsfbAfbLir* p, const ZunRtcpPsfbAfbLir* o) {
-  return OwnedFci::Assign(p, o);
-}
-
-void ZunRtcpPsfbAfbLirDestruct(ZunRtcpPsfbAfbLir* p) { ZunVector_ZunRtcpPsfbAfbLirEntryDestruct(&p->fci); }
-
+ZUN_RTCP_OWNING_KIND_DEFINE(ZunRtcpPsfbAfbLir, kIdentity, &ZunRtcpPsfbAfbLir::fci)
 ZUN_RTCP_ROW_DEFINE(ZunRtcpPsfbAfbLir, Wire)

@@ -4,19 +4,16 @@
 
 #include "Zun/Rtp/ApplicationFeedback/AfbHeader.h"
 #include "Zun/Rtp/Core/EntryList.h"
-#include "Zun/Rtp/Core/OwnedMember.h"
 #include "Zun/Rtp/Core/Row.h"
-#include "Zun/Utils/VectorAlgorithms.h"
 
 ZUN_VECTOR_USE_PLAIN(ZunRtpSourceId)
 
 namespace {
 
-using OwnedSources = zun::OwnedMember<&ZunRtcpPsfbAfbRemb::sources, ZunVector_ZunRtpSourceIdConstructCopy,
-                                      ZunVector_ZunRtpSourceIdAssign>;
 using Sources = zun::VectorOfZunRtpSourceId;
 
-constexpr ZunSizeT kSsrcSize = 4;
+constexpr zun::AfbIdentity kIdentity = zun::IsAfb(ZUN_RTCPPSFBAFB_TYPE_REMB);
+
 constexpr ZunSizeT kFixedSize = zun::kAfbHeaderSize + 4;
 constexpr ZunSizeT kMaxSources = 255;
 
@@ -24,7 +21,7 @@ constexpr int kMantissaBits = 18;
 constexpr int kMaxExponent = 63;
 constexpr ZunUint32 kMaxMantissa = (1U << kMantissaBits) - 1;
 
-// An IEEE single: the exponent, 127 above that of the leading bit, and 23 bits behind the implied leading bit.
+// An IEEE single: the exponent, 127 above that of the leading bit, and 23 bits after the implied leading bit.
 constexpr int kFloatFractionBits = 23;
 constexpr int kFloatBias = 127;
 constexpr ZunUint32 kFloatFraction = (1U << kFloatFractionBits) - 1;
@@ -68,6 +65,13 @@ bool ToWire(ZunFloat32 bitrate, WireBitrate* wire) {
   return wire->exponent <= kMaxExponent;
 }
 
+bool WriteIdentifierAndCount(zun::BodyWriter& w, const ZunVector_ZunRtpSourceId& sources) {
+  return w.Fields<5>([&](zun::FieldWriter& f) {
+    f.U32(zun::kRembAfbIdentifier);
+    f.U8(static_cast<ZunUint8>(Sources::Size(&sources) & 0xFF));
+  });
+}
+
 bool WriteBitrate(zun::BodyWriter& w, ZunFloat32 bitrate) {
   WireBitrate wire;
   return ToWire(bitrate, &wire) && w.U24(wire.exponent << kMantissaBits | wire.mantissa);
@@ -85,36 +89,28 @@ bool ReadCountAndBitrate(zun::BodyReader& r, ZunInt8* count, ZunFloat32* bitrate
 // with its sign bit set is beyond any message.
 bool ReadSources(zun::BodyReader& r, ZunInt8 count, ZunVector_ZunRtpSourceId* sources) {
   const ZunSizeT announced = count < 0 ? SIZE_MAX : static_cast<ZunSizeT>(count);
-  return zun::ReadCountedEntries<kSsrcSize, Sources>(r, sources, announced, zun::DecodeSourceId) && r.AtEnd();
+  return zun::ReadCountedEntries<zun::kSourceIdSize, Sources>(r, sources, announced, zun::DecodeSourceId) && r.AtEnd();
 }
 
 struct Wire {
   static ZunSizeT Length(const ZunRtcpPsfbAfbRemb& p) {
-    return kFixedSize + kSsrcSize * ZunVector_ZunRtpSourceIdSize(&p.sources);
+    return kFixedSize + zun::kSourceIdSize * ZunVector_ZunRtpSourceIdSize(&p.sources);
   }
 
-  static bool Write(const ZunRtcpPsfbAfbRemb& p, ZunString* b, bool pad) {
+  static bool Write(const ZunRtcpPsfbAfbRemb& p, zun::Output& out, bool pad) {
     const ZunSizeT length = Length(p);
-    zun::BodyWriter w(b, length);
-    if (!zun::WriteFeedbackHeader(w, pad, ZUN_RTCPPSFB_TYPE_AFB, ZUN_RTCPSUBPACKET_TYPE_PSFB, length, p.sender,
-                                  p.source) ||
-        !w.U32(zun::kRembAfbIdentifier) || !w.U8(static_cast<ZunUint8>(Sources::Size(&p.sources) & 0xFF)) ||
-        !WriteBitrate(w, p.bitrate)) {
-      return false;
-    }
-    for (const ZunRtpSourceId* source = p.sources.begin; source != p.sources.end; ++source) {
-      if (!w.U32(*source)) return false;
-    }
-    return true;
+    zun::BodyWriter w(out, length);
+    return zun::WriteFeedbackHeader(w, pad, kIdentity, p, length) && WriteIdentifierAndCount(w, p.sources) &&
+           WriteBitrate(w, p.bitrate) && zun::WriteEntries<zun::kSourceIdSize>(w, p.sources, zun::EncodeSourceId);
   }
 
-  static bool Read(ZunRtcpPsfbAfbRemb* p, zun::BodyReader& r, zun::SubpacketHeader) {
+  static bool Read(ZunRtcpPsfbAfbRemb* p, zun::BodyReader& r, const zun::Body&) {
     ZunInt8 count;
     if (!zun::ReadFeedbackSources(r, p) || !zun::ReadRembAfbHeader(r) || !ReadCountAndBitrate(r, &count, &p->bitrate) ||
         !ReadSources(r, count, &p->sources)) {
       return false;
     }
-    zun::SetAfbTypes(p, ZUN_RTCPPSFBAFB_TYPE_REMB);
+    kIdentity.Mark(p);
     return true;
   }
 };
@@ -122,7 +118,7 @@ struct Wire {
 }  // namespace
 
 ZunRtcpPsfbAfbRemb* ZunRtcpPsfbAfbRembConstructDefault(ZunRtcpPsfbAfbRemb* p, ZunAllocator* a) {
-  zun::SetAfbHead(p, ZUN_RTCPPSFBAFB_TYPE_REMB, 0, 0);
+  zun::SetFeedbackHead(p, kIdentity, 0, 0);
   p->bitrate = 0;
   ZunVector_ZunRtpSourceIdConstructDefault(&p->sources, a);
   return p;
@@ -132,20 +128,10 @@ ZunRtcpPsfbAfbRemb* ZunRtcpPsfbAfbRembConstructFull(ZunRtcpPsfbAfbRemb* p, ZunRt
                                                     const ZunVector_ZunRtpSourceId* sources, ZunAllocator*) {
   if (!IsValid(sources) || !IsValid(bitrate)) return nullptr;
   if (ZunVector_ZunRtpSourceIdConstructCopy(&p->sources, sources) == nullptr) return nullptr;
-  zun::SetAfbHead(p, ZUN_RTCPPSFBAFB_TYPE_REMB, sender, 0);
+  zun::SetFeedbackHead(p, kIdentity, sender, 0);
   p->bitrate = bitrate;
   return p;
 }
-
-ZunRtcpPsfbAfbRemb* ZunRtcpPsfbAfbRembConstructCopy(ZunRtcpPsfbAfbRemb* p, const ZunRtcpPsfbAfbRemb* o) {
-  return OwnedSources::ConstructCopy(p, o);
-}
-
-ZunRtcpPsfbAfbRemb* ZunRtcpPsfbAfbRembAssign(ZunRtcpPsfbAfbRemb* p, const ZunRtcpPsfbAfbRemb* o) {
-  return OwnedSources::Assign(p, o);
-}
-
-void ZunRtcpPsfbAfbRembDestruct(ZunRtcpPsfbAfbRemb* p) { ZunVector_ZunRtpSourceIdDestruct(&p->sources); }
 
 ZunBool ZunRtcpPsfbAfbRembSetBitrate(ZunRtcpPsfbAfbRemb* p, ZunFloat32 bitrate) {
   if (!IsValid(bitrate)) return 0;
@@ -157,4 +143,5 @@ ZunBool ZunRtcpPsfbAfbRembSetFeedbackSources(ZunRtcpPsfbAfbRemb* p, const ZunVec
   return IsValid(sources) && ZunVector_ZunRtpSourceIdAssign(&p->sources, sources) != nullptr;
 }
 
+ZUN_RTCP_OWNING_KIND_DEFINE(ZunRtcpPsfbAfbRemb, kIdentity, &ZunRtcpPsfbAfbRemb::sources)
 ZUN_RTCP_ROW_DEFINE(ZunRtcpPsfbAfbRemb, Wire)

@@ -3,20 +3,19 @@
 #include <bit>
 
 #include "Zun/Rtp/ApplicationFeedback/AfbHeader.h"
-#include "Zun/Rtp/Core/OwnedMember.h"
 #include "Zun/Rtp/Core/Padding.h"
 #include "Zun/Rtp/Core/Row.h"
-#include "Zun/Utils/VectorAlgorithms.h"
 
-ZUN_VECTOR_DEFINE_PLAIN(ZunRtcpPsfbAfbShowParameter)
+ZUN_VECTOR_USE_PLAIN(ZunRtcpPsfbAfbShowParameter)
+ZUN_VECTOR_DEFINE(ZunRtcpPsfbAfbShowParameter)
+ZUN_PLAIN_DEFINE(ZunRtcpPsfbAfbShowParameter)
 
 namespace {
 
 using Parameter = ZunRtcpPsfbAfbShowParameter;
 using Parameters = zun::VectorOfZunRtcpPsfbAfbShowParameter;
-using OwnedParameters =
-    zun::OwnedMember<&ZunRtcpPsfbAfbShow::parameters, ZunVector_ZunRtcpPsfbAfbShowParameterConstructCopy,
-                     ZunVector_ZunRtcpPsfbAfbShowParameterAssign>;
+
+constexpr zun::AfbIdentity kIdentity = zun::IsAfb(ZUN_RTCPPSFBAFB_TYPE_SHOW);
 
 constexpr ZunSizeT kFixedSize = zun::kAfbHeaderSize + 1;
 constexpr ZunUint64 kMaxPreference = 15;
@@ -68,17 +67,14 @@ ZunSizeT UnpaddedLength(const ZunRtcpPsfbAfbShow& p) {
 bool WriteParameter(zun::BodyWriter& w, const Parameter& parameter) {
   const ZunUint32 width = ValueWidth(parameter.value);
   const ZunUint32 descriptor = static_cast<ZunUint32>(parameter.type) << kTypeShift | (width - 1);
-  static_cast<void>(w.U8(static_cast<ZunUint8>(descriptor & 0xFF)));
-  for (ZunUint32 shift = 8 * width; shift != 0;) {
-    shift -= 8;
-    if (!w.U8(static_cast<ZunUint8>(parameter.value >> shift & 0xFF))) return false;
-  }
-  return true;
+  (void)w.U8(static_cast<ZunUint8>(descriptor & 0xFF));
+  return w.Number(parameter.value, width);
 }
 
 ZunSizeT CountParameters(zun::BodyReader r) {
   ZunSizeT count = 0;
-  for (ZunUint8 descriptor; r.U8(&descriptor) && descriptor != kPaddingOctet && r.Skip(WidthOf(descriptor));) ++count;
+  for (ZunUint8 descriptor; r.U8(&descriptor) && descriptor != kPaddingOctet && r.SkipReadable(WidthOf(descriptor));)
+    ++count;
   return count;
 }
 
@@ -119,24 +115,26 @@ bool ReadParameters(zun::BodyReader& r, ZunVector_ZunRtcpPsfbAfbShowParameter* l
 struct Wire {
   static ZunSizeT Length(const ZunRtcpPsfbAfbShow& p) {
     const ZunSizeT length = UnpaddedLength(p);
-    return length + zun::PaddingBehind(length);
+    return length + zun::PaddingAfter(length);
   }
 
-  static bool Write(const ZunRtcpPsfbAfbShow& p, ZunString* b, bool pad) {
+  // The zeros align the end of the whole output.
+  static bool HasExactLength(const ZunRtcpPsfbAfbShow&, ZunSizeT begin) { return begin % 4 == 0; }
+
+  static bool Write(const ZunRtcpPsfbAfbShow& p, zun::Output& out, bool pad) {
     const ZunSizeT unpadded = UnpaddedLength(p);
-    zun::BodyWriter w(b, unpadded + zun::PaddingBehind(b->size + unpadded));
-    if (!zun::WriteNorviHead(w, pad, p, ZUN_RTCPPSFBAFB_TYPE_SHOW, unpadded + zun::PaddingBehind(unpadded)) ||
-        !w.U8(p.seqno)) {
+    zun::BodyWriter w(out, unpadded + zun::PaddingAfter(out.Size() + unpadded));
+    if (!zun::WriteNorviHead(w, pad, kIdentity, p, unpadded + zun::PaddingAfter(unpadded)) || !w.U8(p.seqno)) {
       return false;
     }
     for (const Parameter* x = p.parameters.begin; x != p.parameters.end; ++x) {
       if (!WriteParameter(w, *x)) return false;
     }
-    return w.Zeros(zun::PaddingBehind(w.Size()));
+    return w.Zeros(zun::PaddingAfter(w.Size()));
   }
 
   // The types of the object stay as they are: it is a SHOW already.
-  static bool Read(ZunRtcpPsfbAfbShow* p, zun::BodyReader& r, zun::SubpacketHeader) {
+  static bool Read(ZunRtcpPsfbAfbShow* p, zun::BodyReader& r, const zun::Body&) {
     return zun::ReadNorviHead(r, p) && r.U8(&p->seqno) && ReadParameters(r, &p->parameters);
   }
 };
@@ -152,7 +150,7 @@ ZunRtcpPsfbAfbShowParameter* ZunRtcpPsfbAfbShowParameterConstruct(ZunRtcpPsfbAfb
 }
 
 ZunRtcpPsfbAfbShow* ZunRtcpPsfbAfbShowConstructDefault(ZunRtcpPsfbAfbShow* p, ZunAllocator* a) {
-  zun::SetAfbHead(p, ZUN_RTCPPSFBAFB_TYPE_SHOW, 0, 0);
+  zun::SetFeedbackHead(p, kIdentity, 0, 0);
   p->seqno = 0;
   ZunVector_ZunRtcpPsfbAfbShowParameterConstructDefault(&p->parameters, a);
   return p;
@@ -161,21 +159,10 @@ ZunRtcpPsfbAfbShow* ZunRtcpPsfbAfbShowConstructDefault(ZunRtcpPsfbAfbShow* p, Zu
 ZunRtcpPsfbAfbShow* ZunRtcpPsfbAfbShowConstructFull(ZunRtcpPsfbAfbShow* p, ZunRtpSourceId sender, ZunRtpSourceId source,
                                                     ZunUint8 seq, const ZunVector_ZunRtcpPsfbAfbShowParameter* params) {
   if (ZunVector_ZunRtcpPsfbAfbShowParameterConstructCopy(&p->parameters, params) == nullptr) return nullptr;
-  zun::SetAfbHead(p, ZUN_RTCPPSFBAFB_TYPE_SHOW, sender, source);
+  zun::SetFeedbackHead(p, kIdentity, sender, source);
   p->seqno = seq;
   return p;
 }
 
-ZunRtcpPsfbAfbShow* ZunRtcpPsfbAfbShowConstructCopy(ZunRtcpPsfbAfbShow* p, const ZunRtcpPsfbAfbShow* o) {
-  return OwnedParameters::ConstructCopy(p, o);
-}
-
-ZunRtcpPsfbAfbShow* ZunRtcpPsfbAfbShowAssign(ZunRtcpPsfbAfbShow* p, const ZunRtcpPsfbAfbShow* o) {
-  return OwnedParameters::Assign(p, o);
-}
-
-void ZunRtcpPsfbAfbShowDestruct(ZunRtcpPsfbAfbShow* p) {
-  ZunVector_ZunRtcpPsfbAfbShowParameterDestruct(&p->parameters);
-}
-
+ZUN_RTCP_OWNING_KIND_DEFINE(ZunRtcpPsfbAfbShow, kIdentity, &ZunRtcpPsfbAfbShow::parameters)
 ZUN_RTCP_ROW_DEFINE(ZunRtcpPsfbAfbShow, Wire)

@@ -53,20 +53,12 @@ ZunRtcpPsfbAfbShowParameter* ZunRtcpPsfbAfbShowParameterConstruct(ZunRtcpPsfbAfb
                                                                   ZunRtcpPsfbAfbShowParameterType type,
                                                                   ZunUint64 value);
 
-/* A copy of `o`. Returns `p`; cannot fail. */
-ZUN_INLINE ZunRtcpPsfbAfbShowParameter* ZunRtcpPsfbAfbShowParameterConstructCopy(ZunRtcpPsfbAfbShowParameter* p,
-                                                                                 const ZunRtcpPsfbAfbShowParameter* o) {
-  *p = *o;
-  return p;
-}
-/* Makes `p` a copy of `o`. Returns `p`; cannot fail. */
-ZUN_INLINE ZunRtcpPsfbAfbShowParameter* ZunRtcpPsfbAfbShowParameterAssign(ZunRtcpPsfbAfbShowParameter* p,
-                                                                          const ZunRtcpPsfbAfbShowParameter* o) {
-  *p = *o;
-  return p;
-}
-/* Does nothing. */
-ZUN_INLINE void ZunRtcpPsfbAfbShowParameterDestruct(ZunRtcpPsfbAfbShowParameter* p) { (void)p; }
+/* Plain copies, which return `p` and cannot fail; there is nothing to release. */
+ZunRtcpPsfbAfbShowParameter* ZunRtcpPsfbAfbShowParameterConstructCopy(ZunRtcpPsfbAfbShowParameter* p,
+                                                                      const ZunRtcpPsfbAfbShowParameter* o);
+ZunRtcpPsfbAfbShowParameter* ZunRtcpPsfbAfbShowParameterAssign(ZunRtcpPsfbAfbShowParameter* p,
+                                                               const ZunRtcpPsfbAfbShowParameter* o);
+void ZunRtcpPsfbAfbShowParameterDestruct(ZunRtcpPsfbAfbShowParameter* p);
 
 /* The fields; their units and ranges stand with them above. */
 ZUN_INLINE ZunRtcpPsfbAfbShowParameterType ZunRtcpPsfbAfbShowParameterGetType(const ZunRtcpPsfbAfbShowParameter* p) {

@@ -2,103 +2,116 @@
 #ifndef ZUN_RTP_CORE_BODYREADER_H
 #define ZUN_RTP_CORE_BODYREADER_H
 
+#include "Zun/Rtp/Core/Body.h"
 #include "Zun/Utils/StringStorage.h"
 #include "Zun/Utils/ZunMiscInline.h"
 
 namespace zun {
 
-// Reads the body b[begin, end) of one subpacket from its first byte on. Every read returns false, and stores
-// and moves nothing, when what it reads does not lie before `end` and inside the string; so a kind's reader is
-// a list of fields. Tests against the end (AtEnd, Remaining) take `end` as it was given.
-class BodyReader {
+// A run of fields that is known to be readable. It has the reads of a BodyReader, none of which can fail.
+class FieldReader {
  public:
-  BodyReader(const ZunString* b, ZunSizeT begin, ZunSizeT end)
-      : string_(b), position_(begin), limit_(ReadableLimit(b, begin, end)), end_(end) {}
+  explicit FieldReader(const ZunUint8* octets) : next_(octets) {}
 
   bool U8(ZunUint8* value) {
-    const ZunUint8* const octets = Take(1);
-    if (octets == nullptr) return false;
-    *value = octets[0];
+    *value = *next_++;
     return true;
   }
   bool U16(ZunUint16* value) {
-    const ZunUint8* const octets = Take(2);
-    if (octets == nullptr) return false;
-    *value = ZunUint16FromOctets(octets);
-    return true;
-  }
-  bool U24(ZunUint32* value) {
-    const ZunUint8* const octets = Take(3);
-    if (octets == nullptr) return false;
-    *value = static_cast<ZunUint32>(octets[0]) << 16 | ZunUint16FromOctets(octets + 1);
+    *value = ZunUint16FromOctets(next_);
+    next_ += 2;
     return true;
   }
   bool U32(ZunUint32* value) {
-    const ZunUint8* const octets = Take(4);
-    if (octets == nullptr) return false;
-    *value = ZunUint32FromOctets(octets);
+    *value = ZunUint32FromOctets(next_);
+    next_ += 4;
     return true;
   }
   bool U64(ZunUint64* value) {
-    const ZunUint8* const octets = Take(8);
-    if (octets == nullptr) return false;
-    *value = static_cast<ZunUint64>(ZunUint32FromOctets(octets)) << 32 | ZunUint32FromOctets(octets + 4);
+    *value = static_cast<ZunUint64>(ZunUint32FromOctets(next_)) << 32 | ZunUint32FromOctets(next_ + 4);
+    next_ += 8;
     return true;
   }
 
-  // Makes `s` the next `count` bytes, or what is left up to the end. Also false when `s` cannot grow, and for an empty
-  // run that begins behind the string.
+ private:
+  const ZunUint8* next_;
+};
+
+// Reads a body from its first octet on. There are two bounds. The end is the body's, as it was given. The limit is the
+// end or the size of the buffer, whichever comes first: octets before it are readable. Whatever reads an octet looks at
+// the limit, and its name says so where it reads none; what looks at the end has the end in its name. Every read returns
+// false, and stores and moves nothing, when what it reads is not readable; so a kind's reader is a list of fields.
+class BodyReader {
+ public:
+  explicit BodyReader(const Body& body) : BodyReader(body.octets, body.size, body.begin, body.end) {}
+  BodyReader(const ZunUint8* octets, ZunSizeT size, ZunSizeT begin, ZunSizeT end)
+      : octets_(octets), position_(begin), limit_(ReadableLimit(size, begin, end)), end_(end), size_(size) {}
+
+  bool U8(ZunUint8* value) { return HasReadable(1) && FieldReader(Advance(1)).U8(value); }
+  bool U16(ZunUint16* value) { return HasReadable(2) && FieldReader(Advance(2)).U16(value); }
+  bool U32(ZunUint32* value) { return HasReadable(4) && FieldReader(Advance(4)).U32(value); }
+  bool U64(ZunUint64* value) { return HasReadable(8) && FieldReader(Advance(8)).U64(value); }
+
+  // A run of fields of kSize octets in all, a list that read(auto& reader) gives: compared with the limit once where all
+  // of it is readable, and field by field where it is not, so that those in front of the limit are stored.
+  template <ZunSizeT kSize, class Read>
+  bool Fields(Read read) {
+    if (!HasReadable(kSize)) [[unlikely]]
+      return read(*this);
+    FieldReader f(Advance(kSize));
+    return read(f);
+  }
+
+  // Makes `s` the next `count` octets, or all up to the end. Also false when `s` cannot grow, and for an empty run that
+  // begins beyond the buffer.
   bool String(ZunString* s, ZunSizeT count) {
-    if (!Has(count) || position_ > string_->size) return false;
-    if (!AssignStringBytes(s, string_->buf + position_, count)) return false;
+    if (!HasReadable(count) || position_ > size_) return false;
+    if (!AssignStringBytes(s, reinterpret_cast<const char*>(octets_) + position_, count)) return false;
     position_ += count;
     return true;
   }
-  bool Rest(ZunString* s) { return position_ <= end_ && String(s, end_ - position_); }
+  bool StringToEnd(ZunString* s) { return position_ <= end_ && String(s, end_ - position_); }
 
-  bool Skip(ZunSizeT count) {
-    if (!Has(count)) return false;
+  // The next `count` octets, which are passed, or null.
+  const ZunUint8* Take(ZunSizeT count) { return HasReadable(count) ? Advance(count) : nullptr; }
+
+  bool SkipReadable(ZunSizeT count) {
+    if (!HasReadable(count)) return false;
     position_ += count;
     return true;
   }
-  // Passes bytes that nobody looks at: they must lie before the end, but need not be in the string.
-  bool Pass(ZunSizeT count) {
-    if (Remaining() < count) return false;
+  // Passes octets that nobody reads: they must lie before the end, and need not be in the buffer.
+  bool SkipBeforeEnd(ZunSizeT count) {
+    if (BytesBeforeEnd() < count) return false;
     position_ += count;
     if (limit_ < position_) limit_ = position_;
     return true;
   }
 
-  // The next `count` bytes, which it passes, or null; 0 bytes only behind a read that succeeded. For runs of fields
-  // that are checked at once.
-  const ZunUint8* Take(ZunSizeT count) {
-    if (!Has(count)) return nullptr;
-    const ZunUint8* const octets = reinterpret_cast<const ZunUint8*>(string_->buf) + position_;
+  bool HasReadable(ZunSizeT count) const { return limit_ - position_ >= count; }
+  ZunSizeT ReadableBytes() const { return limit_ - position_; }
+  bool AtEnd() const { return position_ == end_; }
+  ZunSizeT BytesBeforeEnd() const { return position_ < end_ ? end_ - position_ : 0; }
+
+  ZunSizeT Position() const { return position_; }
+
+ private:
+  const ZunUint8* Advance(ZunSizeT count) {
+    const ZunUint8* const octets = octets_ + position_;
     position_ += count;
     return octets;
   }
-
-  bool Has(ZunSizeT count) const { return limit_ - position_ >= count; }
-  bool AtEnd() const { return position_ == end_; }
-  // Bytes up to the end; they need not all be readable.
-  ZunSizeT Remaining() const { return position_ < end_ ? end_ - position_ : 0; }
-  // Bytes that can be read.
-  ZunSizeT Readable() const { return limit_ - position_; }
-
-  ZunSizeT Position() const { return position_; }
-  const ZunString* Buffer() const { return string_; }
-
- private:
   // Never below `begin`, so that the distance to it is what can be read.
-  static ZunSizeT ReadableLimit(const ZunString* b, ZunSizeT begin, ZunSizeT end) {
-    const ZunSizeT limit = end < b->size ? end : b->size;
+  static ZunSizeT ReadableLimit(ZunSizeT size, ZunSizeT begin, ZunSizeT end) {
+    const ZunSizeT limit = end < size ? end : size;
     return begin < limit ? limit : begin;
   }
 
-  const ZunString* string_;
+  const ZunUint8* octets_;
   ZunSizeT position_;
   ZunSizeT limit_;
   ZunSizeT end_;
+  ZunSizeT size_;
 };
 
 }  // namespace zun

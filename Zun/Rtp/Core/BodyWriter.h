@@ -1,110 +1,221 @@
-// The one place that appends to an output string.
+// The one place that appends to an output.
 #ifndef ZUN_RTP_CORE_BODYWRITER_H
 #define ZUN_RTP_CORE_BODYWRITER_H
 
-#include <bit>
 #include <cassert>
 #include <cstring>
 
+#include "Zun/Utils/BigEndian.h"
 #include "Zun/Utils/StringStorage.h"
-#include "Zun/Utils/ZunMiscInline.h"
 
 namespace zun {
 
-// Appends one subpacket to a string. It asks for `length` bytes once; where the string grants them, every
-// field is a plain store. Where it does not, fields are appended byte by byte and strings as a whole, so that
-// the string ends up holding what fits before the first failure; that append returns false. The caller must not append more
-// than `length` bytes, and the string is as long as what was appended once the writer is gone.
+// What subpackets are written to, one after the other: a string, which grows, or a block of the caller's, which does not.
+// A string is as long as what was written once its output is gone.
+class Output {
+ public:
+  explicit Output(ZunString* string) : string_(string) { TakeFromString(); }
+  Output(ZunUint8* octets, ZunSizeT capacity)
+      : string_(nullptr), origin_(octets), cursor_(octets), limit_(octets + capacity) {}
+  ~Output() { GiveToString(); }
+  Output(const Output&) = delete;
+  Output& operator=(const Output&) = delete;
+
+  // Bytes so far, those that a string held before among them.
+  ZunSizeT Size() const { return static_cast<ZunSizeT>(cursor_ - origin_); }
+  // Whether a string could not be made to hold all of a subpacket at once.
+  bool WasRefused() const { return was_refused_; }
+
+ private:
+  friend class BodyWriter;
+
+  void TakeFromString() {
+    origin_ = reinterpret_cast<ZunUint8*>(string_->buf);
+    cursor_ = origin_ + string_->size;
+    limit_ = origin_ + string_->capacity;
+  }
+  void GiveToString() {
+    if (string_ == nullptr || origin_ == nullptr) return;
+    string_->size = Size();
+    *cursor_ = 0;
+  }
+  [[gnu::cold, gnu::noinline]] bool Grow(ZunSizeT length) {
+    if (string_ == nullptr) return false;
+    GiveToString();
+    was_refused_ = !GrowStringBy(string_, length);
+    TakeFromString();
+    return !was_refused_;
+  }
+
+  ZunString* string_;  // null: a block
+  ZunUint8* origin_;   // null while a string has no storage
+  ZunUint8* cursor_;   // where the next byte goes
+  ZunUint8* limit_;    // after the last byte that there is room for
+  bool was_refused_ = false;
+};
+
+// A run of fields whose room is there.
+class FieldWriter {
+ public:
+  explicit FieldWriter(ZunUint8* octets) : next_(octets) {}
+
+  void U8(ZunUint8 value) { *next_++ = value; }
+  void U16(ZunUint16 value) { Store(value); }
+  void U24(ZunUint32 value) {
+    U8(static_cast<ZunUint8>(value >> 16 & 0xFF));
+    U16(static_cast<ZunUint16>(value & 0xFFFF));
+  }
+  void U32(ZunUint32 value) { Store(value); }
+  void U64(ZunUint64 value) { Store(value); }
+
+ private:
+  template <class Value>
+  void Store(Value value) {
+    StoreBigEndian(next_, value);
+    next_ += sizeof(value);
+  }
+
+  ZunUint8* next_;
+};
+
+// Appends one subpacket of `length` bytes to an output. Where there is room for all of it, fields are plain stores, and
+// one that would pass the length fails: a wrong length function makes a failed write, never an overflow. Where a string
+// is refused that room, fields are appended byte by byte and strings as a whole, so that it ends up holding what fits
+// before the first failure; that append returns false.
+//
+// A writer is meant to live in registers. So whatever takes one by reference is inlined, and what is not takes the
+// output instead.
 class BodyWriter {
  public:
-  BodyWriter(ZunString* b, ZunSizeT length)
-      : string_(b),
-        cursor_(ReserveStringTail(b, length) && length != 0 ? b->buf + b->size : nullptr),
-        limit_(cursor_ != nullptr ? cursor_ + length : nullptr) {}
-  ~BodyWriter() { Commit(); }
+  BodyWriter(Output& out, ZunSizeT length) : out_(out), cursor_(nullptr), limit_(nullptr) {
+    if (static_cast<ZunSizeT>(out.limit_ - out.cursor_) < length && !out.Grow(length)) return;
+    cursor_ = out.cursor_;
+    limit_ = cursor_ + length;
+  }
+  ~BodyWriter() {
+    if (cursor_ != nullptr) out_.cursor_ = cursor_;
+  }
   BodyWriter(const BodyWriter&) = delete;
   BodyWriter& operator=(const BodyWriter&) = delete;
 
-  bool U8(ZunUint8 value) {
-    if (cursor_ == nullptr) return ZunStringAppendChar(string_, static_cast<char>(value)) != nullptr;
-    char* const octet = Pass(1);
-    *octet = static_cast<char>(value);
+  // Runs of fields of kSize octets in all, which fill(FieldWriter&) writes.
+  template <ZunSizeT kSize, class Fill>
+  [[gnu::always_inline]] bool Fields(Fill fill) {
+    if (Room() < kSize) [[unlikely]] {
+      ZunUint8 octets[kSize];
+      FieldWriter f(octets);
+      fill(f);
+      return AppendEach(octets, kSize);
+    }
+    FieldWriter f(Advance(kSize));
+    fill(f);
     return true;
+  }
+  bool U8(ZunUint8 value) {
+    return Fields<1>([=](FieldWriter& f) { f.U8(value); });
   }
   bool U16(ZunUint16 value) {
-    if (cursor_ == nullptr) return ZunUint16ToBuffer(value, string_);
-    Store(ToBigEndian(value));
-    return true;
+    return Fields<2>([=](FieldWriter& f) { f.U16(value); });
   }
   bool U24(ZunUint32 value) {
-    return U8(static_cast<ZunUint8>(value >> 16)) && U16(static_cast<ZunUint16>(value & 0xFFFF));
+    return Fields<3>([=](FieldWriter& f) { f.U24(value); });
   }
   bool U32(ZunUint32 value) {
-    if (cursor_ == nullptr) return ZunUint32ToBuffer(value, string_);
-    Store(ToBigEndian(value));
+    return Fields<4>([=](FieldWriter& f) { f.U32(value); });
+  }
+  // The low `width` octets of `value`, 1 to 8.
+  [[gnu::always_inline]] bool Number(ZunUint64 value, ZunUint32 width) {
+    ZunUint8 octets[sizeof(value)];
+    const ZunUint64 leading = value << (64 - 8 * width);
+    if (Room() < sizeof(value)) {
+      StoreBigEndian(octets, leading);
+      return Octets(octets, width);
+    }
+    StoreBigEndian(cursor_, leading);  // those after the number are overwritten by what follows
+    cursor_ += width;
     return true;
   }
-  bool U64(ZunUint64 value) {
-    return U32(static_cast<ZunUint32>(value >> 32)) && U32(static_cast<ZunUint32>(value & 0xFFFFFFFF));
-  }
 
-  bool Bytes(const char* bytes, ZunSizeT count) {
-    if (cursor_ == nullptr) return ZunStringAppendCStrLen(string_, bytes, count) != nullptr;
-    char* const to = Pass(count);
-    if (count != 0) std::memcpy(to, bytes, count);
+  [[gnu::always_inline]] bool Bytes(const char* bytes, ZunSizeT count) {
+    if (Room() < count) return AppendWhole(bytes, count);
+    if (count != 0) std::memcpy(Advance(count), bytes, count);
     return true;
   }
   bool String(const ZunString& s) { return Bytes(s.buf, s.size); }
-  bool Zeros(ZunSizeT count) {
-    for (; count > 0; --count) {
-      if (!U8(0)) return false;
-    }
+  // The same as fields of one byte each.
+  [[gnu::always_inline]] bool Octets(const ZunUint8* octets, ZunSizeT count) {
+    if (Room() < count) return AppendEach(octets, count);
+    for (ZunSizeT i = 0; i < count; ++i) cursor_[i] = octets[i];
+    cursor_ += count;
     return true;
   }
-
-  // Zeros that nobody misses: one that the string has no room for is left out, and the next is tried.
-  void Padding(ZunSizeT count) {
-    for (; count > 0; --count) U8(0);
+  [[gnu::always_inline]] bool Zeros(ZunSizeT count) {
+    if (Room() >= count) return StoreZeros(count);
+    while (count > 0 && U8(0)) --count;
+    return count == 0;
+  }
+  // Zeros that nobody misses: one that there is no room for is left out, and the next is tried.
+  [[gnu::always_inline]] void OptionalZeros(ZunSizeT count) {
+    if (Room() >= count) {
+      StoreZeros(count);
+    } else {
+      for (; count > 0; --count) (void)U8(0);
+    }
   }
 
-  // The place of the next `count` bytes, which it passes and the caller fills; null where bytes are appended one by
-  // one. For runs of fields that are stored at once.
-  char* Block(ZunSizeT count) { return cursor_ == nullptr ? nullptr : Pass(count); }
+  // The place of the next `count` bytes, which are passed and which the caller fills; null where they must be appended
+  // one by one, or not at all.
+  ZunUint8* Block(ZunSizeT count) { return cursor_ == nullptr || Room() < count ? nullptr : Advance(count); }
 
-  // Bytes in the whole string so far.
-  ZunSizeT Size() const { return cursor_ == nullptr ? string_->size : static_cast<ZunSizeT>(cursor_ - string_->buf); }
+  // Bytes in the whole output so far.
+  ZunSizeT Size() const { return cursor_ == nullptr ? out_.Size() : static_cast<ZunSizeT>(cursor_ - out_.origin_); }
 
  private:
-  static ZunUint16 ToBigEndian(ZunUint16 value) {
-    if constexpr (std::endian::native == std::endian::big) return value;
-    return static_cast<ZunUint16>(value << 8 | value >> 8);
-  }
-  static ZunUint32 ToBigEndian(ZunUint32 value) {
-    if constexpr (std::endian::native == std::endian::big) return value;
-    return value << 24 | (value & 0xFF00) << 8 | (value >> 8 & 0xFF00) | value >> 24;
-  }
-  template <class Value>
-  void Store(Value value) {
-    std::memcpy(Pass(sizeof(value)), &value, sizeof(value));
-  }
-
-  // The next `count` bytes of the reservation, which the caller fills.
-  char* Pass(ZunSizeT count) {
-    assert(count <= static_cast<ZunSizeT>(limit_ - cursor_));
-    char* const octets = cursor_;
+  // Of what was reserved; 0 where bytes are appended one by one.
+  ZunSizeT Room() const { return static_cast<ZunSizeT>(limit_ - cursor_); }
+  ZunUint8* Advance(ZunSizeT count) {
+    ZunUint8* const octets = cursor_;
     cursor_ += count;
     return octets;
   }
 
-  void Commit() {
-    if (cursor_ == nullptr) return;
-    string_->size = Size();
-    *cursor_ = '\0';
+  // There are rarely more than four.
+  [[gnu::always_inline]] bool StoreZeros(ZunSizeT count) {
+    for (; count >= 4; count -= 4) StoreBigEndian(Advance(4), ZunUint32{0});
+    if ((count & 2) != 0) StoreBigEndian(Advance(2), ZunUint16{0});
+    if ((count & 1) != 0) *Advance(1) = 0;
+    return true;
   }
 
-  ZunString* string_;
-  char* cursor_;       // where the next byte goes; null when bytes are appended one by one
-  const char* limit_;  // behind the last byte that was asked for; looked at in debug builds
+  // The string that bytes are appended to one by one; null when what does not fit must fail.
+  ZunString* SlowString() const {
+    assert(cursor_ == nullptr && "more is written than the length function said");
+    return cursor_ == nullptr ? out_.string_ : nullptr;
+  }
+  [[gnu::always_inline]] bool AppendWhole(const char* bytes, ZunSizeT count) {
+    return AppendWhole(out_, SlowString(), bytes, count);
+  }
+  [[gnu::always_inline]] bool AppendEach(const ZunUint8* octets, ZunSizeT count) {
+    return AppendEach(out_, SlowString(), octets, count);
+  }
+  [[gnu::cold, gnu::noinline]] static bool AppendWhole(Output& out, ZunString* s, const char* bytes, ZunSizeT count) {
+    if (s == nullptr) return false;
+    const bool appended = ZunStringAppendCStrLen(s, bytes, count) != nullptr;
+    out.TakeFromString();
+    return appended;
+  }
+  [[gnu::cold, gnu::noinline]] static bool AppendEach(Output& out, ZunString* s, const ZunUint8* octets,
+                                                      ZunSizeT count) {
+    if (s == nullptr) return false;
+    ZunSizeT i = 0;
+    while (i < count && ZunStringAppendChar(s, static_cast<char>(octets[i])) != nullptr) ++i;
+    out.TakeFromString();
+    return i == count;
+  }
+
+  Output& out_;
+  ZunUint8* cursor_;  // where the next byte goes; null when bytes are appended one by one
+  ZunUint8* limit_;   // after the last byte of the subpacket
 };
 
 }  // namespace zun

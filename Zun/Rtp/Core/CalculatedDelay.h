@@ -20,23 +20,24 @@ ZunUint32 CurrentDelay(const Report& p) {
 }
 
 template <class Report>
-void StoreDelay(Report* p, ZunUint32 delay) {
+bool StoreDelay(Report* p, ZunUint32 delay) {
   p->u.delay = delay;
   p->calculate_delay = 0;
+  return true;
 }
 
 template <class Report>
-void StoreTimestampTime(Report* p, ZunTime timestamp_time) {
+bool StoreTimestampTime(Report* p, ZunTime timestamp_time) {
   p->u.timestamp_time = timestamp_time;
   p->calculate_delay = 1;
+  return true;
 }
 
 // What is read is stored over the union, so no delay may be computed from it any more, whatever fails later.
 template <class Report>
 bool ReadDelay(BodyReader& r, Report* p) {
-  if (!r.U32(&p->u.delay)) return false;
-  p->calculate_delay = 0;
-  return true;
+  ZunUint32 delay;
+  return r.U32(&delay) && StoreDelay(p, delay);
 }
 
 }  // namespace zun

@@ -1,8 +1,9 @@
-// Reading the lists of fixed-size entries that many subpackets hold.
+// Reading and writing the lists of fixed-size entries that many subpackets hold.
 #ifndef ZUN_RTP_CORE_ENTRYLIST_H
 #define ZUN_RTP_CORE_ENTRYLIST_H
 
 #include "Zun/Rtp/Core/BodyReader.h"
+#include "Zun/Rtp/Core/BodyWriter.h"
 #include "Zun/Rtp/ZunRtpHeader.h"
 #include "Zun/Utils/VectorAlgorithms.h"
 
@@ -23,24 +24,45 @@ ZunSizeT ReserveEntries(typename Algorithms::Vector* list, ZunSizeT count) {
 template <ZunSizeT kEntrySize, class Algorithms, class Decode>
 bool ReadCountedEntries(BodyReader& r, typename Algorithms::Vector* list, ZunSizeT count, Decode decode) {
   Algorithms::Clear(list);  // so that growth copies nothing
-  const ZunSizeT whole = r.Readable() / kEntrySize;
+  const ZunSizeT whole = r.ReadableBytes() / kEntrySize;
   const ZunSizeT held = whole < count ? whole : count;
   const ZunSizeT room = ReserveEntries<Algorithms>(list, held);
   const ZunUint8* octets = room == 0 ? nullptr : r.Take(room * kEntrySize);
   typename Algorithms::E* entry = list->begin;
   for (ZunSizeT i = 0; i < room; ++i, octets += kEntrySize) decode(octets, entry++);
   list->end = entry;
-  if (room < held) r.Skip(kEntrySize);
+  if (room < held) r.SkipReadable(kEntrySize);
   return room == count;
 }
 
 // The same with all entries up to the end. A remainder makes the read fail; the whole entries in front of it are kept.
 template <ZunSizeT kEntrySize, class Algorithms, class Decode>
 bool ReadEntries(BodyReader& r, typename Algorithms::Vector* list, Decode decode) {
-  return ReadCountedEntries<kEntrySize, Algorithms>(r, list, r.Readable() / kEntrySize, decode) && r.AtEnd();
+  return ReadCountedEntries<kEntrySize, Algorithms>(r, list, r.ReadableBytes() / kEntrySize, decode) && r.AtEnd();
 }
 
+// Writes every element of `list` as the kEntrySize octets that encode(entry, octets) stores.
+template <ZunSizeT kEntrySize, class Vector, class Encode>
+[[gnu::always_inline]] inline bool WriteEntries(BodyWriter& w, const Vector& list, Encode encode) {
+  const auto* entry = list.begin;
+  const auto* const last = list.end;
+  const ZunSizeT count = static_cast<ZunSizeT>(last - entry);
+  if (ZunUint8* octets = w.Block(count * kEntrySize)) {
+    for (; entry != last; ++entry, octets += kEntrySize) encode(*entry, octets);
+    return true;
+  }
+  for (; entry != last; ++entry) {
+    ZunUint8 one[kEntrySize];
+    encode(*entry, one);
+    if (!w.Octets(one, kEntrySize)) return false;
+  }
+  return true;
+}
+
+// A list of SSRCs.
+inline constexpr ZunSizeT kSourceIdSize = 4;
 inline void DecodeSourceId(const ZunUint8* octets, ZunRtpSourceId* source) { *source = ZunUint32FromOctets(octets); }
+inline void EncodeSourceId(ZunRtpSourceId source, ZunUint8* octets) { StoreBigEndian(octets, source); }
 
 }  // namespace zun
 

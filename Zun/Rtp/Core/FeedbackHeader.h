@@ -14,32 +14,45 @@
 #define ZUN_RTP_CORE_FEEDBACKHEADER_H
 
 #include "Zun/Rtp/Core/BodyReader.h"
+#include "Zun/Rtp/Core/Identity.h"
 #include "Zun/Rtp/Core/SubpacketHeader.h"
-#include "Zun/Rtp/ZunRtpHeader.h"
 
 namespace zun {
 
 inline constexpr ZunSizeT kFeedbackHeaderSize = 12;
 inline constexpr ZunInt32 kMaxFeedbackMessageType = 31;
 
-// Every feedback kind begins with these four fields.
-template <class Kind>
-void SetFeedbackHead(Kind* p, ZunRtcpSubpacketType type, ZunInt32 fmt, ZunRtpSourceId sender, ZunRtpSourceId source) {
-  p->type = type;
-  p->fmt = fmt;
-  p->sender = sender;
-  p->source = source;
-}
-
 template <class Kind>
 bool ReadFeedbackSources(BodyReader& r, Kind* p) {
-  return r.U32(&p->sender) && r.U32(&p->source);
+  return r.Fields<8>([p](auto& f) { return f.U32(&p->sender) && f.U32(&p->source); });
 }
 
-// The common header with the FMT in its count field, and both SSRCs; `length` counts from the header on.
-inline bool WriteFeedbackHeader(BodyWriter& w, bool pad, ZunInt32 fmt, ZunRtcpSubpacketType type, ZunSizeT length,
-                                ZunRtpSourceId sender, ZunRtpSourceId source) {
-  return WriteSubpacketHeader(w, pad, static_cast<ZunUint8>(fmt), type, length) && w.U32(sender) && w.U32(source);
+inline ZunUint32 FeedbackHeaderWord(bool pad, const FeedbackIdentity& identity, ZunSizeT length) {
+  return SubpacketHeaderWord(pad, static_cast<ZunUint8>(identity.fmt), identity.type, length);
+}
+
+// The head of a message of `length` bytes: the common header with the FMT in its count field, and both SSRCs. The
+// numbers are those of the kind, whatever the object says of itself.
+template <class Kind>
+[[gnu::always_inline]] inline bool WriteFeedbackHeader(BodyWriter& w, bool pad, const FeedbackIdentity& identity,
+                                                       const Kind& p, ZunSizeT length) {
+  return w.Fields<kFeedbackHeaderSize>([&](FieldWriter& f) {
+    f.U32(FeedbackHeaderWord(pad, identity, length));
+    f.U32(p.sender);
+    f.U32(p.source);
+  });
+}
+
+// The same of a request that names the media senders in its entries.
+template <class Kind>
+[[gnu::always_inline]] inline bool WriteFeedbackHeaderWithoutSource(BodyWriter& w, bool pad,
+                                                                    const FeedbackIdentity& identity, const Kind& p,
+                                                                    ZunSizeT length) {
+  return w.Fields<kFeedbackHeaderSize>([&](FieldWriter& f) {
+    f.U32(FeedbackHeaderWord(pad, identity, length));
+    f.U32(p.sender);
+    f.U32(0);
+  });
 }
 
 }  // namespace zun

@@ -6,8 +6,8 @@
 
 namespace zun {
 
-// How many bytes lack behind `size` bytes to the next multiple of 4; 0 to 3.
-constexpr ZunSizeT PaddingBehind(ZunSizeT size) { return (0 - size) & 3; }
+// How many bytes `size` bytes lack to the next multiple of 4; 0 to 3.
+constexpr ZunSizeT PaddingAfter(ZunSizeT size) { return (0 - size) & 3; }
 
 }  // namespace zun
 

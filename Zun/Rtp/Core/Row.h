@@ -1,10 +1,14 @@
-// The generator of table rows: it makes a kind's eight operations of its public functions and its wire form.
+// The generator of table rows: it makes a kind's operations of its public functions and its wire form.
 #ifndef ZUN_RTP_CORE_ROW_H
 #define ZUN_RTP_CORE_ROW_H
 
+#include <cassert>
+
 #include "Zun/Rtp/Core/BodyReader.h"
+#include "Zun/Rtp/Core/Identity.h"
+#include "Zun/Rtp/Core/RtcpSubpacketFunctions.h"
 #include "Zun/Rtp/Core/SubpacketHeader.h"
-#include "Zun/Rtp/Core/ZunRtcpRow.h"
+#include "Zun/Utils/Owned.h"
 
 namespace zun {
 
@@ -30,8 +34,10 @@ const ZunRtcpSubpacket* AsSubpacket(const Kind* p) {
 
 // Wire gives the kind's wire form:
 //   static ZunSizeT Length(const Kind& p);                               bytes, header included
-//   static bool Write(const Kind& p, ZunString* b, bool pad);            appends header and body
-//   static bool Read(Kind* p, BodyReader& r, SubpacketHeader header);    reads the body
+//   static bool Write(const Kind& p, Output& out, bool pad);             appends header and body
+//   static bool Read(Kind* p, BodyReader& r, const Body& body);          reads the body
+// where what is written may differ in length from what Length says (docs/wire-differences.md lists all of them):
+//   static bool HasExactLength(const Kind& p, ZunSizeT begin);           when it begins at byte `begin` of its output
 // and, where copying with another allocator does more than construct and assign:
 //   static Kind* CopyWithAllocator(Kind* p, const Kind* o, ZunAllocator* a);
 template <class Kind, class Wire, Kind* (*ConstructDefault)(Kind*, ZunAllocator*),
@@ -50,24 +56,48 @@ struct Row {
     }
   }
 
-  static ZunBool AssignFromBuffer(Kind* p, const ZunString* b, ZunSizeT begin, ZunSizeT end, SubpacketHeader header) {
-    BodyReader r(b, begin, end);
-    return Wire::Read(p, r, header);
+  static bool AssignFromBody(Kind* p, const Body& body) {
+    BodyReader r(body);
+    return Wire::Read(p, r, body);
   }
 
-  static ZunBool ConstructFromBuffer(Kind* p, const ZunString* b, ZunSizeT begin, ZunSizeT end, SubpacketHeader header,
-                                     ZunAllocator* a) {
-    return ConstructDefault(p, a) != nullptr && AssignFromBuffer(p, b, begin, end, header);
+  // In debug builds a message that was written without a refusal must be as long as its length function says.
+  static bool Write(const Kind& p, Output& out, bool pad) {
+#ifdef NDEBUG
+    return Wire::Write(p, out, pad);
+#else
+    const ZunSizeT begin = out.Size();
+    const bool written = Wire::Write(p, out, pad);
+    assert(!written || out.WasRefused() || !HasExactLength(p, begin) || out.Size() - begin == Wire::Length(p));
+    return written;
+#endif
+  }
+
+ private:
+  static bool HasExactLength(const Kind& p, ZunSizeT begin) {
+    if constexpr (requires { Wire::HasExactLength(p, begin); }) return Wire::HasExactLength(p, begin);
+    return true;
   }
 };
 
 }  // namespace zun
 
 #define ZUN_RTCP_ROW_DEFINE(Kind, Wire)                                                                               \
+  ZUN_RTCP_ROW_INTERNALS_DECLARE(Kind)                                                                                \
   namespace zun {                                                                                                     \
   using RowOf##Kind =                                                                                                 \
       Row<Kind, Wire, Kind##ConstructDefault, Kind##ConstructCopy, Kind##Assign, Kind##Destruct, Kind##GetAllocator>; \
+  bool Kind##AssignFromBody(ZunRtcpSubpacket* p, const Body& body) {                                                  \
+    return RowOf##Kind::AssignFromBody(As<Kind>(p), body);                                                            \
   }                                                                                                                   \
+  bool Kind##ConstructFromBody(ZunRtcpSubpacket* p, const Body& body, ZunAllocator* a) {                              \
+    return Kind##ConstructDefault(As<Kind>(p), a) != nullptr && Kind##AssignFromBody(p, body);                        \
+  }                                                                                                                   \
+  bool Kind##Write(const ZunRtcpSubpacket* p, Output& out, bool pad) {                                                \
+    return RowOf##Kind::Write(*As<Kind>(p), out, pad);                                                                \
+  }                                                                                                                   \
+  }                                                                                                                   \
+  ZUN_RTCP_ROW_DEFINE_BUFFER_OPERATIONS(Kind)                                                                         \
   ZunRtcpSubpacket* Kind##ConstructCopyAllocator(ZunRtcpSubpacket* p, const ZunRtcpSubpacket* o, ZunAllocator* a) {   \
     return zun::AsSubpacket(zun::RowOf##Kind::CopyWithAllocator(zun::As<Kind>(p), zun::As<Kind>(o), a));              \
   }                                                                                                                   \
@@ -76,17 +106,35 @@ struct Row {
     return zun::AsSubpacket(Kind##Assign(zun::As<Kind>(p), zun::As<Kind>(o)));                                        \
   }                                                                                                                   \
   ZunAllocator* Kind##GetAllocatorWrap(ZunRtcpSubpacket* p) { return Kind##GetAllocator(zun::As<Kind>(p)); }          \
-  ZunBool Kind##WritePacket(const ZunRtcpSubpacket* p, ZunString* b, ZunBool pad) {                                   \
-    return Wire::Write(*zun::As<Kind>(p), b, pad != 0);                                                               \
-  }                                                                                                                   \
-  ZunSizeT Kind##GetPacketLength(const ZunRtcpSubpacket* p) { return Wire::Length(*zun::As<Kind>(p)); }               \
-  ZunBool Kind##ConstructFromBuffer(ZunRtcpSubpacket* p, const ZunString* b, ZunSizeT begin, ZunSizeT end,            \
-                                    ZunRtcpSubpacketType pt, ZunUint8 count, ZunAllocator* a) {                       \
-    return zun::RowOf##Kind::ConstructFromBuffer(zun::As<Kind>(p), b, begin, end, {pt, count}, a);                    \
-  }                                                                                                                   \
-  ZunBool Kind##AssignFromBuffer(ZunRtcpSubpacket* p, const ZunString* b, ZunSizeT begin, ZunSizeT end,               \
-                                 ZunRtcpSubpacketType pt, ZunUint8 count) {                                           \
-    return zun::RowOf##Kind::AssignFromBuffer(zun::As<Kind>(p), b, begin, end, {pt, count});                          \
+  ZunSizeT Kind##GetPacketLength(const ZunRtcpSubpacket* p) { return Wire::Length(*zun::As<Kind>(p)); }
+
+// The three operations of a row that read or write strings.
+#define ZUN_RTCP_ROW_DEFINE_BUFFER_OPERATIONS(Kind)                                                        \
+  ZunBool Kind##WritePacket(const ZunRtcpSubpacket* p, ZunString* b, ZunBool pad) {                        \
+    zun::Output out(b);                                                                                    \
+    return zun::Kind##Write(p, out, pad != 0);                                                             \
+  }                                                                                                        \
+  ZunBool Kind##ConstructFromBuffer(ZunRtcpSubpacket* p, const ZunString* b, ZunSizeT begin, ZunSizeT end, \
+                                    ZunRtcpSubpacketType pt, ZunUint8 count, ZunAllocator* a) {            \
+    return zun::Kind##ConstructFromBody(p, zun::BodyIn(b, begin, end, {pt, count}), a);                    \
+  }                                                                                                        \
+  ZunBool Kind##AssignFromBuffer(ZunRtcpSubpacket* p, const ZunString* b, ZunSizeT begin, ZunSizeT end,    \
+                                 ZunRtcpSubpacketType pt, ZunUint8 count) {                                \
+    return zun::Kind##AssignFromBody(p, zun::BodyIn(b, begin, end, {pt, count}));                          \
   }
+
+// Copy, assignment and end of a kind: of one that owns memory through the fields named,
+//   ZUN_RTCP_OWNING_KIND_DEFINE(ZunRtcpBye, kIdentity, &ZunRtcpBye::sources, &ZunRtcpBye::reason)
+// and of one that owns none. What is copied to is marked as that kind, whatever the source says of itself.
+#define ZUN_RTCP_OWNING_KIND_DEFINE(Kind, identity, ...)                                                      \
+  Kind* Kind##ConstructCopy(Kind* p, const Kind* o) {                                                         \
+    return identity.Mark(zun::Owned<__VA_ARGS__>::ConstructCopy(p, o));                                       \
+  }                                                                                                           \
+  Kind* Kind##Assign(Kind* p, const Kind* o) { return identity.Mark(zun::Owned<__VA_ARGS__>::Assign(p, o)); } \
+  void Kind##Destruct(Kind* p) { zun::Owned<__VA_ARGS__>::Destruct(p); }
+
+#define ZUN_RTCP_PLAIN_KIND_DEFINE(Kind) \
+  ZUN_PLAIN_DEFINE(Kind)                 \
+  ZunAllocator* Kind##GetAllocator(Kind*) { return nullptr; }
 
 #endif

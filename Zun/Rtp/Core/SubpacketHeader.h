@@ -15,19 +15,16 @@ namespace zun {
 
 inline constexpr ZunSizeT kSubpacketHeaderSize = 4;
 
-// What a reader is told of the header in front of its body.
-struct SubpacketHeader {
-  ZunRtcpSubpacketType type;
-  ZunUint8 count;
-};
-
-// Appends the header of a subpacket of `length` bytes, header included. A count above 31 is not masked: it
-// spills into the padding and version bits, as peers of this library have always seen it do. A length of 0
-// gives the length field 0xFFFF.
-inline bool WriteSubpacketHeader(BodyWriter& w, bool pad, ZunUint8 count, ZunRtcpSubpacketType type, ZunSizeT length) {
+// The header of a subpacket of `length` bytes, header included. A count above 31 is not masked: it spills into the
+// padding and version bits, as peers of this library have always seen it do. A length of 0 gives the length field 0xFFFF.
+inline ZunUint32 SubpacketHeaderWord(bool pad, ZunUint8 count, ZunRtcpSubpacketType type, ZunSizeT length) {
   const ZunUint32 first = 0x80U | (pad ? 0x20U : 0U) | count;
   const ZunUint32 words = static_cast<ZunUint32>(length >> 2) - 1;
-  return w.U32(first << 24 | (static_cast<ZunUint32>(type) & 0xFF) << 16 | (words & 0xFFFF));
+  return first << 24 | (static_cast<ZunUint32>(type) & 0xFF) << 16 | (words & 0xFFFF);
+}
+
+inline bool WriteSubpacketHeader(BodyWriter& w, bool pad, ZunUint8 count, ZunRtcpSubpacketType type, ZunSizeT length) {
+  return w.U32(SubpacketHeaderWord(pad, count, type, length));
 }
 
 }  // namespace zun

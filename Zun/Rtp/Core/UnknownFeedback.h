@@ -1,35 +1,55 @@
-// The wire form of feedback that is kept as raw FCI bytes: the unknown kind of each of the three envelopes.
+// Feedback that is kept as raw FCI bytes: the unknown kind of each of the three envelopes.
 #ifndef ZUN_RTP_CORE_UNKNOWNFEEDBACK_H
 #define ZUN_RTP_CORE_UNKNOWNFEEDBACK_H
 
+#include "Zun/Os/Log.h"
 #include "Zun/Rtp/Core/FeedbackHeader.h"
-#include "Zun/Rtp/Core/OwnedMember.h"
-#include "Zun/Utils/ZunString.h"
+#include "Zun/Rtp/Core/Row.h"
 
 namespace zun {
 
-// Kind has the four fields of every feedback kind and the string `data`. SetRead(p, header) stores what a
-// successful read tells beyond them.
-template <class Kind, ZunRtcpSubpacketType kType, void (*SetRead)(Kind* p, SubpacketHeader header)>
+// Kind has the four fields of every feedback kind and the string `data`. MarkRead(p, header) says what kind a
+// successful read makes of p.
+template <class Kind, ZunRtcpSubpacketType kType, void (*MarkRead)(Kind* p, SubpacketHeader header)>
 struct UnknownFeedbackWire {
   static ZunSizeT Length(const Kind& p) { return kFeedbackHeaderSize + p.data.size; }
 
-  static bool Write(const Kind& p, ZunString* b, bool pad) {
+  // Under the number that the object says.
+  static bool Write(const Kind& p, Output& out, bool pad) {
     const ZunSizeT length = Length(p);
-    BodyWriter w(b, length);
-    return WriteFeedbackHeader(w, pad, p.fmt, kType, length, p.sender, p.source) && w.String(p.data);
+    BodyWriter w(out, length);
+    return WriteFeedbackHeader(w, pad, FeedbackIdentity{kType, p.fmt}, p, length) && w.String(p.data);
   }
 
   // The FCI is taken as it is: neither its length nor the feedback message type is checked.
-  static bool Read(Kind* p, BodyReader& r, SubpacketHeader header) {
-    if (!ReadFeedbackSources(r, p) || !r.Rest(&p->data)) return false;
-    SetRead(p, header);
+  static bool Read(Kind* p, BodyReader& r, const Body& body) {
+    if (!ReadFeedbackSources(r, p) || !r.StringToEnd(&p->data)) return false;
+    MarkRead(p, body.header);
     return true;
   }
 };
 
-template <class Kind>
-using OwnedData = OwnedMember<&Kind::data, ZunStringConstructCopy, ZunStringAssign>;
+// Data is kept in whole words. The message is logged as an error.
+inline bool CheckWholeWords(const ZunString* data, ZunLogCategory category, const char* function, const char* message) {
+  if (data->size % 4 == 0) return true;
+  ZUN_LOG_ERROR_(category, function, message);
+  return false;
+}
+
+inline bool CheckFeedbackType(ZunInt32 fmt, ZunLogCategory category, const char* function, const char* message) {
+  if (fmt >= 0 && fmt <= kMaxFeedbackMessageType) return true;
+  ZUN_LOG_ERROR_(category, function, message);
+  return false;
+}
+
+// Constructs an unknown message around a copy of the data. Null when it cannot be copied.
+template <class Kind, class Identity>
+Kind* ConstructUnknownFeedback(Kind* p, const Identity& identity, ZunRtpSourceId sender, ZunRtpSourceId source,
+                               const ZunString* data, ZunAllocator* a) {
+  if (ZunStringConstructSubstring(&p->data, data, 0, data->size, a) == nullptr) return nullptr;
+  SetFeedbackHead(p, identity, sender, source);
+  return p;
+}
 
 }  // namespace zun
 

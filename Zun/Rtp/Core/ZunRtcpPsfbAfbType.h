@@ -2,7 +2,7 @@
 #ifndef ZUN_RTP_CORE_ZUNRTCPPSFBAFBTYPE_H
 #define ZUN_RTP_CORE_ZUNRTCPPSFBAFBTYPE_H
 
-#include "Zun/Utils/ZunTypes.h"
+#include "Zun/Rtp/Core/ZunRtcpSubpacketType.h"
 
 ZUN_EXTERN_C_BEGIN
 
@@ -22,9 +22,22 @@ enum {
   ZUN_RTCPPSFBAFB_TYPE_REMB = 65537 /* receiver estimated maximum bitrate */
 };
 
-/* True unless `t` is 1 to 5 or 65537. */
-ZUN_INLINE ZunBool ZunRtcpPsfbAfbTypeIsUnknown(ZunRtcpPsfbAfbType t) {
-  return (t < ZUN_RTCPPSFBAFB_TYPE_ABAFB || t > ZUN_RTCPPSFBAFB_TYPE_LIR) && t != ZUN_RTCPPSFBAFB_TYPE_REMB;
+/*
+ * The messages that the library models, a row each: X(value, type of the object, member of ZunRtcpPsfbAfb, its getter).
+ * House messages and those of others have a table each.
+ */
+#define ZUN_RTCPPSFBAFB_HOUSE_KINDS(X)                                                      \
+  X(ZUN_RTCPPSFBAFB_TYPE_ABAFB, ZunRtcpPsfbAfbAbafb, abafb, ZunRtcpPsfbAfbGetAbafb)         \
+  X(ZUN_RTCPPSFBAFB_TYPE_ALBR, ZunRtcpPsfbAfbAlbr, albr, ZunRtcpPsfbAfbGetAlbr)             \
+  X(ZUN_RTCPPSFBAFB_TYPE_SHOW, ZunRtcpPsfbAfbShow, show, ZunRtcpPsfbAfbGetShow)             \
+  X(ZUN_RTCPPSFBAFB_TYPE_SHOWACK, ZunRtcpPsfbAfbShowAck, showAck, ZunRtcpPsfbAfbGetShowAck) \
+  X(ZUN_RTCPPSFBAFB_TYPE_LIR, ZunRtcpPsfbAfbLir, lir, ZunRtcpPsfbAfbGetLir)
+#define ZUN_RTCPPSFBAFB_FOREIGN_KINDS(X) X(ZUN_RTCPPSFBAFB_TYPE_REMB, ZunRtcpPsfbAfbRemb, remb, ZunRtcpPsfbAfbGetRemb)
+#define ZUN_RTCPPSFBAFB_KINDS(X) ZUN_RTCPPSFBAFB_HOUSE_KINDS(X) ZUN_RTCPPSFBAFB_FOREIGN_KINDS(X)
+
+/* True unless `t` is the value of a row above. */
+ZUN_INLINE_CONSTANT ZunBool ZunRtcpPsfbAfbTypeIsUnknown(ZunRtcpPsfbAfbType t) {
+  return !(0 ZUN_RTCPPSFBAFB_KINDS(ZUN_RTCP_OR_EQUALS_));
 }
 
 ZUN_EXTERN_C_END

@@ -2,7 +2,7 @@
 #ifndef ZUN_RTP_CORE_ZUNRTCPPSFBTYPE_H
 #define ZUN_RTP_CORE_ZUNRTCPPSFBTYPE_H
 
-#include "Zun/Utils/ZunTypes.h"
+#include "Zun/Rtp/Core/ZunRtcpSubpacketType.h"
 
 ZUN_EXTERN_C_BEGIN
 
@@ -19,9 +19,19 @@ enum {
   ZUN_RTCPPSFB_TYPE_AFB = 15     /* application-layer feedback */
 };
 
-/* True unless `t` is 1 to 6 or 15. */
-ZUN_INLINE ZunBool ZunRtcpPsfbTypeIsUnknown(ZunRtcpPsfbType t) {
-  return (t < ZUN_RTCPPSFB_TYPE_PLI || t > ZUN_RTCPPSFB_TYPE_TSTA) && t != ZUN_RTCPPSFB_TYPE_AFB;
+/* The messages that the library models, a row each: X(value, type of the object, member of ZunRtcpPsfb, its getter). */
+#define ZUN_RTCPPSFB_KINDS(X)                                          \
+  X(ZUN_RTCPPSFB_TYPE_PLI, ZunRtcpPsfbPli, pli, ZunRtcpPsfbGetPli)     \
+  X(ZUN_RTCPPSFB_TYPE_SLI, ZunRtcpPsfbSli, sli, ZunRtcpPsfbGetSli)     \
+  X(ZUN_RTCPPSFB_TYPE_RPSI, ZunRtcpPsfbRpsi, rpsi, ZunRtcpPsfbGetRpsi) \
+  X(ZUN_RTCPPSFB_TYPE_FIR, ZunRtcpPsfbFir, fir, ZunRtcpPsfbGetFir)     \
+  X(ZUN_RTCPPSFB_TYPE_TSTR, ZunRtcpPsfbTstr, tstr, ZunRtcpPsfbGetTstr) \
+  X(ZUN_RTCPPSFB_TYPE_TSTA, ZunRtcpPsfbTsta, tsta, ZunRtcpPsfbGetTsta) \
+  X(ZUN_RTCPPSFB_TYPE_AFB, ZunRtcpPsfbAfb, afb, ZunRtcpPsfbGetAfb)
+
+/* True unless `t` is the value of a row above. */
+ZUN_INLINE_CONSTANT ZunBool ZunRtcpPsfbTypeIsUnknown(ZunRtcpPsfbType t) {
+  return !(0 ZUN_RTCPPSFB_KINDS(ZUN_RTCP_OR_EQUALS_));
 }
 
 ZUN_EXTERN_C_END

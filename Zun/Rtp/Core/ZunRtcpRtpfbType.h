@@ -2,7 +2,7 @@
 #ifndef ZUN_RTP_CORE_ZUNRTCPRTPFBTYPE_H
 #define ZUN_RTP_CORE_ZUNRTCPRTPFBTYPE_H
 
-#include "Zun/Utils/ZunTypes.h"
+#include "Zun/Rtp/Core/ZunRtcpSubpacketType.h"
 
 ZUN_EXTERN_C_BEGIN
 
@@ -22,10 +22,18 @@ enum {
   ZUN_RTCPRTPFB_TYPE_ABAFB = 30        /* bandwidth report */
 };
 
-/* True unless `t` is one of the message types above other than 0. */
-ZUN_INLINE ZunBool ZunRtcpRtpfbFeedbackMessageIsUnknown(ZunRtcpRtpfbType t) {
-  return t != ZUN_RTCPRTPFB_TYPE_NACK && t != ZUN_RTCPRTPFB_TYPE_TMMBR && t != ZUN_RTCPRTPFB_TYPE_TMMBN &&
-         t != ZUN_RTCPRTPFB_TYPE_CCFB && t != ZUN_RTCPRTPFB_TYPE_TransportCC && t != ZUN_RTCPRTPFB_TYPE_ABAFB;
+/* The messages that the library models, a row each: X(value, type of the object, member of ZunRtcpRtpfb, its getter). */
+#define ZUN_RTCPRTPFB_KINDS(X)                                                                        \
+  X(ZUN_RTCPRTPFB_TYPE_NACK, ZunRtcpRtpfbNack, nack, ZunRtcpRtpfbGetNack)                             \
+  X(ZUN_RTCPRTPFB_TYPE_TMMBR, ZunRtcpRtpfbTmmbr, tmmbr, ZunRtcpRtpfbGetTmmbr)                         \
+  X(ZUN_RTCPRTPFB_TYPE_TMMBN, ZunRtcpRtpfbTmmbn, tmmbn, ZunRtcpRtpfbGetTmmbn)                         \
+  X(ZUN_RTCPRTPFB_TYPE_CCFB, ZunRtcpRtpfbCcfb, ccfb, ZunRtcpRtpfbGetCcfb)                             \
+  X(ZUN_RTCPRTPFB_TYPE_TransportCC, ZunRtcpRtpfbTransportCc, transportCc, ZunRtcpRtpfbGetTransportCc) \
+  X(ZUN_RTCPRTPFB_TYPE_ABAFB, ZunRtcpRtpfbAbafb, abafb, ZunRtcpRtpfbGetAbafb)
+
+/* True unless `t` is the value of a row above. */
+ZUN_INLINE_CONSTANT ZunBool ZunRtcpRtpfbFeedbackMessageIsUnknown(ZunRtcpRtpfbType t) {
+  return !(0 ZUN_RTCPRTPFB_KINDS(ZUN_RTCP_OR_EQUALS_));
 }
 
 ZUN_EXTERN_C_END

@@ -6,7 +6,10 @@
 
 ZUN_EXTERN_C_BEGIN
 
-/* A packet type. Any value may be stored; one outside 200 to 206 is an unknown type. */
+/* In a list of kinds: "or t is the value of this row". */
+#define ZUN_RTCP_OR_EQUALS_(value, Kind, member, Getter) || t == (value)
+
+/* A packet type. Any value may be stored; one without a row below is an unknown type. */
 typedef ZunInt32 ZunRtcpSubpacketType;
 enum {
   ZUN_RTCPSUBPACKET_TYPE_Unknown = 0, /* of a default-constructed unknown subpacket */
@@ -19,9 +22,22 @@ enum {
   ZUN_RTCPSUBPACKET_TYPE_PSFB = 206   /* payload-specific feedback */
 };
 
-/* True unless 200 <= t <= 206. */
-ZUN_INLINE ZunBool ZunRtcpSubpacketTypeIsUnknown(ZunRtcpSubpacketType t) {
-  return t < ZUN_RTCPSUBPACKET_TYPE_SR || t > ZUN_RTCPSUBPACKET_TYPE_PSFB;
+/*
+ * The types that the library models, a row each: X(value, type of the object, member of ZunRtcpSubpacket, its getter).
+ * The dispatch table, the predicate below and whatever else runs over all types are made of these rows.
+ */
+#define ZUN_RTCPSUBPACKET_KINDS(X)                                               \
+  X(ZUN_RTCPSUBPACKET_TYPE_SR, ZunRtcpSr, sr, ZunRtcpSubpacketGetSr)             \
+  X(ZUN_RTCPSUBPACKET_TYPE_RR, ZunRtcpRr, rr, ZunRtcpSubpacketGetRr)             \
+  X(ZUN_RTCPSUBPACKET_TYPE_SDES, ZunRtcpSdes, sdes, ZunRtcpSubpacketGetSdes)     \
+  X(ZUN_RTCPSUBPACKET_TYPE_BYE, ZunRtcpBye, bye, ZunRtcpSubpacketGetBye)         \
+  X(ZUN_RTCPSUBPACKET_TYPE_APP, ZunRtcpApp, app, ZunRtcpSubpacketGetApp)         \
+  X(ZUN_RTCPSUBPACKET_TYPE_RTPFB, ZunRtcpRtpfb, rtpfb, ZunRtcpSubpacketGetRtpfb) \
+  X(ZUN_RTCPSUBPACKET_TYPE_PSFB, ZunRtcpPsfb, psfb, ZunRtcpSubpacketGetPsfb)
+
+/* True unless `t` is the value of a row above. */
+ZUN_INLINE_CONSTANT ZunBool ZunRtcpSubpacketTypeIsUnknown(ZunRtcpSubpacketType t) {
+  return !(0 ZUN_RTCPSUBPACKET_KINDS(ZUN_RTCP_OR_EQUALS_));
 }
 
 ZUN_EXTERN_C_END

@@ -2,39 +2,23 @@
 
 #include "Zun/Rtp/Core/Envelope.h"
 
+ZUN_RTCPPSFB_KINDS(ZUN_RTCP_LISTED_ROW_INTERNALS_DECLARE)
+ZUN_RTCP_ROW_INTERNALS_DECLARE(ZunRtcpPsfbUnknown)
+
 namespace {
 
+#define ROW(value, Kind, member, Getter) \
+  zun::CheckedRow<ZunRtcpPsfb, ZunRtcpPsfbUnknown, Kind>(&ZunRtcpPsfb::member, Getter, ZUN_RTCP_ROW(value, Kind)),
+constexpr zun::Table<ZUN_RTCPPSFB_TYPE_PLI, ZUN_RTCPPSFB_TYPE_AFB> psfb_table = {ZUN_RTCPPSFB_KINDS(ROW)};
 constexpr RtcpSubpacketFunctions unknown_psfb_funcs = ZUN_RTCP_ROW(ZUN_RTCPPSFB_TYPE_Unknown, ZunRtcpPsfbUnknown);
 
-// Indexed by FMT - 1.
-constexpr RtcpSubpacketFunctions psfb_table[] = {
-    ZUN_RTCP_ROW(ZUN_RTCPPSFB_TYPE_PLI, ZunRtcpPsfbPli),
-    ZUN_RTCP_ROW(ZUN_RTCPPSFB_TYPE_SLI, ZunRtcpPsfbSli),
-    ZUN_RTCP_ROW(ZUN_RTCPPSFB_TYPE_RPSI, ZunRtcpPsfbRpsi),
-    ZUN_RTCP_ROW(ZUN_RTCPPSFB_TYPE_FIR, ZunRtcpPsfbFir),
-    ZUN_RTCP_ROW(ZUN_RTCPPSFB_TYPE_TSTR, ZunRtcpPsfbTstr),
-    ZUN_RTCP_ROW(ZUN_RTCPPSFB_TYPE_TSTA, ZunRtcpPsfbTsta),
-    // 7 to 14 are not modelled.
-    {},
-    {},
-    {},
-    {},
-    {},
-    {},
-    {},
-    {},
-    ZUN_RTCP_ROW(ZUN_RTCPPSFB_TYPE_AFB, ZunRtcpPsfbAfb),
-};
+static_assert(zun::PredicateAgrees([](ZunInt32 fmt) { return psfb_table.Has(fmt); }, ZunRtcpPsfbTypeIsUnknown, -1,
+                                   256));
 
 struct PsfbLevel {
-  static ZunInt32 ValueOf(const ZunRtcpSubpacket* p) {
-    return ZunRtcpPsfbGetFeedbackMessageType(zun::As<ZunRtcpPsfb>(p));
-  }
-  static const RtcpSubpacketFunctions& RowOf(ZunInt32 fmt) {
-    return zun::FindRow(psfb_table, ZUN_RTCPPSFB_TYPE_PLI, fmt, unknown_psfb_funcs);
-  }
-  static ZunInt32 ValueOfBody(const ZunString*, ZunSizeT, ZunSizeT, ZunUint8 count) { return count; }
-  static bool IsUnknown(ZunInt32 fmt) { return ZunRtcpPsfbTypeIsUnknown(fmt) != 0; }
+  static ZunInt32 ValueOf(const ZunRtcpSubpacket* p) { return zun::As<ZunRtcpPsfb>(p)->unk.fmt; }
+  static ZunInt32 ValueOfBody(const zun::Body& body) { return body.header.count; }
+  static const RtcpSubpacketFunctions& RowOf(ZunInt32 fmt) { return psfb_table.Find(fmt, unknown_psfb_funcs); }
   static void ConstructEmpty(ZunRtcpSubpacket* p, ZunAllocator* a) {
     ZunRtcpPsfbUnknownConstructDefault(zun::As<ZunRtcpPsfbUnknown>(p), a);
   }

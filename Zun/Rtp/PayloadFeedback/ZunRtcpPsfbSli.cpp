@@ -2,15 +2,17 @@
 
 #include "Zun/Rtp/Core/EntryList.h"
 #include "Zun/Rtp/Core/FeedbackHeader.h"
-#include "Zun/Rtp/Core/OwnedMember.h"
 #include "Zun/Rtp/Core/Row.h"
 
-ZUN_VECTOR_DEFINE_PLAIN(ZunRtcpPsfbSliItem)
+ZUN_VECTOR_USE_PLAIN(ZunRtcpPsfbSliItem)
+ZUN_VECTOR_DEFINE(ZunRtcpPsfbSliItem)
+ZUN_PLAIN_DEFINE(ZunRtcpPsfbSliItem)
 
 namespace {
 
 using Items = zun::VectorOfZunRtcpPsfbSliItem;
-using OwnedItems = zun::OwnedMember<&ZunRtcpPsfbSli::items, Items::ConstructCopy, Items::Assign>;
+
+constexpr zun::FeedbackIdentity kIdentity = zun::IsPsfb(ZUN_RTCPPSFB_TYPE_SLI);
 
 constexpr ZunUint16 kMaxSettableMblock = 2047;
 constexpr ZunUint8 kMaxPictureId = 63;
@@ -22,9 +24,10 @@ constexpr ZunUint32 kPictureIdMask = 0x3F;
 constexpr int kFirstShift = 19;
 constexpr int kNumberShift = 6;
 
-ZunUint32 Encode(const ZunRtcpPsfbSliItem& item) {
-  return (item.lost_mblock & kMblockMask) << kFirstShift | (item.num_lost_mblocks & kMblockMask) << kNumberShift |
-         (item.picture_id & kPictureIdMask);
+void Encode(const ZunRtcpPsfbSliItem& item, ZunUint8* octets) {
+  const ZunUint32 word = (item.lost_mblock & kMblockMask) << kFirstShift |
+                         (item.num_lost_mblocks & kMblockMask) << kNumberShift | (item.picture_id & kPictureIdMask);
+  zun::StoreBigEndian(octets, word);
 }
 
 void Decode(const ZunUint8* octets, ZunRtcpPsfbSliItem* item) {
@@ -34,31 +37,20 @@ void Decode(const ZunUint8* octets, ZunRtcpPsfbSliItem* item) {
   item->picture_id = static_cast<ZunUint8>(word & kPictureIdMask);
 }
 
-void SetHead(ZunRtcpPsfbSli* p, ZunRtpSourceId sender, ZunRtpSourceId source) {
-  zun::SetFeedbackHead(p, ZUN_RTCPSUBPACKET_TYPE_PSFB, ZUN_RTCPPSFB_TYPE_SLI, sender, source);
-}
-
 struct Wire {
   static ZunSizeT Length(const ZunRtcpPsfbSli& p) {
     return zun::kFeedbackHeaderSize + kItemSize * Items::Size(&p.items);
   }
 
-  static bool Write(const ZunRtcpPsfbSli& p, ZunString* b, bool pad) {
+  static bool Write(const ZunRtcpPsfbSli& p, zun::Output& out, bool pad) {
     const ZunSizeT length = Length(p);
-    zun::BodyWriter w(b, length);
-    if (!zun::WriteFeedbackHeader(w, pad, ZUN_RTCPPSFB_TYPE_SLI, ZUN_RTCPSUBPACKET_TYPE_PSFB, length, p.sender,
-                                  p.source)) {
-      return false;
-    }
-    for (const ZunRtcpPsfbSliItem* item = p.items.begin; item != p.items.end; ++item) {
-      if (!w.U32(Encode(*item))) return false;
-    }
-    return true;
+    zun::BodyWriter w(out, length);
+    return zun::WriteFeedbackHeader(w, pad, kIdentity, p, length) && zun::WriteEntries<kItemSize>(w, p.items, Encode);
   }
 
-  static bool Read(ZunRtcpPsfbSli* p, zun::BodyReader& r, zun::SubpacketHeader) {
+  static bool Read(ZunRtcpPsfbSli* p, zun::BodyReader& r, const zun::Body&) {
     if (!zun::ReadFeedbackSources(r, p) || !zun::ReadEntries<kItemSize, Items>(r, &p->items, Decode)) return false;
-    SetHead(p, p->sender, p->source);
+    kIdentity.Mark(p);
     return true;
   }
 };
@@ -70,18 +62,6 @@ ZunRtcpPsfbSliItem* ZunRtcpPsfbSliItemConstructFull(ZunRtcpPsfbSliItem* p, ZunUi
   *p = {firstLostMblock, numLostMblocks, pictureId};
   return p;
 }
-
-ZunRtcpPsfbSliItem* ZunRtcpPsfbSliItemConstructCopy(ZunRtcpPsfbSliItem* p, const ZunRtcpPsfbSliItem* o) {
-  *p = *o;
-  return p;
-}
-
-ZunRtcpPsfbSliItem* ZunRtcpPsfbSliItemAssign(ZunRtcpPsfbSliItem* p, const ZunRtcpPsfbSliItem* o) {
-  *p = *o;
-  return p;
-}
-
-void ZunRtcpPsfbSliItemDestruct(ZunRtcpPsfbSliItem*) {}
 
 ZunBool ZunRtcpPsfbSliItemSetFirstLostMblock(ZunRtcpPsfbSliItem* p, ZunUint16 firstLostMblock) {
   if (firstLostMblock > kMaxSettableMblock) return 0;
@@ -102,17 +82,10 @@ ZunBool ZunRtcpPsfbSliItemSetPictureId(ZunRtcpPsfbSliItem* p, ZunUint8 pictureId
 }
 
 ZunRtcpPsfbSli* ZunRtcpPsfbSliConstructDefault(ZunRtcpPsfbSli* p, ZunAllocator* a) {
-  SetHead(p, 0, 0);
+  zun::SetFeedbackHead(p, kIdentity, 0, 0);
   Items::ConstructDefault(&p->items, a);
   return p;
 }
 
-ZunRtcpPsfbSli* ZunRtcpPsfbSliConstructCopy(ZunRtcpPsfbSli* p, const ZunRtcpPsfbSli* o) {
-  return OwnedItems::ConstructCopy(p, o);
-}
-
-ZunRtcpPsfbSli* ZunRtcpPsfbSliAssign(ZunRtcpPsfbSli* p, const ZunRtcpPsfbSli* o) { return OwnedItems::Assign(p, o); }
-
-void ZunRtcpPsfbSliDestruct(ZunRtcpPsfbSli* p) { Items::Destruct(&p->items); }
-
+ZUN_RTCP_OWNING_KIND_DEFINE(ZunRtcpPsfbSli, kIdentity, &ZunRtcpPsfbSli::items)
 ZUN_RTCP_ROW_DEFINE(ZunRtcpPsfbSli, Wire)

@@ -1,10 +1,9 @@
-// What sender and receiver reports have in common: the members that own memory, and all of the wire form but the
+// What sender and receiver reports have in common: the fields that own memory, and all of the wire form but the
 // fields in front of the report blocks.
 #ifndef ZUN_RTP_REPORTS_REPORT_H
 #define ZUN_RTP_REPORTS_REPORT_H
 
 #include "Zun/Rtp/Core/Row.h"
-#include "Zun/Rtp/Reports/OwnedPair.h"
 #include "Zun/Rtp/Reports/ReportBlocks.h"
 
 namespace zun {
@@ -12,20 +11,21 @@ namespace zun {
 // Fields gives what stands between the common header and the report blocks:
 //   static constexpr ZunRtcpSubpacketType kType;             the kind's packet type
 //   static constexpr ZunSizeT kSize;                         of the fields on the wire
-//   static bool Write(BodyWriter& w, const Kind& p);
-//   static bool Read(BodyReader& r, Kind* p);
+//   static void Write(FieldWriter& f, const Kind& p);
+//   static bool Read(auto& reader, Kind* p);                 as BodyReader::Fields takes it
 template <class Kind, class Fields>
 struct Report {
   using Blocks = VectorOfZunRtcpReportBlock;
-  using Owned =
-      OwnedPair<Fields::kType, VectorMember<&Kind::report_blocks, Blocks>, StringMember<&Kind::profile_specific_ext>>;
+  using Owned = zun::Owned<&Kind::report_blocks, &Kind::profile_specific_ext>;
 
   static Kind* ConstructDefault(Kind* p, ZunAllocator* a) {
     *p = Kind{};
-    p->type = Fields::kType;
-    Blocks::ConstructDefault(&p->report_blocks, a);
-    ZunStringConstructDefault(&p->profile_specific_ext, a);
-    return p;
+    Owned::ConstructDefault(p, a);
+    return IsSubpacket(Fields::kType).Mark(p);
+  }
+
+  static bool SetReportBlocks(Kind* p, const ZunVector_ZunRtcpReportBlock* blocks) {
+    return Blocks::Assign(&p->report_blocks, blocks) != nullptr;
   }
 
   // An extension is a whole number of words (RFC 3550, section 6.4.3).
@@ -38,17 +38,20 @@ struct Report {
   }
 
   // Any number of blocks is written, and its low 8 bits are the count: above 31 it spills out of the count field.
-  static bool Write(const Kind& p, ZunString* b, bool pad) {
+  static bool Write(const Kind& p, Output& out, bool pad) {
     const ZunSizeT length = Length(p);
     const ZunUint8 count = static_cast<ZunUint8>(Blocks::Size(&p.report_blocks) & 0xFF);
-    BodyWriter w(b, length);
-    return WriteSubpacketHeader(w, pad, count, p.type, length) && Fields::Write(w, p) &&
-           WriteReportBlocks(w, p.report_blocks) && w.String(p.profile_specific_ext);
+    BodyWriter w(out, length);
+    return w.Fields<kSubpacketHeaderSize + Fields::kSize>([&](FieldWriter& f) {
+      f.U32(SubpacketHeaderWord(pad, count, p.type, length));
+      Fields::Write(f, p);
+    }) && WriteReportBlocks(w, p.report_blocks) &&
+           w.String(p.profile_specific_ext);
   }
 
-  static bool Read(Kind* p, BodyReader& r, SubpacketHeader header) {
-    return Fields::Read(r, p) && ReadReportBlocks(r, header.count, &p->report_blocks) &&
-           r.Rest(&p->profile_specific_ext);
+  static bool Read(Kind* p, BodyReader& r, const Body& body) {
+    return r.Fields<Fields::kSize>([p](auto& f) { return Fields::Read(f, p); }) &&
+           ReadReportBlocks(r, body.header.count, &p->report_blocks) && r.StringToEnd(&p->profile_specific_ext);
   }
 
   // Where only the extension is refused by `a`, a copy with the allocator of `o` is better than none.
@@ -57,13 +60,23 @@ struct Report {
     if (Blocks::Assign(&p->report_blocks, &o->report_blocks) == nullptr) return nullptr;
     if (ZunStringAssign(&p->profile_specific_ext, &o->profile_specific_ext) == nullptr) {
       Owned::Destruct(p);
-      return Owned::ConstructCopy(p, o);
+      return IsSubpacket(Fields::kType).Mark(Owned::ConstructCopy(p, o));
     }
     Owned::AssignPlainFields(p, o);
-    return p;
+    return IsSubpacket(Fields::kType).Mark(p);
   }
 };
 
 }  // namespace zun
+
+// All functions of a report that its fields make no difference to. Wire is the kind's Report.
+#define ZUN_RTCP_REPORT_DEFINE(Kind, Wire)                                                                           \
+  Kind* Kind##ConstructDefault(Kind* p, ZunAllocator* a) { return Wire::ConstructDefault(p, a); }                    \
+  ZunBool Kind##SetReportBlocks(Kind* p, const ZunVector_ZunRtcpReportBlock* blocks) {                               \
+    return Wire::SetReportBlocks(p, blocks);                                                                         \
+  }                                                                                                                  \
+  ZunBool Kind##SetProfileSpecificExt(Kind* p, const ZunString* ext) { return Wire::SetProfileSpecificExt(p, ext); } \
+  ZUN_RTCP_OWNING_KIND_DEFINE(Kind, kIdentity, &Kind::report_blocks, &Kind::profile_specific_ext)                    \
+  ZUN_RTCP_ROW_DEFINE(Kind, Wire)
 
 #endif

@@ -2,8 +2,6 @@
 #ifndef ZUN_RTP_REPORTS_REPORTBLOCKS_H
 #define ZUN_RTP_REPORTS_REPORTBLOCKS_H
 
-#include "Zun/Rtp/Core/BodyReader.h"
-#include "Zun/Rtp/Core/BodyWriter.h"
 #include "Zun/Rtp/Core/EntryList.h"
 #include "Zun/Rtp/Reports/ZunRtcpReportBlock.h"
 
@@ -20,18 +18,14 @@ inline ZunSizeT ReportBlocksLength(const ZunVector_ZunRtcpReportBlock& blocks) {
   return kReportBlockSize * VectorOfZunRtcpReportBlock::Size(&blocks);
 }
 
-inline bool WriteReportBlock(BodyWriter& w, const ZunRtcpReportBlock& block) {
+inline void EncodeReportBlock(const ZunRtcpReportBlock& block, ZunUint8* octets) {
   const ZunUint32 fraction = static_cast<ZunUint32>(block.fraction_lost) << kFractionLostShift;
-  return w.U32(block.ssrc) && w.U32(fraction | (block.cum_num_packet_lost & kPacketsLostMask)) &&
-         w.U32(block.highest_seq_num_rcvd) && w.U32(block.inter_arrival_jitter) && w.U32(block.last_sr) &&
-         w.U32(block.delay_last_sr);
-}
-
-inline bool WriteReportBlocks(BodyWriter& w, const ZunVector_ZunRtcpReportBlock& blocks) {
-  for (const ZunRtcpReportBlock* block = blocks.begin; block != blocks.end; ++block) {
-    if (!WriteReportBlock(w, *block)) return false;
-  }
-  return true;
+  StoreBigEndian(octets, block.ssrc);
+  StoreBigEndian(octets + 4, fraction | (block.cum_num_packet_lost & kPacketsLostMask));
+  StoreBigEndian(octets + 8, block.highest_seq_num_rcvd);
+  StoreBigEndian(octets + 12, block.inter_arrival_jitter);
+  StoreBigEndian(octets + 16, block.last_sr);
+  StoreBigEndian(octets + 20, block.delay_last_sr);
 }
 
 // The number of packets lost stays a pattern of 24 bits; its getter knows the sign.
@@ -44,6 +38,10 @@ inline void DecodeReportBlock(const ZunUint8* octets, ZunRtcpReportBlock* block)
   block->inter_arrival_jitter = ZunUint32FromOctets(octets + 12);
   block->last_sr = ZunUint32FromOctets(octets + 16);
   block->delay_last_sr = ZunUint32FromOctets(octets + 20);
+}
+
+inline bool WriteReportBlocks(BodyWriter& w, const ZunVector_ZunRtcpReportBlock& blocks) {
+  return WriteEntries<kReportBlockSize>(w, blocks, EncodeReportBlock);
 }
 
 inline bool ReadReportBlocks(BodyReader& r, ZunUint8 count, ZunVector_ZunRtcpReportBlock* blocks) {

@@ -3,50 +3,49 @@
 #include "Zun/Os/Log.h"
 #include "Zun/Rtp/Core/Padding.h"
 #include "Zun/Rtp/Core/Row.h"
-#include "Zun/Rtp/Reports/OwnedPair.h"
 
 namespace {
 
-using Owned = zun::OwnedPair<ZUN_RTCPSUBPACKET_TYPE_APP, zun::StringMember<&ZunRtcpApp::name>,
-                             zun::StringMember<&ZunRtcpApp::data>>;
+constexpr zun::SubpacketIdentity kIdentity = zun::IsSubpacket(ZUN_RTCPSUBPACKET_TYPE_APP);
+using Strings = zun::Owned<&ZunRtcpApp::name, &ZunRtcpApp::data>;
 
 constexpr ZunSizeT kNameSize = 4;
 constexpr ZunSizeT kSourceSize = 4;
 constexpr ZunUint8 kSubtype = 0;
 
-void ConstructStrings(ZunRtcpApp* p, ZunAllocator* a) {
-  ZunStringConstructDefault(&p->name, a);
-  ZunStringConstructDefault(&p->data, a);
-}
-
 struct Wire {
   static ZunSizeT Length(const ZunRtcpApp& p) {
     const ZunSizeT strings = p.name.size + p.data.size;
-    return zun::kSubpacketHeaderSize + kSourceSize + strings + zun::PaddingBehind(strings);
+    return zun::kSubpacketHeaderSize + kSourceSize + strings + zun::PaddingAfter(strings);
   }
 
   // The zeros complete the data, and the length completes name and data: the same for every name of whole words.
-  static bool Write(const ZunRtcpApp& p, ZunString* b, bool pad) {
-    const ZunSizeT zeros = zun::PaddingBehind(p.data.size);
-    zun::BodyWriter w(b, zun::kSubpacketHeaderSize + kSourceSize + p.name.size + p.data.size + zeros);
+  static bool HasExactLength(const ZunRtcpApp& p, ZunSizeT) { return p.name.size % 4 == 0; }
+
+  static bool Write(const ZunRtcpApp& p, zun::Output& out, bool pad) {
+    const ZunSizeT zeros = zun::PaddingAfter(p.data.size);
+    zun::BodyWriter w(out, zun::kSubpacketHeaderSize + kSourceSize + p.name.size + p.data.size + zeros);
     if (!zun::WriteSubpacketHeader(w, pad, kSubtype, p.type, Length(p)) || !w.U32(p.source) || !w.String(p.name) ||
         !w.String(p.data)) {
       return false;
     }
-    w.Padding(zeros);
+    w.OptionalZeros(zeros);
     return true;
   }
 
   // Only what does not fit the body is refused: a string that cannot grow keeps its old bytes.
-  static bool Read(ZunRtcpApp* p, zun::BodyReader& r, zun::SubpacketHeader) {
-    if (!r.U32(&p->source) || r.Take(kNameSize) == nullptr) return false;
-    ZunStringAssignSubstring(&p->name, r.Buffer(), r.Position() - kNameSize, kNameSize);
-    if (r.Remaining() % 4 != 0) {
-      LOG_ERROR(ZunLogRtcp_, "ZunRtcpAppAssignFromBuffer", "Length of application data is not a multiple of 4 octets");
+  static bool Read(ZunRtcpApp* p, zun::BodyReader& r, const zun::Body&) {
+    if (!r.U32(&p->source)) return false;
+    const ZunUint8* const name = r.Take(kNameSize);
+    if (name == nullptr) return false;
+    (void)zun::AssignStringBytes(&p->name, reinterpret_cast<const char*>(name), kNameSize);
+    if (r.BytesBeforeEnd() % 4 != 0) {
+      ZUN_LOG_ERROR_(ZunLogRtcp_, "ZunRtcpAppAssignFromBuffer",
+                     "Length of application data is not a multiple of 4 octets");
       return false;
     }
-    if (!r.Has(r.Remaining())) return false;
-    (void)r.Rest(&p->data);
+    if (!r.HasReadable(r.BytesBeforeEnd())) return false;
+    (void)r.StringToEnd(&p->data);
     return true;
   }
 };
@@ -54,18 +53,17 @@ struct Wire {
 }  // namespace
 
 ZunRtcpApp* ZunRtcpAppConstructDefault(ZunRtcpApp* p, ZunAllocator* a) {
-  p->type = ZUN_RTCPSUBPACKET_TYPE_APP;
   p->source = 0;
-  ConstructStrings(p, a);
-  return p;
+  Strings::ConstructDefault(p, a);
+  return kIdentity.Mark(p);
 }
 
 ZunRtcpApp* ZunRtcpAppConstructFull(ZunRtcpApp* p, ZunRtpSourceId source, const ZunString* name, const ZunString* data,
                                     ZunAllocator* a) {
   p->source = source;
-  ConstructStrings(p, a);
+  Strings::ConstructDefault(p, a);
   if (name->size != kNameSize) {
-    LOG_ERROR(ZunLogRtcp_, "ZunRtcpAppConstructFull", "Length of application name is not equal to 4");
+    ZUN_LOG_ERROR_(ZunLogRtcp_, "ZunRtcpAppConstructFull", "Length of application name is not equal to 4");
     return nullptr;
   }
   if (ZunStringAssign(&p->name, name) == nullptr || ZunStringAssign(&p->data, data) == nullptr) {
@@ -75,11 +73,7 @@ ZunRtcpApp* ZunRtcpAppConstructFull(ZunRtcpApp* p, ZunRtpSourceId source, const 
   return nullptr;
 }
 
-ZunRtcpApp* ZunRtcpAppConstructCopy(ZunRtcpApp* p, const ZunRtcpApp* o) { return Owned::ConstructCopy(p, o); }
-
-ZunRtcpApp* ZunRtcpAppAssign(ZunRtcpApp* p, const ZunRtcpApp* o) { return Owned::Assign(p, o); }
-
-void ZunRtcpAppDestruct(ZunRtcpApp* p) { Owned::Destruct(p); }
+ZUN_RTCP_OWNING_KIND_DEFINE(ZunRtcpApp, kIdentity, &ZunRtcpApp::name, &ZunRtcpApp::data)
 
 ZunBool ZunRtcpAppSetName(ZunRtcpApp* p, const ZunString* name) {
   return name->size == kNameSize && ZunStringAssign(&p->name, name) != nullptr;

@@ -4,17 +4,15 @@
 #include "Zun/Rtp/Core/EntryList.h"
 #include "Zun/Rtp/Core/Padding.h"
 #include "Zun/Rtp/Core/Row.h"
-#include "Zun/Rtp/Reports/OwnedPair.h"
 
 ZUN_VECTOR_USE_PLAIN(ZunRtpSourceId)
 
 namespace {
 
+constexpr zun::SubpacketIdentity kIdentity = zun::IsSubpacket(ZUN_RTCPSUBPACKET_TYPE_BYE);
 using Sources = zun::VectorOfZunRtpSourceId;
-using Owned = zun::OwnedPair<ZUN_RTCPSUBPACKET_TYPE_BYE, zun::VectorMember<&ZunRtcpBye::sources, Sources>,
-                             zun::StringMember<&ZunRtcpBye::reason>>;
+using Fields = zun::Owned<&ZunRtcpBye::sources, &ZunRtcpBye::reason>;
 
-constexpr ZunSizeT kSourceSize = 4;
 constexpr ZunSizeT kReasonHeaderSize = 1;
 constexpr ZunSizeT kMinSources = 1;
 constexpr ZunSizeT kMaxSources = 31;
@@ -23,38 +21,31 @@ constexpr ZunSizeT kMaxReasonSize = 255;
 bool CheckSources(const ZunVector_ZunRtpSourceId* sources, const char* function) {
   const ZunSizeT count = Sources::Size(sources);
   if (count >= kMinSources && count <= kMaxSources) return true;
-  LOG_ERROR(ZunLogRtcp_, function, "Number of sources for bye subpacket is not in the range 1 -- 31.");
+  ZUN_LOG_ERROR_(ZunLogRtcp_, function, "Number of sources for bye subpacket is not in the range 1 -- 31.");
   return false;
 }
 
 bool CheckReason(const ZunString* reason, const char* function) {
   if (reason->size <= kMaxReasonSize) return true;
-  LOG_ERROR(ZunLogRtcp_, function, "Length of bye subpacket reason is greater than 255");
+  ZUN_LOG_ERROR_(ZunLogRtcp_, function, "Length of bye subpacket reason is greater than 255");
   return false;
 }
 
-// With its length byte and the zeros behind it.
+// With its length byte and the zeros after it.
 ZunSizeT ReasonLength(ZunSizeT size) {
   const ZunSizeT length = kReasonHeaderSize + size;
-  return length + zun::PaddingBehind(length);
+  return length + zun::PaddingAfter(length);
 }
 
 ZunSizeT WireLength(const ZunRtcpBye& p) {
-  const ZunSizeT length = zun::kSubpacketHeaderSize + kSourceSize * Sources::Size(&p.sources);
+  const ZunSizeT length = zun::kSubpacketHeaderSize + zun::kSourceIdSize * Sources::Size(&p.sources);
   return ZunStringEmpty(&p.reason) ? length : length + ReasonLength(p.reason.size);
-}
-
-bool WriteSources(zun::BodyWriter& w, const ZunVector_ZunRtpSourceId& sources) {
-  for (const ZunRtpSourceId* source = sources.begin; source != sources.end; ++source) {
-    if (!w.U32(*source)) return false;
-  }
-  return true;
 }
 
 bool WriteReason(zun::BodyWriter& w, const ZunString& reason) {
   if (ZunStringEmpty(&reason)) return true;
   return w.U8(static_cast<ZunUint8>(reason.size & 0xFF)) && w.String(reason) &&
-         w.Zeros(zun::PaddingBehind(kReasonHeaderSize + reason.size));
+         w.Zeros(zun::PaddingAfter(kReasonHeaderSize + reason.size));
 }
 
 bool ReadReason(zun::BodyReader& r, ZunString* reason) {
@@ -62,7 +53,7 @@ bool ReadReason(zun::BodyReader& r, ZunString* reason) {
     ZunStringClear(reason);
     return true;
   }
-  const ZunSizeT length = r.Remaining();
+  const ZunSizeT length = r.BytesBeforeEnd();
   ZunUint8 size = 0;
   return r.U8(&size) && ReasonLength(size) == length && r.String(reason, size);
 }
@@ -72,18 +63,19 @@ struct Wire {
     return CheckSources(&p.sources, "ZunRtcpByeGetPacketLength") ? WireLength(p) : 0;
   }
 
-  static bool Write(const ZunRtcpBye& p, ZunString* b, bool pad) {
+  static bool Write(const ZunRtcpBye& p, zun::Output& out, bool pad) {
     if (!CheckSources(&p.sources, "ZunRtcpByeWritePacket")) return false;
     const ZunSizeT length = WireLength(p);
     const ZunUint8 count = static_cast<ZunUint8>(Sources::Size(&p.sources));
-    zun::BodyWriter w(b, length);
-    return zun::WriteSubpacketHeader(w, pad, count, p.type, length) && WriteSources(w, p.sources) &&
-           WriteReason(w, p.reason);
+    zun::BodyWriter w(out, length);
+    return zun::WriteSubpacketHeader(w, pad, count, p.type, length) &&
+           zun::WriteEntries<zun::kSourceIdSize>(w, p.sources, zun::EncodeSourceId) && WriteReason(w, p.reason);
   }
 
-  static bool Read(ZunRtcpBye* p, zun::BodyReader& r, zun::SubpacketHeader header) {
-    return header.count != 0 &&
-           zun::ReadCountedEntries<kSourceSize, Sources>(r, &p->sources, header.count, zun::DecodeSourceId) &&
+  static bool Read(ZunRtcpBye* p, zun::BodyReader& r, const zun::Body& body) {
+    const ZunUint8 count = body.header.count;
+    return count != 0 &&
+           zun::ReadCountedEntries<zun::kSourceIdSize, Sources>(r, &p->sources, count, zun::DecodeSourceId) &&
            ReadReason(r, &p->reason);
   }
 };
@@ -91,10 +83,8 @@ struct Wire {
 }  // namespace
 
 ZunRtcpBye* ZunRtcpByeConstructDefault(ZunRtcpBye* p, ZunAllocator* a) {
-  p->type = ZUN_RTCPSUBPACKET_TYPE_BYE;
-  Sources::ConstructDefault(&p->sources, a);
-  ZunStringConstructDefault(&p->reason, a);
-  return p;
+  Fields::ConstructDefault(p, a);
+  return kIdentity.Mark(p);
 }
 
 ZunRtcpBye* ZunRtcpByeConstructFull(ZunRtcpBye* p, const ZunVector_ZunRtpSourceId* sources, const ZunString* reason,
@@ -107,11 +97,7 @@ ZunRtcpBye* ZunRtcpByeConstructFull(ZunRtcpBye* p, const ZunVector_ZunRtpSourceI
   return nullptr;
 }
 
-ZunRtcpBye* ZunRtcpByeConstructCopy(ZunRtcpBye* p, const ZunRtcpBye* o) { return Owned::ConstructCopy(p, o); }
-
-ZunRtcpBye* ZunRtcpByeAssign(ZunRtcpBye* p, const ZunRtcpBye* o) { return Owned::Assign(p, o); }
-
-void ZunRtcpByeDestruct(ZunRtcpBye* p) { Owned::Destruct(p); }
+ZUN_RTCP_OWNING_KIND_DEFINE(ZunRtcpBye, kIdentity, &ZunRtcpBye::sources, &ZunRtcpBye::reason)
 
 ZunBool ZunRtcpByeSetSources(ZunRtcpBye* p, const ZunVector_ZunRtpSourceId* sources) {
   return CheckSources(sources, "ZunRtcpByeSetSources") && Sources::Assign(&p->sources, sources) != nullptr;

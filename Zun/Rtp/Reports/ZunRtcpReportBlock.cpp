@@ -1,8 +1,10 @@
 #include "Zun/Rtp/Reports/ZunRtcpReportBlock.h"
 
 #include "Zun/Rtp/Reports/ReportBlocks.h"
+#include "Zun/Utils/Owned.h"
 
-ZUN_VECTOR_DEFINE_PLAIN(ZunRtcpReportBlock)
+ZUN_VECTOR_DEFINE(ZunRtcpReportBlock)
+ZUN_PLAIN_DEFINE(ZunRtcpReportBlock)
 
 namespace {
 
@@ -13,25 +15,13 @@ constexpr ZunInt32 kMaxPacketsLost = 0x7FFFFF;
 // packets lost.
 constexpr ZunSizeT kFieldSizes[] = {4, 2, 2, 4, 4, 4, 4};
 
-void PassWholeFields(zun::BodyReader& r) {
+void SkipWholeFields(zun::BodyReader& r) {
   for (const ZunSizeT size : kFieldSizes) {
-    if (!r.Skip(size)) return;
+    if (!r.SkipReadable(size)) return;
   }
 }
 
 }  // namespace
-
-ZunRtcpReportBlock* ZunRtcpReportBlockConstructCopy(ZunRtcpReportBlock* p, const ZunRtcpReportBlock* o) {
-  *p = *o;
-  return p;
-}
-
-ZunRtcpReportBlock* ZunRtcpReportBlockAssign(ZunRtcpReportBlock* p, const ZunRtcpReportBlock* o) {
-  *p = *o;
-  return p;
-}
-
-void ZunRtcpReportBlockDestruct(ZunRtcpReportBlock*) {}
 
 ZunBool ZunRtcpReportBlockSetPacketsLost(ZunRtcpReportBlock* p, ZunInt32 lost) {
   if (lost < kMinPacketsLost) lost = kMinPacketsLost;
@@ -41,18 +31,19 @@ ZunBool ZunRtcpReportBlockSetPacketsLost(ZunRtcpReportBlock* p, ZunInt32 lost) {
 }
 
 ZunBool ZunRtcpWriteReportBlockToBuffer(const ZunVector_ZunRtcpReportBlock* rblocks, ZunString* b) {
-  zun::BodyWriter w(b, zun::ReportBlocksLength(*rblocks));
+  zun::Output out(b);
+  zun::BodyWriter w(out, zun::ReportBlocksLength(*rblocks));
   return zun::WriteReportBlocks(w, *rblocks);
 }
 
 ZunBool ZunRtcpAssignReportBlockFromBuffer(const ZunString* b, ZunSizeT* ppos, ZunSizeT end, ZunUint8 count,
                                            ZunVector_ZunRtcpReportBlock* rblocks) {
-  zun::BodyReader r(b, *ppos, end);
+  zun::BodyReader r(zun::BodyIn(b, *ppos, end, {ZUN_RTCPSUBPACKET_TYPE_Unknown, count}));
   const bool read = zun::ReadReportBlocks(r, count, rblocks);
-  // A list that could not grow leaves the reader behind the block that found no room, a short body in front of the
+  // A list that could not grow leaves the reader after the block that found no room, a short body in front of the
   // one that is cut off.
   const bool cut_off = !read && r.Position() == *ppos + zun::ReportBlocksLength(*rblocks);
-  if (cut_off) PassWholeFields(r);
+  if (cut_off) SkipWholeFields(r);
   *ppos = r.Position();
   return read;
 }

@@ -1,7 +1,6 @@
 #include "Zun/Rtp/Reports/ZunRtcpSdes.h"
 
 #include "Zun/Os/Log.h"
-#include "Zun/Rtp/Core/OwnedMember.h"
 #include "Zun/Rtp/Core/Padding.h"
 #include "Zun/Rtp/Core/Row.h"
 #include "Zun/Utils/ListRefill.h"
@@ -11,9 +10,9 @@ ZUN_VECTOR_USE_OWNING(ZunRtcpSdesChunk)
 
 namespace {
 
+constexpr zun::SubpacketIdentity kIdentity = zun::IsSubpacket(ZUN_RTCPSUBPACKET_TYPE_SDES);
 using Items = zun::VectorOfZunRtcpSdesItem;
 using Chunks = zun::VectorOfZunRtcpSdesChunk;
-using OwnedChunks = zun::OwnedMember<&ZunRtcpSdes::chunks, Chunks::ConstructCopy, Chunks::Assign>;
 
 constexpr ZunSizeT kSourceSize = 4;
 constexpr ZunSizeT kItemHeaderSize = 2;  // type and length
@@ -28,9 +27,9 @@ ZunSizeT ItemsLength(const ZunVector_ZunRtcpSdesItem& items) {
   return length;
 }
 
-// The end of a list of items and the zero bytes behind it, up to the end of a word.
+// The end of a list of items and the zero bytes after it, up to the end of a word.
 ZunSizeT ListEndLength(ZunSizeT items_length) {
-  return kEndOfListSize + zun::PaddingBehind(items_length + kEndOfListSize);
+  return kEndOfListSize + zun::PaddingAfter(items_length + kEndOfListSize);
 }
 
 // A text, or a zero byte, that the string has no room for is left out unnoticed; all else is reported.
@@ -43,7 +42,7 @@ bool WriteChunk(zun::BodyWriter& w, const ZunRtcpSdesChunk& chunk) {
     (void)w.String(item->text);
     items_length += kItemHeaderSize + item->text.size;
   }
-  w.Padding(ListEndLength(items_length));
+  w.OptionalZeros(ListEndLength(items_length));
   return true;
 }
 
@@ -61,7 +60,7 @@ class ChunkReader {
     const ZunSizeT list_begin = r_.Position();
     if (!ReadItems(&chunk->items)) return false;
     chunks.Keep();
-    return r_.Pass(zun::PaddingBehind(r_.Position() - list_begin));
+    return r_.SkipBeforeEnd(zun::PaddingAfter(r_.Position() - list_begin));
   }
 
  private:
@@ -87,11 +86,11 @@ class ChunkReader {
 
   bool ReadItem(ZunUint8 type, zun::ListRefill<Items>& items) {
     ZunUint8 length = 0;
-    if (!r_.U8(&length) || r_.Remaining() < length + kEndOfListSize) return false;
+    if (!r_.U8(&length) || r_.BytesBeforeEnd() < length + kEndOfListSize) return false;
     if (type == ZUN_RTCPSDESITEM_TYPE_EndOfList || type >= ZUN_RTCPSDESITEM_TYPE_MAX) {
-      LOG_INFO_FORMATTED(ZunLogRtcp_, "ZunRtcpSdesItemsAssignFromBuffer",
-                         "Skipping unsupported RTCP SDES item of type %u", static_cast<unsigned>(type));
-      return r_.Skip(length);
+      ZUN_LOG_INFO_FORMATTED_(ZunLogRtcp_, "ZunRtcpSdesItemsAssignFromBuffer",
+                              "Skipping unsupported RTCP SDES item of type %u", static_cast<unsigned>(type));
+      return r_.SkipReadable(length);
     }
     ZunRtcpSdesItem* const item =
         items.Next([&](const ZunRtcpSdesItem& old) { return old.text.allocator == allocator_; },
@@ -117,10 +116,10 @@ struct Wire {
   }
 
   // Any number of chunks is written, and its low 8 bits are the count: above 31 it spills out of the count field.
-  static bool Write(const ZunRtcpSdes& p, ZunString* b, bool pad) {
+  static bool Write(const ZunRtcpSdes& p, zun::Output& out, bool pad) {
     const ZunSizeT length = Length(p);
     const ZunUint8 count = static_cast<ZunUint8>(Chunks::Size(&p.chunks) & 0xFF);
-    zun::BodyWriter w(b, length);
+    zun::BodyWriter w(out, length);
     if (!zun::WriteSubpacketHeader(w, pad, count, p.type, length)) return false;
     for (const ZunRtcpSdesChunk* chunk = p.chunks.begin; chunk != p.chunks.end; ++chunk) {
       if (!WriteChunk(w, *chunk)) return false;
@@ -128,16 +127,17 @@ struct Wire {
     return true;
   }
 
-  static bool Read(ZunRtcpSdes* p, zun::BodyReader& r, zun::SubpacketHeader header) {
-    if (header.count == 0) return r.AtEnd();
+  static bool Read(ZunRtcpSdes* p, zun::BodyReader& r, const zun::Body& body) {
+    const ZunUint8 count = body.header.count;
+    if (count == 0) return r.AtEnd();
     // One request for all that the body can hold. Where it is refused, the list grows as far as it is let.
-    if (header.count > Chunks::Capacity(&p->chunks)) {
-      const ZunSizeT held = r.Remaining() / kMinChunkSize;
-      Chunks::ReserveGrown(&p->chunks, header.count < held ? header.count : held);
+    if (count > Chunks::Capacity(&p->chunks)) {
+      const ZunSizeT held = r.BytesBeforeEnd() / kMinChunkSize;
+      Chunks::ReserveGrown(&p->chunks, count < held ? count : held);
     }
     zun::ListRefill<Chunks> chunks(&p->chunks);
     ChunkReader reader(r, p->chunks.allocator);
-    for (ZunUint8 left = header.count; left > 0; --left) {
+    for (ZunUint8 left = count; left > 0; --left) {
       if (!reader.Read(chunks)) return false;
     }
     return r.AtEnd();
@@ -147,19 +147,13 @@ struct Wire {
 }  // namespace
 
 ZunRtcpSdes* ZunRtcpSdesConstructDefault(ZunRtcpSdes* p, ZunAllocator* a) {
-  p->type = ZUN_RTCPSUBPACKET_TYPE_SDES;
   Chunks::ConstructDefault(&p->chunks, a);
-  return p;
+  return kIdentity.Mark(p);
 }
-
-ZunRtcpSdes* ZunRtcpSdesConstructCopy(ZunRtcpSdes* p, const ZunRtcpSdes* o) { return OwnedChunks::ConstructCopy(p, o); }
-
-ZunRtcpSdes* ZunRtcpSdesAssign(ZunRtcpSdes* p, const ZunRtcpSdes* o) { return OwnedChunks::Assign(p, o); }
-
-void ZunRtcpSdesDestruct(ZunRtcpSdes* p) { Chunks::Destruct(&p->chunks); }
 
 ZunBool ZunRtcpSdesSetChunks(ZunRtcpSdes* p, const ZunVector_ZunRtcpSdesChunk* chunks) {
   return Chunks::Assign(&p->chunks, chunks) != nullptr;
 }
 
+ZUN_RTCP_OWNING_KIND_DEFINE(ZunRtcpSdes, kIdentity, &ZunRtcpSdes::chunks)
 ZUN_RTCP_ROW_DEFINE(ZunRtcpSdes, Wire)

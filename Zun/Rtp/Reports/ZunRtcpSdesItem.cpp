@@ -2,14 +2,13 @@
 
 #include <cstring>
 
-#include "Zun/Rtp/Core/OwnedMember.h"
-#include "Zun/Utils/VectorAlgorithms.h"
+#include "Zun/Utils/Owned.h"
 
-ZUN_VECTOR_DEFINE_OWNING(ZunRtcpSdesItem)
+ZUN_VECTOR_USE_OWNING(ZunRtcpSdesItem)
+ZUN_VECTOR_DEFINE(ZunRtcpSdesItem)
+ZUN_OWNING_DEFINE(ZunRtcpSdesItem, &ZunRtcpSdesItem::text)
 
 namespace {
-
-using OwnedText = zun::OwnedMember<&ZunRtcpSdesItem::text, ZunStringConstructCopy, ZunStringAssign>;
 
 constexpr ZunSizeT kMaxTextSize = 255;  // what the length byte can say
 
@@ -26,14 +25,6 @@ ZunRtcpSdesItem* ZunRtcpSdesItemConstruct(ZunRtcpSdesItem* p, ZunRtcpSdesItemTyp
   p->type = type;
   return p;
 }
-
-ZunRtcpSdesItem* ZunRtcpSdesItemConstructCopy(ZunRtcpSdesItem* p, const ZunRtcpSdesItem* o) {
-  return OwnedText::ConstructCopy(p, o);
-}
-
-ZunRtcpSdesItem* ZunRtcpSdesItemAssign(ZunRtcpSdesItem* p, const ZunRtcpSdesItem* o) { return OwnedText::Assign(p, o); }
-
-void ZunRtcpSdesItemDestruct(ZunRtcpSdesItem* p) { ZunStringDestruct(&p->text); }
 
 ZunBool ZunRtcpSdesItemSetText(ZunRtcpSdesItem* p, const char* text) {
   return std::strlen(text) <= kMaxTextSize && ZunStringAssignCStr(&p->text, text) != nullptr;

@@ -1,35 +1,24 @@
 #include "Zun/Rtp/TransportFeedback/ZunRtcpRtpfb.h"
 
-#include <iterator>
-
 #include "Zun/Rtp/Core/Envelope.h"
+
+ZUN_RTCPRTPFB_KINDS(ZUN_RTCP_LISTED_ROW_INTERNALS_DECLARE)
+ZUN_RTCP_ROW_INTERNALS_DECLARE(ZunRtcpRtpfbUnknown)
 
 namespace {
 
+#define ROW(value, Kind, member, Getter) \
+  zun::CheckedRow<ZunRtcpRtpfb, ZunRtcpRtpfbUnknown, Kind>(&ZunRtcpRtpfb::member, Getter, ZUN_RTCP_ROW(value, Kind)),
+constexpr zun::Table<ZUN_RTCPRTPFB_TYPE_NACK, ZUN_RTCPRTPFB_TYPE_ABAFB> rtpfb_table = {ZUN_RTCPRTPFB_KINDS(ROW)};
 constexpr RtcpSubpacketFunctions unknown_rtpfb_funcs = ZUN_RTCP_ROW(ZUN_RTCPRTPFB_TYPE_Unknown, ZunRtcpRtpfbUnknown);
 
-// Indexed by message type - 1.
-// clang-format off
-constexpr RtcpSubpacketFunctions rtpfb_table[] = {
-    ZUN_RTCP_ROW(ZUN_RTCPRTPFB_TYPE_NACK, ZunRtcpRtpfbNack),
-    ZUN_RTCP_ROW(ZUN_RTCPRTPFB_TYPE_TMMBR, ZunRtcpRtpfbTmmbr),
-    ZUN_RTCP_ROW(ZUN_RTCPRTPFB_TYPE_TMMBN, ZunRtcpRtpfbTmmbn),
-    {}, {}, {}, {}, {}, {}, {}, {}, {}, {},  // 4 to 13
-    ZUN_RTCP_ROW(ZUN_RTCPRTPFB_TYPE_CCFB, ZunRtcpRtpfbCcfb),
-    ZUN_RTCP_ROW(ZUN_RTCPRTPFB_TYPE_TransportCC, ZunRtcpRtpfbTransportCc),
-    {}, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}, {},  // 16 to 29
-    ZUN_RTCP_ROW(ZUN_RTCPRTPFB_TYPE_ABAFB, ZunRtcpRtpfbAbafb),
-};
-// clang-format on
-static_assert(std::size(rtpfb_table) == ZUN_RTCPRTPFB_TYPE_ABAFB);
+static_assert(zun::PredicateAgrees([](ZunInt32 fmt) { return rtpfb_table.Has(fmt); },
+                                   ZunRtcpRtpfbFeedbackMessageIsUnknown, -1, 256));
 
 struct RtpfbLevel {
   static ZunInt32 ValueOf(const ZunRtcpSubpacket* p) { return zun::As<ZunRtcpRtpfb>(p)->unk.fmt; }
-  static const RtcpSubpacketFunctions& RowOf(ZunInt32 fmt) {
-    return zun::FindRow(rtpfb_table, ZUN_RTCPRTPFB_TYPE_NACK, fmt, unknown_rtpfb_funcs);
-  }
-  static ZunInt32 ValueOfBody(const ZunString*, ZunSizeT, ZunSizeT, ZunUint8 count) { return count; }
-  static bool IsUnknown(ZunInt32 fmt) { return ZunRtcpRtpfbFeedbackMessageIsUnknown(fmt) != 0; }
+  static ZunInt32 ValueOfBody(const zun::Body& body) { return body.header.count; }
+  static const RtcpSubpacketFunctions& RowOf(ZunInt32 fmt) { return rtpfb_table.Find(fmt, unknown_rtpfb_funcs); }
   static void ConstructEmpty(ZunRtcpSubpacket* p, ZunAllocator* a) {
     ZunRtcpRtpfbUnknownConstructDefault(zun::As<ZunRtcpRtpfbUnknown>(p), a);
   }

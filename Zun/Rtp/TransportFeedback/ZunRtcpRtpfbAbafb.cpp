@@ -2,31 +2,35 @@
 
 #include "Zun/Rtp/Core/CalculatedDelay.h"
 #include "Zun/Rtp/Core/FeedbackHeader.h"
-#include "Zun/Rtp/Core/PlainKind.h"
 #include "Zun/Rtp/Core/Row.h"
 
 namespace {
+
+constexpr zun::FeedbackIdentity kIdentity = zun::IsRtpfb(ZUN_RTCPRTPFB_TYPE_ABAFB);
 
 constexpr ZunSizeT kAbafbSize = 32;
 
 struct Wire {
   static ZunSizeT Length(const ZunRtcpRtpfbAbafb&) { return kAbafbSize; }
 
-  static bool Write(const ZunRtcpRtpfbAbafb& p, ZunString* b, bool pad) {
+  static bool Write(const ZunRtcpRtpfbAbafb& p, zun::Output& out, bool pad) {
     const ZunUint32 delay = zun::CurrentDelay(p);
-    zun::BodyWriter w(b, kAbafbSize);
-    return zun::WriteFeedbackHeader(w, pad, ZUN_RTCPRTPFB_TYPE_ABAFB, ZUN_RTCPSUBPACKET_TYPE_RTPFB, kAbafbSize,
-                                    p.sender, p.source) &&
-           w.U32(p.timestamp) && w.U32(delay) && w.U32(p.data_rate) && w.U32(p.loss_rate) && w.U32(p.aba_data_rate);
+    zun::BodyWriter w(out, kAbafbSize);
+    return zun::WriteFeedbackHeader(w, pad, kIdentity, p, kAbafbSize) && w.Fields<20>([&](zun::FieldWriter& f) {
+      f.U32(p.timestamp);
+      f.U32(delay);
+      f.U32(p.data_rate);
+      f.U32(p.loss_rate);
+      f.U32(p.aba_data_rate);
+    });
   }
 
-  static bool Read(ZunRtcpRtpfbAbafb* p, zun::BodyReader& r, zun::SubpacketHeader) {
+  static bool Read(ZunRtcpRtpfbAbafb* p, zun::BodyReader& r, const zun::Body&) {
     if (!zun::ReadFeedbackSources(r, p) || !r.U32(&p->timestamp) || !zun::ReadDelay(r, p) || !r.U32(&p->data_rate) ||
         !r.U32(&p->loss_rate) || !r.U32(&p->aba_data_rate) || !r.AtEnd()) {
       return false;
     }
-    p->type = ZUN_RTCPSUBPACKET_TYPE_RTPFB;
-    p->fmt = ZUN_RTCPRTPFB_TYPE_ABAFB;
+    kIdentity.Mark(p);
     return true;
   }
 };
@@ -46,7 +50,7 @@ ZunRtcpRtpfbAbafb* ZunRtcpRtpfbAbafbConstructWithCalculatedDelay(ZunRtcpRtpfbAba
                                                                  ZunUint32 timestamp, ZunTime timestamp_time,
                                                                  ZunUint32 data_rate, ZunUint32 loss_rate,
                                                                  ZunUint32 aba_data_rate, ZunAllocator*) {
-  zun::SetFeedbackHead(p, ZUN_RTCPSUBPACKET_TYPE_RTPFB, ZUN_RTCPRTPFB_TYPE_ABAFB, sender, 0);
+  zun::SetFeedbackHead(p, kIdentity, sender, 0);
   p->timestamp = timestamp;
   zun::StoreTimestampTime(p, timestamp_time);
   p->data_rate = data_rate;
@@ -61,14 +65,10 @@ ZunRtcpRtpfbAbafb* ZunRtcpRtpfbAbafbConstructDefault(ZunRtcpRtpfbAbafb* p, ZunAl
 
 ZunUint32 ZunRtcpRtpfbAbafbGetDelay(const ZunRtcpRtpfbAbafb* p) { return zun::CurrentDelay(*p); }
 
-ZunBool ZunRtcpRtpfbAbafbSetDelay(ZunRtcpRtpfbAbafb* p, ZunUint32 delay) {
-  zun::StoreDelay(p, delay);
-  return 1;
-}
+ZunBool ZunRtcpRtpfbAbafbSetDelay(ZunRtcpRtpfbAbafb* p, ZunUint32 delay) { return zun::StoreDelay(p, delay); }
 
 ZunBool ZunRtcpRtpfbAbafbSetTimestampTime(ZunRtcpRtpfbAbafb* p, ZunTime timestamp_time) {
-  zun::StoreTimestampTime(p, timestamp_time);
-  return 1;
+  return zun::StoreTimestampTime(p, timestamp_time);
 }
 
 ZUN_RTCP_PLAIN_KIND_DEFINE(ZunRtcpRtpfbAbafb)

@@ -1,7 +1,8 @@
 #include "Zun/Rtp/TransportFeedback/ZunRtcpRtpfbCcfb.h"
 
 #include "Zun/Os/ZunTime.h"
-#include "Zun/Rtp/Core/OwnedMember.h"
+#include "Zun/Rtp/Core/EntryList.h"
+#include "Zun/Rtp/Core/FeedbackHeader.h"
 #include "Zun/Rtp/Core/Row.h"
 #include "Zun/Utils/ListRefill.h"
 
@@ -14,8 +15,8 @@ using Metric = ZunRtcpRtpfbCcfbPacketMetric;
 using Metrics = zun::VectorOfZunRtcpRtpfbCcfbPacketMetric;
 using Stream = ZunRtcpRtpfbCcfbStream;
 using Streams = zun::VectorOfZunRtcpRtpfbCcfbStream;
-using OwnedStreams = zun::OwnedMember<&ZunRtcpRtpfbCcfb::streams, ZunVector_ZunRtcpRtpfbCcfbStreamConstructCopy,
-                                      ZunVector_ZunRtcpRtpfbCcfbStreamAssign>;
+
+constexpr zun::FeedbackIdentity kIdentity = zun::IsRtpfb(ZUN_RTCPRTPFB_TYPE_CCFB);
 
 constexpr ZunSizeT kTimestampSize = 4;
 constexpr ZunSizeT kFixedSize = zun::kSubpacketHeaderSize + 4 + kTimestampSize;
@@ -28,12 +29,12 @@ constexpr ZunUint32 kEcnUnit = 0x2000;
 constexpr ZunUint32 kOffsetMask = 0x1FFF;
 
 // An odd number of metrics is followed by the size of one more.
-ZunSizeT PaddingBehind(ZunSizeT metrics) { return metrics % 2 * kMetricSize; }
+ZunSizeT PaddingAfter(ZunSizeT metrics) { return metrics % 2 * kMetricSize; }
 
 // Neither field is masked: what is too large spills into its neighbour, and only out of the word it is lost.
-ZunUint16 WordOf(const Metric& metric) {
-  if (!metric.received) return 0;
-  return static_cast<ZunUint16>(kReceived | metric.ecn * kEcnUnit | metric.arrivalTimeOffset);
+void EncodeMetric(const Metric& metric, ZunUint8* octets) {
+  const ZunUint32 word = kReceived | metric.ecn * kEcnUnit | metric.arrivalTimeOffset;
+  zun::StoreBigEndian(octets, static_cast<ZunUint16>(metric.received ? word & 0xFFFF : 0));
 }
 
 // The ECN bits are not moved down all the way, so the field holds four times the codepoint. Callers know.
@@ -43,17 +44,14 @@ Metric MetricOf(const ZunUint8* octets) {
           static_cast<ZunUint16>(word & kOffsetMask)};
 }
 
-bool WriteMetrics(zun::BodyWriter& w, const ZunVector_ZunRtcpRtpfbCcfbPacketMetric& metrics) {
-  for (const Metric* metric = metrics.begin; metric != metrics.end; ++metric) {
-    if (!w.U16(WordOf(*metric))) return false;
-  }
-  return true;
-}
-
 bool WriteStream(zun::BodyWriter& w, const Stream& stream) {
   const ZunSizeT count = Metrics::Size(&stream.packetMetrics);
-  return count <= kMaxMetrics && w.U32(stream.ssrc) && w.U16(stream.beginSeq) && w.U16(static_cast<ZunUint16>(count)) &&
-         WriteMetrics(w, stream.packetMetrics) && w.Zeros(PaddingBehind(count));
+  return count <= kMaxMetrics && w.Fields<kBlockHeaderSize>([&](zun::FieldWriter& f) {
+    f.U32(stream.ssrc);
+    f.U16(stream.beginSeq);
+    f.U16(static_cast<ZunUint16>(count));
+  }) && zun::WriteEntries<kMetricSize>(w, stream.packetMetrics, EncodeMetric) &&
+         w.Zeros(PaddingAfter(count));
 }
 
 bool ReadMetrics(zun::BodyReader& r, ZunVector_ZunRtcpRtpfbCcfbPacketMetric* metrics, ZunSizeT count) {
@@ -72,11 +70,11 @@ bool ReadStream(zun::BodyReader& r, zun::ListRefill<Streams>& streams, ZunAlloca
                                       [a](Stream* fresh) { ZunRtcpRtpfbCcfbStreamConstructDefault(fresh, 0, a); });
   ZunUint16 count;
   if (stream == nullptr || !r.U32(&stream->ssrc) || !r.U16(&stream->beginSeq) || !r.U16(&count) ||
-      !ReadMetrics(r, &stream->packetMetrics, count) || r.Remaining() < PaddingBehind(count)) {
+      !ReadMetrics(r, &stream->packetMetrics, count) || r.BytesBeforeEnd() < PaddingAfter(count)) {
     return false;
   }
   streams.Keep();
-  return r.Skip(PaddingBehind(count));
+  return r.SkipReadable(PaddingAfter(count));
 }
 
 struct Wire {
@@ -84,16 +82,15 @@ struct Wire {
     ZunSizeT length = kFixedSize;
     for (const Stream* stream = p.streams.begin; stream != p.streams.end; ++stream) {
       const ZunSizeT count = Metrics::Size(&stream->packetMetrics);
-      length += kBlockHeaderSize + count * kMetricSize + PaddingBehind(count);
+      length += kBlockHeaderSize + count * kMetricSize + PaddingAfter(count);
     }
     return length;
   }
 
-  static bool Write(const ZunRtcpRtpfbCcfb& p, ZunString* b, bool pad) {
+  static bool Write(const ZunRtcpRtpfbCcfb& p, zun::Output& out, bool pad) {
     const ZunSizeT length = Length(p);
-    zun::BodyWriter w(b, length);
-    if (!zun::WriteSubpacketHeader(w, pad, ZUN_RTCPRTPFB_TYPE_CCFB, ZUN_RTCPSUBPACKET_TYPE_RTPFB, length) ||
-        !w.U32(p.sender)) {
+    zun::BodyWriter w(out, length);
+    if (!zun::WriteSubpacketHeader(w, pad, ZUN_RTCPRTPFB_TYPE_CCFB, kIdentity.type, length) || !w.U32(p.sender)) {
       return false;
     }
     for (const Stream* stream = p.streams.begin; stream != p.streams.end; ++stream) {
@@ -102,20 +99,19 @@ struct Wire {
     return w.U32(p.sendTimestamp);
   }
 
-  static bool Read(ZunRtcpRtpfbCcfb* p, zun::BodyReader& r, zun::SubpacketHeader) {
+  static bool Read(ZunRtcpRtpfbCcfb* p, zun::BodyReader& r, const zun::Body&) {
     if (!r.U32(&p->sender) || !ReadStreams(r, &p->streams)) return false;
     ZunUint32 timestamp;
     if (!r.U32(&timestamp) || !r.AtEnd()) return false;
     p->sendTimestamp = timestamp;
-    p->type = ZUN_RTCPSUBPACKET_TYPE_RTPFB;
-    p->fmt = ZUN_RTCPRTPFB_TYPE_CCFB;
+    kIdentity.Mark(p);
     return true;
   }
 
  private:
   static bool ReadStreams(zun::BodyReader& r, ZunVector_ZunRtcpRtpfbCcfbStream* list) {
     zun::ListRefill<Streams> streams(list);
-    while (r.Remaining() > kTimestampSize) {
+    while (r.BytesBeforeEnd() > kTimestampSize) {
       if (!ReadStream(r, streams, list->allocator)) return false;
     }
     return true;
@@ -125,9 +121,7 @@ struct Wire {
 }  // namespace
 
 ZunRtcpRtpfbCcfb* ZunRtcpRtpfbCcfbConstructDefault(ZunRtcpRtpfbCcfb* p, ZunAllocator* a) {
-  p->type = ZUN_RTCPSUBPACKET_TYPE_RTPFB;
-  p->fmt = ZUN_RTCPRTPFB_TYPE_CCFB;
-  p->sender = 0;
+  zun::SetFeedbackHead(p, kIdentity, 0, 0);
   Streams::ConstructDefault(&p->streams, a);
   p->sendTimestamp = 0;
   return p;
@@ -141,16 +135,6 @@ ZunRtcpRtpfbCcfb* ZunRtcpRtpfbCcfbConstructFullWithMonotonic(ZunRtcpRtpfbCcfb* p
   return p;
 }
 
-ZunRtcpRtpfbCcfb* ZunRtcpRtpfbCcfbConstructCopy(ZunRtcpRtpfbCcfb* p, const ZunRtcpRtpfbCcfb* o) {
-  return OwnedStreams::ConstructCopy(p, o);
-}
-
-ZunRtcpRtpfbCcfb* ZunRtcpRtpfbCcfbAssign(ZunRtcpRtpfbCcfb* p, const ZunRtcpRtpfbCcfb* o) {
-  return OwnedStreams::Assign(p, o);
-}
-
-void ZunRtcpRtpfbCcfbDestruct(ZunRtcpRtpfbCcfb* p) { Streams::Destruct(&p->streams); }
-
 ZunBool ZunRtcpRtpfbCcfbSetSendTimestampFromMonotonic(ZunRtcpRtpfbCcfb* p, ZunTime ts) {
   p->sendTimestamp = static_cast<ZunUint32>(ZunTimeGetNtp(ts) >> 16 & 0xFFFFFFFF);
   return 1;
@@ -160,4 +144,5 @@ ZunBool ZunRtcpRtpfbCcfbAddStream(ZunRtcpRtpfbCcfb* p, const ZunRtcpRtpfbCcfbStr
   return Streams::PushBack(&p->streams, stream);
 }
 
+ZUN_RTCP_OWNING_KIND_DEFINE(ZunRtcpRtpfbCcfb, kIdentity, &ZunRtcpRtpfbCcfb::streams)
 ZUN_RTCP_ROW_DEFINE(ZunRtcpRtpfbCcfb, Wire)

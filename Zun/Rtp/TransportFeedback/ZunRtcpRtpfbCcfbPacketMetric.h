@@ -32,20 +32,11 @@ ZUN_INLINE ZunRtcpRtpfbCcfbPacketMetric* ZunRtcpRtpfbCcfbPacketMetricConstructFu
 }
 
 /* Plain copies, which return `p` and cannot fail; there is nothing to release. */
-ZUN_INLINE ZunRtcpRtpfbCcfbPacketMetric* ZunRtcpRtpfbCcfbPacketMetricConstructCopy(
-    ZunRtcpRtpfbCcfbPacketMetric* p, const ZunRtcpRtpfbCcfbPacketMetric* o) {
-  *p = *o;
-  return p;
-}
-
-ZUN_INLINE ZunRtcpRtpfbCcfbPacketMetric* ZunRtcpRtpfbCcfbPacketMetricAssign(ZunRtcpRtpfbCcfbPacketMetric* p,
-                                                                            const ZunRtcpRtpfbCcfbPacketMetric* o) {
-  *p = *o;
-  return p;
-}
-
-/* Does nothing: a packet metric owns nothing. */
-ZUN_INLINE void ZunRtcpRtpfbCcfbPacketMetricDestruct(ZunRtcpRtpfbCcfbPacketMetric* p) { (void)p; }
+ZunRtcpRtpfbCcfbPacketMetric* ZunRtcpRtpfbCcfbPacketMetricConstructCopy(ZunRtcpRtpfbCcfbPacketMetric* p,
+                                                                        const ZunRtcpRtpfbCcfbPacketMetric* o);
+ZunRtcpRtpfbCcfbPacketMetric* ZunRtcpRtpfbCcfbPacketMetricAssign(ZunRtcpRtpfbCcfbPacketMetric* p,
+                                                                 const ZunRtcpRtpfbCcfbPacketMetric* o);
+void ZunRtcpRtpfbCcfbPacketMetricDestruct(ZunRtcpRtpfbCcfbPacketMetric* p);
 
 /* The fields; their units and ranges stand with them above. */
 ZUN_INLINE ZunBool ZunRtcpRtpfbCcfbPacketMetricGetReceived(const ZunRtcpRtpfbCcfbPacketMetric* p) {

@@ -1,16 +1,15 @@
 #include "Zun/Rtp/TransportFeedback/ZunRtcpRtpfbCcfbStream.h"
 
-#include "Zun/Rtp/Core/OwnedMember.h"
-#include "Zun/Utils/VectorAlgorithms.h"
+#include "Zun/Utils/Owned.h"
 
 ZUN_VECTOR_USE_PLAIN(ZunRtcpRtpfbCcfbPacketMetric)
+ZUN_VECTOR_USE_OWNING(ZunRtcpRtpfbCcfbStream)
+ZUN_VECTOR_DEFINE(ZunRtcpRtpfbCcfbStream)
+ZUN_OWNING_DEFINE(ZunRtcpRtpfbCcfbStream, &ZunRtcpRtpfbCcfbStream::packetMetrics)
 
 namespace {
 
 using Metrics = zun::VectorOfZunRtcpRtpfbCcfbPacketMetric;
-using OwnedMetrics =
-    zun::OwnedMember<&ZunRtcpRtpfbCcfbStream::packetMetrics, ZunVector_ZunRtcpRtpfbCcfbPacketMetricConstructCopy,
-                     ZunVector_ZunRtcpRtpfbCcfbPacketMetricAssign>;
 
 }  // namespace
 
@@ -22,17 +21,6 @@ ZunRtcpRtpfbCcfbStream* ZunRtcpRtpfbCcfbStreamConstructDefault(ZunRtcpRtpfbCcfbS
   return p;
 }
 
-ZunRtcpRtpfbCcfbStream* ZunRtcpRtpfbCcfbStreamConstructCopy(ZunRtcpRtpfbCcfbStream* p,
-                                                            const ZunRtcpRtpfbCcfbStream* o) {
-  return OwnedMetrics::ConstructCopy(p, o);
-}
-
-ZunRtcpRtpfbCcfbStream* ZunRtcpRtpfbCcfbStreamAssign(ZunRtcpRtpfbCcfbStream* p, const ZunRtcpRtpfbCcfbStream* o) {
-  return OwnedMetrics::Assign(p, o);
-}
-
-void ZunRtcpRtpfbCcfbStreamDestruct(ZunRtcpRtpfbCcfbStream* p) { Metrics::Destruct(&p->packetMetrics); }
-
 ZunBool ZunRtcpRtpfbCcfbStreamAddPacket(ZunRtcpRtpfbCcfbStream* p, ZunUint16 seq, ZunBool received, ZunUint8 ecn,
                                         ZunUint16 arrivalTimeOffset) {
   const ZunSizeT count = Metrics::Size(&p->packetMetrics);
@@ -42,5 +30,3 @@ ZunBool ZunRtcpRtpfbCcfbStreamAddPacket(ZunRtcpRtpfbCcfbStream* p, ZunUint16 seq
   *p->packetMetrics.end++ = {received, ecn, arrivalTimeOffset};
   return 1;
 }
-
-ZUN_VECTOR_DEFINE_OWNING(ZunRtcpRtpfbCcfbStream)

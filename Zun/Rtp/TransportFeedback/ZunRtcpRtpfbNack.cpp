@@ -5,7 +5,6 @@
 #include "Zun/Os/Log.h"
 #include "Zun/Rtp/Core/EntryList.h"
 #include "Zun/Rtp/Core/FeedbackHeader.h"
-#include "Zun/Rtp/Core/OwnedMember.h"
 #include "Zun/Rtp/Core/Row.h"
 
 ZUN_VECTOR_USE_PLAIN(ZunRtcpRtpfbNackSeqMap)
@@ -14,18 +13,11 @@ ZUN_VECTOR_USE_PLAIN(ZunUint16)
 namespace {
 
 using SeqMaps = zun::VectorOfZunRtcpRtpfbNackSeqMap;
-using OwnedSeqMaps = zun::OwnedMember<&ZunRtcpRtpfbNack::seqMaps, SeqMaps::ConstructCopy, SeqMaps::Assign>;
+
+constexpr zun::FeedbackIdentity kIdentity = zun::IsRtpfb(ZUN_RTCPRTPFB_TYPE_NACK);
 
 constexpr ZunSizeT kSeqMapSize = 4;
 constexpr ZunUint32 kMaxDistance = 16;  // from a map's base to the last number that it can hold
-
-// What says that an object is a NACK, whatever it was copied from; a failed copy stays null.
-ZunRtcpRtpfbNack* Mark(ZunRtcpRtpfbNack* p) {
-  if (p == nullptr) return nullptr;
-  p->type = ZUN_RTCPSUBPACKET_TYPE_RTPFB;
-  p->fmt = ZUN_RTCPRTPFB_TYPE_NACK;
-  return p;
-}
 
 // From the base of `map` up to `seqNumber`. The difference is not taken modulo 65536, so for any number below the
 // base it is far above kMaxDistance.
@@ -61,23 +53,9 @@ void ForEachSeqNumber(const ZunRtcpRtpfbNack* p, Visit visit) {
   }
 }
 
-bool WriteMessage(const ZunRtcpRtpfbNack& p, ZunString* b, bool pad, ZunSizeT length) {
-  zun::BodyWriter w(b, length);
-  if (!zun::WriteFeedbackHeader(w, pad, ZUN_RTCPRTPFB_TYPE_NACK, ZUN_RTCPSUBPACKET_TYPE_RTPFB, length, p.sender,
-                                p.source)) {
-    return false;
-  }
-  const ZunSizeT count = SeqMaps::Size(&p.seqMaps);
-  if (count == 0) return false;
-  if (count > 1) {
-    LOG_DEBUG(ZunLogRtcp_, "ZunRtcpRtpfbNackWritePacket",
-              "Writing Generic NACK subpacket containing multiple sequence number/map fields.  Old versions of the "
-              "code could not produce or parse such subpackets.  Make sure receiving endpoint has support.");
-  }
-  for (const ZunRtcpRtpfbNackSeqMap* map = p.seqMaps.begin; map != p.seqMaps.end; ++map) {
-    if (!w.U16(map->seqNumber) || !w.U16(map->map)) return false;
-  }
-  return true;
+void EncodeSeqMap(const ZunRtcpRtpfbNackSeqMap& map, ZunUint8* octets) {
+  zun::StoreBigEndian(octets, map.seqNumber);
+  zun::StoreBigEndian(octets + 2, map.map);
 }
 
 void DecodeSeqMap(const ZunUint8* octets, ZunRtcpRtpfbNackSeqMap* map) {
@@ -85,13 +63,23 @@ void DecodeSeqMap(const ZunUint8* octets, ZunRtcpRtpfbNackSeqMap* map) {
   map->map = ZunUint16FromOctets(octets + 2);
 }
 
+bool WriteSeqMaps(zun::BodyWriter& w, const ZunVector_ZunRtcpRtpfbNackSeqMap& maps) {
+  const ZunSizeT count = SeqMaps::Size(&maps);
+  if (count > 1) {
+    ZUN_LOG_DEBUG_(ZunLogRtcp_, "ZunRtcpRtpfbNackWritePacket",
+                   "Writing Generic NACK subpacket containing multiple sequence number/map fields.  Old versions of "
+                   "the code could not produce or parse such subpackets.  Make sure receiving endpoint has support.");
+  }
+  return count != 0 && zun::WriteEntries<kSeqMapSize>(w, maps, EncodeSeqMap);
+}
+
 // A second map is worth a message as soon as it is there, whether it finds room or not.
 bool ReadSeqMaps(zun::BodyReader& r, ZunVector_ZunRtcpRtpfbNackSeqMap* maps) {
-  const bool has_second = r.Has(2 * kSeqMapSize);
+  const bool has_second = r.HasReadable(2 * kSeqMapSize);
   const bool read = zun::ReadEntries<kSeqMapSize, SeqMaps>(r, maps, DecodeSeqMap);
   if (has_second && SeqMaps::Size(maps) != 0) {
-    LOG_DEBUG(ZunLogRtcp_, "ZunRtcpRtpfbNackAssignFromBuffer",
-              "Generic NACK subpacket contains multiple sequence number/map fields.");
+    ZUN_LOG_DEBUG_(ZunLogRtcp_, "ZunRtcpRtpfbNackAssignFromBuffer",
+                   "Generic NACK subpacket contains multiple sequence number/map fields.");
   }
   return read;
 }
@@ -101,19 +89,21 @@ struct Wire {
     return zun::kFeedbackHeaderSize + kSeqMapSize * SeqMaps::Size(&p.seqMaps);
   }
 
-  static bool Write(const ZunRtcpRtpfbNack& p, ZunString* b, bool pad) {
-    if (WriteMessage(p, b, pad, Length(p))) return true;
-    LOG_ERROR(ZunLogRtcp_, "ZunRtcpRtpfbNackWritePacket", "Unable to write Generic NACK subpacket");
+  static bool Write(const ZunRtcpRtpfbNack& p, zun::Output& out, bool pad) {
+    const ZunSizeT length = Length(p);
+    zun::BodyWriter w(out, length);
+    if (zun::WriteFeedbackHeader(w, pad, kIdentity, p, length) && WriteSeqMaps(w, p.seqMaps)) return true;
+    ZUN_LOG_ERROR_(ZunLogRtcp_, "ZunRtcpRtpfbNackWritePacket", "Unable to write Generic NACK subpacket");
     return false;
   }
 
-  static bool Read(ZunRtcpRtpfbNack* p, zun::BodyReader& r, zun::SubpacketHeader) {
+  static bool Read(ZunRtcpRtpfbNack* p, zun::BodyReader& r, const zun::Body&) {
     SeqMaps::Clear(&p->seqMaps);
-    if (!zun::ReadFeedbackSources(r, p) || !r.Has(kSeqMapSize) || !ReadSeqMaps(r, &p->seqMaps)) {
-      LOG_ERROR(ZunLogRtcp_, "ZunRtcpRtpfbNackAssignFromBuffer", "Unable to parse Generic NACK subpacket");
+    if (!zun::ReadFeedbackSources(r, p) || !r.HasReadable(kSeqMapSize) || !ReadSeqMaps(r, &p->seqMaps)) {
+      ZUN_LOG_ERROR_(ZunLogRtcp_, "ZunRtcpRtpfbNackAssignFromBuffer", "Unable to parse Generic NACK subpacket");
       return false;
     }
-    Mark(p);
+    kIdentity.Mark(p);
     return true;
   }
 };
@@ -122,7 +112,7 @@ struct Wire {
 
 ZunRtcpRtpfbNack* ZunRtcpRtpfbNackConstruct(ZunRtcpRtpfbNack* p, ZunRtpSourceId sender, ZunRtpSourceId source,
                                             ZunAllocator* a) {
-  zun::SetFeedbackHead(p, ZUN_RTCPSUBPACKET_TYPE_RTPFB, ZUN_RTCPRTPFB_TYPE_NACK, sender, source);
+  zun::SetFeedbackHead(p, kIdentity, sender, source);
   SeqMaps::ConstructDefault(&p->seqMaps, a);
   return p;
 }
@@ -130,16 +120,6 @@ ZunRtcpRtpfbNack* ZunRtcpRtpfbNackConstruct(ZunRtcpRtpfbNack* p, ZunRtpSourceId 
 ZunRtcpRtpfbNack* ZunRtcpRtpfbNackConstructDefault(ZunRtcpRtpfbNack* p, ZunAllocator* a) {
   return ZunRtcpRtpfbNackConstruct(p, 0, 0, a);
 }
-
-ZunRtcpRtpfbNack* ZunRtcpRtpfbNackConstructCopy(ZunRtcpRtpfbNack* p, const ZunRtcpRtpfbNack* o) {
-  return Mark(OwnedSeqMaps::ConstructCopy(p, o));
-}
-
-ZunRtcpRtpfbNack* ZunRtcpRtpfbNackAssign(ZunRtcpRtpfbNack* p, const ZunRtcpRtpfbNack* o) {
-  return Mark(OwnedSeqMaps::Assign(p, o));
-}
-
-void ZunRtcpRtpfbNackDestruct(ZunRtcpRtpfbNack* p) { SeqMaps::Destruct(&p->seqMaps); }
 
 ZunBool ZunRtcpRtpfbNackWillSeqNumberRequireNewSeqMap(const ZunRtcpRtpfbNack* p, ZunUint16 seqNumber) {
   return FindSeqMap(p, seqNumber) == nullptr;
@@ -190,4 +170,5 @@ void ZunRtcpRtpfbNackGetSeqNumbers(const ZunRtcpRtpfbNack* p, ZunVector_ZunUint1
   ForEachSeqNumber(p, [=](ZunUint16 seqNumber) { zun::VectorOfZunUint16::PushBack(v, &seqNumber); });
 }
 
+ZUN_RTCP_OWNING_KIND_DEFINE(ZunRtcpRtpfbNack, kIdentity, &ZunRtcpRtpfbNack::seqMaps)
 ZUN_RTCP_ROW_DEFINE(ZunRtcpRtpfbNack, Wire)

@@ -1,5 +1,7 @@
 #include "Zun/Rtp/TransportFeedback/ZunRtcpRtpfbNackSeqMap.h"
 
-#include "Zun/Utils/VectorAlgorithms.h"
+#include "Zun/Utils/Owned.h"
 
-ZUN_VECTOR_DEFINE_PLAIN(ZunRtcpRtpfbNackSeqMap)
+ZUN_VECTOR_USE_PLAIN(ZunRtcpRtpfbNackSeqMap)
+ZUN_VECTOR_DEFINE(ZunRtcpRtpfbNackSeqMap)
+ZUN_PLAIN_DEFINE(ZunRtcpRtpfbNackSeqMap)

@@ -20,24 +20,17 @@ struct ZunRtcpRtpfbNackSeqMap {
   ZunUint16 map;       /* bit i, the least significant being 0, tells that seqNumber + i + 1 is lost as well */
 };
 
-/* A plain value: copies cannot fail, and destructing it does nothing. */
+/* Stores both. Returns `x`; cannot fail. */
 ZUN_INLINE ZunRtcpRtpfbNackSeqMap* ZunRtcpRtpfbNackSeqMapConstruct(ZunRtcpRtpfbNackSeqMap* x, ZunUint16 seqNumber,
                                                                    ZunUint16 map) {
   x->seqNumber = seqNumber;
   x->map = map;
   return x;
 }
-ZUN_INLINE ZunRtcpRtpfbNackSeqMap* ZunRtcpRtpfbNackSeqMapConstructCopy(ZunRtcpRtpfbNackSeqMap* x,
-                                                                       const ZunRtcpRtpfbNackSeqMap* o) {
-  *x = *o;
-  return x;
-}
-ZUN_INLINE ZunRtcpRtpfbNackSeqMap* ZunRtcpRtpfbNackSeqMapAssign(ZunRtcpRtpfbNackSeqMap* x,
-                                                                const ZunRtcpRtpfbNackSeqMap* o) {
-  *x = *o;
-  return x;
-}
-ZUN_INLINE void ZunRtcpRtpfbNackSeqMapDestruct(ZunRtcpRtpfbNackSeqMap* x) { (void)x; }
+/* Plain copies, which return `p` and cannot fail; there is nothing to release. */
+ZunRtcpRtpfbNackSeqMap* ZunRtcpRtpfbNackSeqMapConstructCopy(ZunRtcpRtpfbNackSeqMap* p, const ZunRtcpRtpfbNackSeqMap* o);
+ZunRtcpRtpfbNackSeqMap* ZunRtcpRtpfbNackSeqMapAssign(ZunRtcpRtpfbNackSeqMap* p, const ZunRtcpRtpfbNackSeqMap* o);
+void ZunRtcpRtpfbNackSeqMapDestruct(ZunRtcpRtpfbNackSeqMap* p);
 
 ZUN_EXTERN_C_END
 

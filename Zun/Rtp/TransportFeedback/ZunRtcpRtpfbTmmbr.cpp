@@ -3,7 +3,6 @@
 #include "Zun/Os/Log.h"
 #include "Zun/Rtp/Core/EntryList.h"
 #include "Zun/Rtp/Core/FeedbackHeader.h"
-#include "Zun/Rtp/Core/OwnedMember.h"
 #include "Zun/Rtp/Core/Row.h"
 
 ZUN_VECTOR_USE_PLAIN(ZunRtcpRtpfbTmmbrEntry)
@@ -11,17 +10,14 @@ ZUN_VECTOR_USE_PLAIN(ZunRtcpRtpfbTmmbrEntry)
 namespace {
 
 using Entries = zun::VectorOfZunRtcpRtpfbTmmbrEntry;
-using OwnedFci = zun::OwnedMember<&ZunRtcpRtpfbTmmbr::fci, Entries::ConstructCopy, Entries::Assign>;
+
+constexpr zun::FeedbackIdentity kIdentity = zun::IsRtpfb(ZUN_RTCPRTPFB_TYPE_TMMBR);
 
 constexpr ZunSizeT kEntrySize = 8;
-constexpr ZunRtpSourceId kNoMediaSource = 0;  // the entries name the media senders
 
-// What says that an object is a TMMBR, whatever it was copied from; a failed copy stays null.
-ZunRtcpRtpfbTmmbr* Mark(ZunRtcpRtpfbTmmbr* p) {
-  if (p == nullptr) return nullptr;
-  p->type = ZUN_RTCPSUBPACKET_TYPE_RTPFB;
-  p->fmt = ZUN_RTCPRTPFB_TYPE_TMMBR;
-  return p;
+void EncodeEntry(const ZunRtcpRtpfbTmmbrEntry& entry, ZunUint8* octets) {
+  zun::StoreBigEndian(octets, entry.ssrc);
+  zun::StoreBigEndian(octets + 4, entry.max_bitrate);
 }
 
 void DecodeEntry(const ZunUint8* octets, ZunRtcpRtpfbTmmbrEntry* entry) {
@@ -35,27 +31,22 @@ struct Wire {
     return zun::kFeedbackHeaderSize + kEntrySize * Entries::Size(&p.fci);
   }
 
-  static bool Write(const ZunRtcpRtpfbTmmbr& p, ZunString* b, bool pad) {
+  // The entries name the media senders, so the media source has no meaning and is 0 on the wire.
+  static bool Write(const ZunRtcpRtpfbTmmbr& p, zun::Output& out, bool pad) {
     const ZunSizeT length = Length(p);
-    zun::BodyWriter w(b, length);
-    if (!zun::WriteFeedbackHeader(w, pad, ZUN_RTCPRTPFB_TYPE_TMMBR, ZUN_RTCPSUBPACKET_TYPE_RTPFB, length, p.sender,
-                                  kNoMediaSource)) {
-      return false;
-    }
-    for (const ZunRtcpRtpfbTmmbrEntry* entry = p.fci.begin; entry != p.fci.end; ++entry) {
-      if (!w.U32(entry->ssrc) || !w.U32(entry->max_bitrate)) return false;
-    }
-    return p.fci.begin != p.fci.end;
+    zun::BodyWriter w(out, length);
+    return zun::WriteFeedbackHeaderWithoutSource(w, pad, kIdentity, p, length) && p.fci.begin != p.fci.end &&
+           zun::WriteEntries<kEntrySize>(w, p.fci, EncodeEntry);
   }
 
-  static bool Read(ZunRtcpRtpfbTmmbr* p, zun::BodyReader& r, zun::SubpacketHeader) {
+  static bool Read(ZunRtcpRtpfbTmmbr* p, zun::BodyReader& r, const zun::Body&) {
     if (!zun::ReadFeedbackSources(r, p)) return false;
-    if (p->source != kNoMediaSource) {
-      LOG_WARNING(ZunLogRtcp_, "ZunRtcpRtpfbTmmbrAssignFromBuffer",
-                  "Non-zero SSRC of media source in RTCP TMMBR message");
+    if (p->source != 0) {
+      ZUN_LOG_WARNING_(ZunLogRtcp_, "ZunRtcpRtpfbTmmbrAssignFromBuffer",
+                       "Non-zero SSRC of media source in RTCP TMMBR message");
     }
     if (!zun::ReadEntries<kEntrySize, Entries>(r, &p->fci, DecodeEntry)) return false;
-    Mark(p);
+    kIdentity.Mark(p);
     return true;
   }
 };
@@ -63,19 +54,10 @@ struct Wire {
 }  // namespace
 
 ZunRtcpRtpfbTmmbr* ZunRtcpRtpfbTmmbrConstructDefault(ZunRtcpRtpfbTmmbr* p, ZunAllocator* a) {
-  zun::SetFeedbackHead(p, ZUN_RTCPSUBPACKET_TYPE_RTPFB, ZUN_RTCPRTPFB_TYPE_TMMBR, 0, 0);
+  zun::SetFeedbackHead(p, kIdentity, 0, 0);
   Entries::ConstructDefault(&p->fci, a);
   return p;
 }
 
-ZunRtcpRtpfbTmmbr* ZunRtcpRtpfbTmmbrConstructCopy(ZunRtcpRtpfbTmmbr* p, const ZunRtcpRtpfbTmmbr* o) {
-  return Mark(OwnedFci::ConstructCopy(p, o));
-}
-
-ZunRtcpRtpfbTmmbr* ZunRtcpRtpfbTmmbrAssign(ZunRtcpRtpfbTmmbr* p, const ZunRtcpRtpfbTmmbr* o) {
-  return Mark(OwnedFci::Assign(p, o));
-}
-
-void ZunRtcpRtpfbTmmbrDestruct(ZunRtcpRtpfbTmmbr* p) { Entries::Destruct(&p->fci); }
-
+ZUN_RTCP_OWNING_KIND_DEFINE(ZunRtcpRtpfbTmmbr, kIdentity, &ZunRtcpRtpfbTmmbr::fci)
 ZUN_RTCP_ROW_DEFINE(ZunRtcpRtpfbTmmbr, Wire)

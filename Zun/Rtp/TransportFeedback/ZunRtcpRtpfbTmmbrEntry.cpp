@@ -1,5 +1,7 @@
 #include "Zun/Rtp/TransportFeedback/ZunRtcpRtpfbTmmbrEntry.h"
 
-#include "Zun/Utils/VectorAlgorithms.h"
+#include "Zun/Utils/Owned.h"
 
-ZUN_VECTOR_DEFINE_PLAIN(ZunRtcpRtpfbTmmbrEntry)
+ZUN_VECTOR_USE_PLAIN(ZunRtcpRtpfbTmmbrEntry)
+ZUN_VECTOR_DEFINE(ZunRtcpRtpfbTmmbrEntry)
+ZUN_PLAIN_DEFINE(ZunRtcpRtpfbTmmbrEntry)

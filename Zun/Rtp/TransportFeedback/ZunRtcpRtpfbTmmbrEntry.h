@@ -25,7 +25,7 @@ struct ZunRtcpRtpfbTmmbrEntry {
   ZunUint32 max_bitrate; /* bits per second */
 };
 
-/* A plain value: nothing here can fail, the allocator is not used, and destructing it does nothing. */
+/* Stores both, and a sequence number of 0; `a` is not used. Returns `p`; cannot fail. */
 ZUN_INLINE ZunRtcpRtpfbTmmbrEntry* ZunRtcpRtpfbTmmbrEntryConstructFull(ZunRtcpRtpfbTmmbrEntry* p, ZunRtpSourceId ssrc,
                                                                        ZunUint32 max_bitrate, ZunAllocator* a) {
   (void)a;
@@ -34,17 +34,10 @@ ZUN_INLINE ZunRtcpRtpfbTmmbrEntry* ZunRtcpRtpfbTmmbrEntryConstructFull(ZunRtcpRt
   p->max_bitrate = max_bitrate;
   return p;
 }
-ZUN_INLINE ZunRtcpRtpfbTmmbrEntry* ZunRtcpRtpfbTmmbrEntryConstructCopy(ZunRtcpRtpfbTmmbrEntry* p,
-                                                                       const ZunRtcpRtpfbTmmbrEntry* o) {
-  *p = *o;
-  return p;
-}
-ZUN_INLINE ZunRtcpRtpfbTmmbrEntry* ZunRtcpRtpfbTmmbrEntryAssign(ZunRtcpRtpfbTmmbrEntry* p,
-                                                                const ZunRtcpRtpfbTmmbrEntry* o) {
-  *p = *o;
-  return p;
-}
-ZUN_INLINE void ZunRtcpRtpfbTmmbrEntryDestruct(ZunRtcpRtpfbTmmbrEntry* p) { (void)p; }
+/* Plain copies, which return `p` and cannot fail; there is nothing to release. */
+ZunRtcpRtpfbTmmbrEntry* ZunRtcpRtpfbTmmbrEntryConstructCopy(ZunRtcpRtpfbTmmbrEntry* p, const ZunRtcpRtpfbTmmbrEntry* o);
+ZunRtcpRtpfbTmmbrEntry* ZunRtcpRtpfbTmmbrEntryAssign(ZunRtcpRtpfbTmmbrEntry* p, const ZunRtcpRtpfbTmmbrEntry* o);
+void ZunRtcpRtpfbTmmbrEntryDestruct(ZunRtcpRtpfbTmmbrEntry* p);
 
 /* The fields. Their setters store them and return true. */
 ZUN_INLINE ZunRtpSourceId ZunRtcpRtpfbTmmbrEntryGetSsrc(const ZunRtcpRtpfbTmmbrEntry* p) { return p->ssrc; }

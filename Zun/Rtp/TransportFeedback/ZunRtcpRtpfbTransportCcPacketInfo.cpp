@@ -1,5 +1,7 @@
 #include "Zun/Rtp/TransportFeedback/ZunRtcpRtpfbTransportCcPacketInfo.h"
 
-#include "Zun/Utils/VectorAlgorithms.h"
+#include "Zun/Utils/Owned.h"
 
-ZUN_VECTOR_DEFINE_PLAIN(ZunRtcpRtpfbTransportCcPacketInfo)
+ZUN_VECTOR_USE_PLAIN(ZunRtcpRtpfbTransportCcPacketInfo)
+ZUN_VECTOR_DEFINE(ZunRtcpRtpfbTransportCcPacketInfo)
+ZUN_PLAIN_DEFINE(ZunRtcpRtpfbTransportCcPacketInfo)

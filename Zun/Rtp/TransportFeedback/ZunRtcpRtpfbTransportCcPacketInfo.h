@@ -32,20 +32,11 @@ ZUN_INLINE ZunRtcpRtpfbTransportCcPacketInfo* ZunRtcpRtpfbTransportCcPacketInfoC
 }
 
 /* Plain copies, which return `p` and cannot fail; there is nothing to release. */
-ZUN_INLINE ZunRtcpRtpfbTransportCcPacketInfo* ZunRtcpRtpfbTransportCcPacketInfoConstructCopy(
-    ZunRtcpRtpfbTransportCcPacketInfo* p, const ZunRtcpRtpfbTransportCcPacketInfo* o) {
-  *p = *o;
-  return p;
-}
-
-ZUN_INLINE ZunRtcpRtpfbTransportCcPacketInfo* ZunRtcpRtpfbTransportCcPacketInfoAssign(
-    ZunRtcpRtpfbTransportCcPacketInfo* p, const ZunRtcpRtpfbTransportCcPacketInfo* o) {
-  *p = *o;
-  return p;
-}
-
-/* Does nothing: a packet info owns nothing. */
-ZUN_INLINE void ZunRtcpRtpfbTransportCcPacketInfoDestruct(ZunRtcpRtpfbTransportCcPacketInfo* p) { (void)p; }
+ZunRtcpRtpfbTransportCcPacketInfo* ZunRtcpRtpfbTransportCcPacketInfoConstructCopy(
+    ZunRtcpRtpfbTransportCcPacketInfo* p, const ZunRtcpRtpfbTransportCcPacketInfo* o);
+ZunRtcpRtpfbTransportCcPacketInfo* ZunRtcpRtpfbTransportCcPacketInfoAssign(ZunRtcpRtpfbTransportCcPacketInfo* p,
+                                                                           const ZunRtcpRtpfbTransportCcPacketInfo* o);
+void ZunRtcpRtpfbTransportCcPacketInfoDestruct(ZunRtcpRtpfbTransportCcPacketInfo* p);
 
 ZUN_INLINE void ZunRtcpRtpfbTransportCcPacketInfoSwap(ZunRtcpRtpfbTransportCcPacketInfo* p,
                                                       ZunRtcpRtpfbTransportCcPacketInfo* o) {

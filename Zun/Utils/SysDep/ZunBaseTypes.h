@@ -34,6 +34,13 @@
 #define ZUN_INLINE inline
 #endif
 
+/* An inline function that C++ may also call in constant expressions. */
+#ifdef __cplusplus
+#define ZUN_INLINE_CONSTANT constexpr ZUN_INLINE
+#else
+#define ZUN_INLINE_CONSTANT ZUN_INLINE
+#endif
+
 typedef uint8_t ZunBool; /* 0 is false, anything else true; functions return 1 for true */
 typedef uint8_t ZunUint8;
 typedef uint16_t ZunUint16;

@@ -75,7 +75,7 @@ const std::vector<std::string>& AllKinds() {
 // All that can be seen of a subpacket: what it writes, or, for one that cannot be read back, its length as well.
 std::string Seen(const ZunRtcpSubpacket& sp) {
   Text out;
-  const bool written = zun::SubpacketDispatch::WritePacket(&sp, out, 0) != 0;
+  const bool written = zun::SubpacketLevel::RowOf(sp.unk.type).write_packet(&sp, out, 0) != 0;
   return ToHex(out.str()) + (written ? " written, " : " refused, ") +
          std::to_string(ZunRtcpSubpacketGetNetworkPacketLength(&sp));
 }
@@ -135,6 +135,46 @@ TEST(PacketOfAllKinds, AnObjectThatHeldOneKindReadsAnotherLikeAFreshOne) {
       EXPECT_EQ(Seen(used[0]), Seen(Parsed(second)[0])) << ToHex(first) << " then " << ToHex(second);
     }
   }
+}
+
+// A view of received bytes has no allocator: what would take it takes the one that the object has, or the packet's.
+TEST(PacketOfAllKinds, AViewWithoutAnAllocatorIsReadOverAnyKind) {
+  for (const std::string& first : AllKinds()) {
+    for (const std::string& second : AllKinds()) {
+      TestAllocator allocator;
+      Parsed used(first, allocator);
+      ASSERT_TRUE(used.ok) << ToHex(first);
+      const Datagram view(second, nullptr);
+      ASSERT_TRUE(ZunRtcpPacketParseNetworkPacket(&used.packet, view)) << ToHex(first) << " then " << ToHex(second);
+      EXPECT_EQ(Seen(used[0]), Seen(Parsed(second)[0])) << ToHex(first) << " then " << ToHex(second);
+      ZunAllocator* const own = zun::SubpacketDispatch::GetAllocator(&used[0]);
+      EXPECT_TRUE(own == nullptr || own == allocator.get());
+    }
+  }
+}
+
+// An object that another allocator serves keeps that one where the view has none.
+TEST(PacketOfAllKinds, AViewWithoutAnAllocatorLeavesAnObjectItsOwn) {
+  TestAllocator packet_allocator;
+  TestAllocator object_allocator;
+  const Parsed source(kNack, object_allocator);
+  ZunRtcpPacket packet;
+  ZunRtcpPacketConstructDefault(&packet, packet_allocator);
+  ASSERT_TRUE(ZunRtcpPacketAppendSubpacket(&packet, &source[0]));
+  ASSERT_TRUE(ZunRtcpPacketParseNetworkPacket(&packet, Datagram(kUnknownRtpfb, nullptr)));
+  EXPECT_EQ(zun::SubpacketDispatch::GetAllocator(ZunRtcpPacketGetSubpacket(&packet, 0)), object_allocator.get());
+  ZunRtcpPacketDestruct(&packet);
+}
+
+// Where nobody has an allocator, nothing is read that would need one, and nothing is lost.
+TEST(PacketOfAllKinds, AMessageWithoutAnyAllocatorIsRefusedWhereItNeedsOne) {
+  const Datagram tmmbn(kTmmbn, nullptr);
+  const Datagram nack(kNack, nullptr);
+  ZunRtcpSubpacket sp;
+  ASSERT_TRUE(ZunRtcpRtpfbConstructFromBuffer(&sp, tmmbn, 4, tmmbn->size, 205, 3, nullptr));
+  EXPECT_FALSE(ZunRtcpRtpfbAssignFromBuffer(&sp, nack, 4, nack->size, 205, 1));
+  EXPECT_TRUE(ZunRtcpRtpfbAssignFromBuffer(&sp, tmmbn, 4, tmmbn->size, 205, 3));
+  ZunRtcpRtpfbDestructWrap(&sp);
 }
 
 // No kind takes more than four allocations to be copied.

@@ -11,9 +11,13 @@ using namespace test;
 
 const std::string kSsrcs = Hex("01020304 11121314");
 
+ZunRtcpPsfbAfbType TypeIn(const Datagram& b, ZunSizeT begin, ZunSizeT end) {
+  return zun::AfbBufferGetAfbType(zun::BodyIn(b, begin, end, {206, 15}));
+}
+
 ZunRtcpPsfbAfbType Classified(const std::string& fci) {
   const Datagram body(kSsrcs + fci);
-  return zun::AfbBufferGetAfbType(body, 0, body->size);
+  return TypeIn(body, 0, body->size);
 }
 
 TEST(AfbHeaderTest, HouseMessagesAreToldByTheirNumberKnownOrNot) {
@@ -57,32 +61,32 @@ TEST(AfbHeaderTest, BodiesWithoutBothSsrcsAreUnknown) {
   const std::string all = kSsrcs + "REMB";
   for (std::size_t size = 0; size < 8; ++size) {
     const Datagram body(all.substr(0, size));
-    EXPECT_EQ(zun::AfbBufferGetAfbType(body, 0, body->size), 0) << size;
+    EXPECT_EQ(TypeIn(body, 0, body->size), 0) << size;
   }
 }
 
 TEST(AfbHeaderTest, TheEndOfTheBodyBoundsTheIdentifier) {
   const Datagram body(kSsrcs + "REMB" + Hex("4E720001"));
-  for (ZunSizeT end = 0; end < 12; ++end) EXPECT_EQ(zun::AfbBufferGetAfbType(body, 0, end), 0) << end;
-  EXPECT_EQ(zun::AfbBufferGetAfbType(body, 0, 12), ZUN_RTCPPSFBAFB_TYPE_REMB);
-  EXPECT_EQ(zun::AfbBufferGetAfbType(body, 4, 15), 0);
-  EXPECT_EQ(zun::AfbBufferGetAfbType(body, 4, 16), ZUN_RTCPPSFBAFB_TYPE_ABAFB) << "the body need not begin at 0";
+  for (ZunSizeT end = 0; end < 12; ++end) EXPECT_EQ(TypeIn(body, 0, end), 0) << end;
+  EXPECT_EQ(TypeIn(body, 0, 12), ZUN_RTCPPSFBAFB_TYPE_REMB);
+  EXPECT_EQ(TypeIn(body, 4, 15), 0);
+  EXPECT_EQ(TypeIn(body, 4, 16), ZUN_RTCPPSFBAFB_TYPE_ABAFB) << "the body need not begin at 0";
 }
 
 TEST(AfbHeaderTest, AnEndBeyondTheStringReadsNothingBehindIt) {
   const std::string all = kSsrcs + "REMB";
   for (std::size_t size = 0; size < all.size(); ++size) {
     const Datagram body(all.substr(0, size));
-    EXPECT_EQ(zun::AfbBufferGetAfbType(body, 0, 1000), 0) << size;
+    EXPECT_EQ(TypeIn(body, 0, 1000), 0) << size;
   }
   const Datagram body(all);
-  EXPECT_EQ(zun::AfbBufferGetAfbType(body, 0, 1000), ZUN_RTCPPSFBAFB_TYPE_REMB);
-  EXPECT_EQ(zun::AfbBufferGetAfbType(body, 1000, 2000), 0);
+  EXPECT_EQ(TypeIn(body, 0, 1000), ZUN_RTCPPSFBAFB_TYPE_REMB);
+  EXPECT_EQ(TypeIn(body, 1000, 2000), 0);
 }
 
 TEST(AfbHeaderTest, ReadsTheHouseHeader) {
   const Datagram bytes(Hex("4E72 BEEF"));
-  zun::BodyReader r(bytes, 0, 4);
+  zun::BodyReader r(zun::BodyIn(bytes, 0, 4, {0, 0}));
   ZunUint16 type = 0;
   EXPECT_TRUE(zun::ReadNorviAfbHeader(r, &type));
   EXPECT_EQ(type, 0xBEEF);
@@ -92,7 +96,7 @@ TEST(AfbHeaderTest, ReadsTheHouseHeader) {
 TEST(AfbHeaderTest, AFailedReadOfTheHouseHeaderStoresNoType) {
   for (const std::string hex : {"", "4E", "4E72", "4E72BE", "4E73BEEF", "4F72BEEF"}) {
     const Datagram bytes(Hex(hex));
-    zun::BodyReader r(bytes, 0, bytes->size);
+    zun::BodyReader r(zun::BodyIn(bytes, 0, bytes->size, {0, 0}));
     ZunUint16 type = 77;
     EXPECT_FALSE(zun::ReadNorviAfbHeader(r, &type)) << hex;
     EXPECT_EQ(type, 77) << hex;
@@ -102,7 +106,8 @@ TEST(AfbHeaderTest, AFailedReadOfTheHouseHeaderStoresNoType) {
 TEST(AfbHeaderTest, WritesTheLowSixteenBitsOfTheType) {
   Text out;
   {
-    zun::BodyWriter w(out, 8);
+    zun::Output output(out);
+    zun::BodyWriter w(output, 8);
     EXPECT_TRUE(zun::WriteNorviAfbHeader(w, 5));
     EXPECT_TRUE(zun::WriteNorviAfbHeader(w, 0x1BEEF));
   }
@@ -117,7 +122,8 @@ TEST(AfbHeaderTest, ARefusedHouseHeaderKeepsWhatWasAppended) {
   ASSERT_NE(ZunStringAppendN(out, filled, '-'), nullptr);
   allocator.RefuseFrom(0);
   {
-    zun::BodyWriter w(out, 4);
+    zun::Output output(out);
+    zun::BodyWriter w(output, 4);
     EXPECT_FALSE(zun::WriteNorviAfbHeader(w, 5));
   }
   EXPECT_EQ(ToHex(out.str().substr(filled)), "4E7200");

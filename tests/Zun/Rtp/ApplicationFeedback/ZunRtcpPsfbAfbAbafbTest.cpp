@@ -13,7 +13,7 @@ namespace {
 
 using namespace test;
 
-const Row kRow = ZUN_RTCP_ROW(ZUN_RTCPPSFBAFB_TYPE_ABAFB, ZunRtcpPsfbAfbAbafb);
+const Row kRow = TEST_ROW(ZunRtcpPsfbAfbAbafb);
 
 constexpr ZunTime kSecond = 1000000000;
 

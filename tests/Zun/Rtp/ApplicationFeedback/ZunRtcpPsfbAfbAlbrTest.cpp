@@ -9,7 +9,7 @@ namespace {
 
 using namespace test;
 
-const Row kRow = ZUN_RTCP_ROW(ZUN_RTCPPSFBAFB_TYPE_ALBR, ZunRtcpPsfbAfbAlbr);
+const Row kRow = TEST_ROW(ZunRtcpPsfbAfbAlbr);
 
 const std::string kWire = Hex(R"(
     8F CE 0004      | version 2, FMT 15, type 206, 5 words

@@ -13,7 +13,7 @@ namespace {
 
 using namespace test;
 
-const Row kRow = ZUN_RTCP_ROW(ZUN_RTCPPSFBAFB_TYPE_LIR, ZunRtcpPsfbAfbLir);
+const Row kRow = TEST_ROW(ZunRtcpPsfbAfbLir);
 
 using Entry = ZunRtcpPsfbAfbLirEntry;
 

@@ -16,7 +16,7 @@ namespace {
 
 using namespace test;
 
-const Row kRow = ZUN_RTCP_ROW(ZUN_RTCPPSFBAFB_TYPE_REMB, ZunRtcpPsfbAfbRemb);
+const Row kRow = TEST_ROW(ZunRtcpPsfbAfbRemb);
 
 constexpr ZunFloat32 kInfinity = std::numeric_limits<ZunFloat32>::infinity();
 constexpr ZunFloat32 kNan = std::numeric_limits<ZunFloat32>::quiet_NaN();

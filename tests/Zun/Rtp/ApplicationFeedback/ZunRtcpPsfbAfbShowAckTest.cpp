@@ -9,7 +9,7 @@ namespace {
 
 using namespace test;
 
-const Row kRow = ZUN_RTCP_ROW(ZUN_RTCPPSFBAFB_TYPE_SHOWACK, ZunRtcpPsfbAfbShowAck);
+const Row kRow = TEST_ROW(ZunRtcpPsfbAfbShowAck);
 
 const std::string kWire = Hex(R"(
     8F CE 0005      | version 2, FMT 15, type 206, 6 words

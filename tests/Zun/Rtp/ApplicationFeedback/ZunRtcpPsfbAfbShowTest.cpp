@@ -15,7 +15,7 @@ namespace {
 
 using namespace test;
 
-const Row kRow = ZUN_RTCP_ROW(ZUN_RTCPPSFBAFB_TYPE_SHOW, ZunRtcpPsfbAfbShow);
+const Row kRow = TEST_ROW(ZunRtcpPsfbAfbShow);
 
 using Parameter = ZunRtcpPsfbAfbShowParameter;
 using Values = std::vector<std::pair<ZunRtcpPsfbAfbShowParameterType, ZunUint64>>;

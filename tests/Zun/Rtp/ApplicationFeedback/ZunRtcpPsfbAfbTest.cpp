@@ -13,7 +13,7 @@ namespace {
 
 using namespace test;
 
-const Row kRow = ZUN_RTCP_ROW(ZUN_RTCPPSFB_TYPE_AFB, ZunRtcpPsfbAfb);
+const Row kRow = TEST_ROW(ZunRtcpPsfbAfb);
 
 struct Message {
   ZunRtcpPsfbAfbType type;

@@ -10,7 +10,7 @@ namespace {
 
 using namespace test;
 
-const Row kRow = ZUN_RTCP_ROW(ZUN_RTCPPSFBAFB_TYPE_Unknown, ZunRtcpPsfbAfbUnknown);
+const Row kRow = TEST_ROW(ZunRtcpPsfbAfbUnknown);
 
 const std::string kEmpty = Afb("");
 const std::string kWire = Hex(R"(

@@ -17,33 +17,35 @@ using test::TestAllocator;
 using test::Text;
 using zun::BodyReader;
 
+BodyReader Reader(const Datagram& b, ZunSizeT begin, ZunSizeT end) {
+  return BodyReader(zun::BodyIn(b, begin, end, {0, 0}));
+}
+
 TEST(BodyReaderTest, FieldsAreReadInOrderMostSignificantFirst) {
   const Datagram b(Hex(R"(
       FF FF                    | in front of the body
       81                       | U8
       82 03                    | U16
-      84 05 06                 | U24
-      87 08 09 0A              | U32
+        87 08 09 0A              | U32
       8B 0C 0D 0E 0F 10 11 12  | U64
-      FF                       | behind it)"));
-  BodyReader r(b, 2, 20);
+      FF                       | after it)"));
+  BodyReader r = Reader(b, 2, 17);
   ZunUint8 u8 = 0;
   ZunUint16 u16 = 0;
-  ZunUint32 u24 = 0;
   ZunUint32 u32 = 0;
   ZunUint64 u64 = 0;
-  EXPECT_EQ(r.Buffer(), b.get());
   EXPECT_EQ(r.Position(), 2U);
-  EXPECT_EQ(r.Remaining(), 18U);
-  EXPECT_TRUE(r.U8(&u8) && r.U16(&u16) && r.U24(&u24) && r.U32(&u32) && r.U64(&u64));
+  EXPECT_EQ(r.BytesBeforeEnd(), 15U);
+  EXPECT_EQ(r.ReadableBytes(), 15U);
+  EXPECT_TRUE(r.U8(&u8) && r.U16(&u16) && r.U32(&u32) && r.U64(&u64));
   EXPECT_EQ(u8, 0x81);
   EXPECT_EQ(u16, 0x8203);
-  EXPECT_EQ(u24, 0x840506U);
   EXPECT_EQ(u32, 0x8708090AU);
   EXPECT_EQ(u64, 0x8B0C0D0E0F101112U);
   EXPECT_TRUE(r.AtEnd());
-  EXPECT_EQ(r.Position(), 20U);
-  EXPECT_EQ(r.Remaining(), 0U);
+  EXPECT_EQ(r.Position(), 17U);
+  EXPECT_EQ(r.BytesBeforeEnd(), 0U);
+  EXPECT_EQ(r.ReadableBytes(), 0U);
 }
 
 // Positions and ends around the size of the string, and at the end of the number range.
@@ -70,13 +72,12 @@ TEST(BodyReaderTest, ReadThatDoesNotFitStoresAndMovesNothing) {
     const ZunSizeT readable = Readable(b, begin, end);
     ZunUint8 u8 = 0xAA;
     ZunUint16 u16 = 0xAAAA;
-    ZunUint32 u24 = 0xAAAAAAAA;
     ZunUint32 u32 = 0xAAAAAAAA;
     ZunUint64 u64 = 0xAAAAAAAAAAAAAAAA;
     const auto expect = [&](ZunSizeT width, const std::function<bool(BodyReader&)>& read) {
-      BodyReader r(b, begin, end);
+      BodyReader r = Reader(b, begin, end);
       const bool fits = readable >= width;
-      EXPECT_EQ(r.Has(width), fits);
+      EXPECT_EQ(r.HasReadable(width), fits);
       EXPECT_EQ(read(r), fits) << width;
       EXPECT_EQ(r.Position(), fits ? begin + width : begin);
       return fits;
@@ -85,28 +86,58 @@ TEST(BodyReaderTest, ReadThatDoesNotFitStoresAndMovesNothing) {
     EXPECT_EQ(u8 != 0xAA, read_8);
     const bool read_16 = expect(2, [&](BodyReader& r) { return r.U16(&u16); });
     EXPECT_EQ(u16 != 0xAAAA, read_16);
-    const bool read_24 = expect(3, [&](BodyReader& r) { return r.U24(&u24); });
-    EXPECT_EQ(u24 != 0xAAAAAAAA, read_24);
     const bool read_32 = expect(4, [&](BodyReader& r) { return r.U32(&u32); });
     EXPECT_EQ(u32 != 0xAAAAAAAA, read_32);
     const bool read_64 = expect(8, [&](BodyReader& r) { return r.U64(&u64); });
     EXPECT_EQ(u64 != 0xAAAAAAAAAAAAAAAA, read_64);
     for (ZunSizeT width = 0; width <= 12; ++width) {
-      expect(width, [&](BodyReader& r) { return r.Skip(width); });
+      expect(width, [&](BodyReader& r) { return r.SkipReadable(width); });
       if (begin > b->size) continue;  // there is no such byte to point to
       expect(width, [&](BodyReader& r) {
         const ZunUint8* const octets = r.Take(width);
         return octets != nullptr && octets == reinterpret_cast<const ZunUint8*>(b->buf) + begin;
       });
     }
-    expect(SIZE_MAX, [&](BodyReader& r) { return r.Skip(SIZE_MAX); });
+    expect(SIZE_MAX, [&](BodyReader& r) { return r.SkipReadable(SIZE_MAX); });
     expect(SIZE_MAX, [&](BodyReader& r) { return r.Take(SIZE_MAX) != nullptr; });
   });
 }
 
+// Octets that nobody reads need only lie before the end; what follows them can be read where it is readable.
+TEST(BodyReaderTest, SkipBeforeEndLooksAtTheEndAlone) {
+  ForEveryExtent([](const Datagram& b, ZunSizeT begin, ZunSizeT end) {
+    for (const ZunSizeT count : {ZunSizeT{0}, ZunSizeT{1}, ZunSizeT{3}, ZunSizeT{11}, SIZE_MAX}) {
+      BodyReader r = Reader(b, begin, end);
+      const bool fits = begin < end ? end - begin >= count : count == 0;
+      EXPECT_EQ(r.SkipBeforeEnd(count), fits);
+      EXPECT_EQ(r.Position(), fits ? begin + count : begin);
+      EXPECT_EQ(r.ReadableBytes(), Readable(b, r.Position(), end));
+    }
+  });
+}
+
+// A run of fields is stored as far as it is readable, whether it is compared with the limit once or field by field.
+TEST(BodyReaderTest, FieldsAreStoredUpToTheFirstThatIsNotReadable) {
+  const Datagram b(Hex("01 0203 04050607 08090A0B0C0D0E0F"));
+  for (ZunSizeT end = 0; end <= b->size; ++end) {
+    BodyReader r = Reader(b, 0, end);
+    ZunUint8 u8 = 0;
+    ZunUint16 u16 = 0;
+    ZunUint32 u32 = 0;
+    ZunUint64 u64 = 0;
+    const bool read = r.Fields<15>([&](auto& f) { return f.U8(&u8) && f.U16(&u16) && f.U32(&u32) && f.U64(&u64); });
+    EXPECT_EQ(read, end == 15);
+    EXPECT_EQ(u8, end >= 1 ? 1 : 0);
+    EXPECT_EQ(u16, end >= 3 ? 0x0203 : 0);
+    EXPECT_EQ(u32, end >= 7 ? 0x04050607U : 0U);
+    EXPECT_EQ(u64, end >= 15 ? 0x08090A0B0C0D0E0FU : 0U);
+    EXPECT_EQ(r.Position(), end >= 15 ? 15U : end >= 7 ? 7U : end >= 3 ? 3U : end >= 1 ? 1U : 0U);
+  }
+}
+
 TEST(BodyReaderTest, ReadAfterAnotherIsBoundedByWhatIsLeft) {
   const Datagram b(Hex("01 02 03 04 05 06"));
-  BodyReader r(b, 1, 5);
+  BodyReader r = Reader(b, 1, 5);
   ZunUint8 u8 = 0;
   ZunUint16 u16 = 0;
   ZunUint32 u32 = 77;
@@ -119,15 +150,15 @@ TEST(BodyReaderTest, ReadAfterAnotherIsBoundedByWhatIsLeft) {
   EXPECT_TRUE(r.U8(&u8));
   EXPECT_EQ(u8, 5);
   EXPECT_FALSE(r.U8(&u8));
-  EXPECT_TRUE(r.Skip(0));
+  EXPECT_TRUE(r.SkipReadable(0));
 }
 
 // The end counts as it was given, even where the string is shorter.
 TEST(BodyReaderTest, EndIsTakenAsGiven) {
   ForEveryExtent([](const Datagram& b, ZunSizeT begin, ZunSizeT end) {
-    const BodyReader r(b, begin, end);
+    const BodyReader r = Reader(b, begin, end);
     EXPECT_EQ(r.AtEnd(), begin == end);
-    EXPECT_EQ(r.Remaining(), begin < end ? end - begin : 0);
+    EXPECT_EQ(r.BytesBeforeEnd(), begin < end ? end - begin : 0);
   });
 }
 
@@ -135,7 +166,7 @@ TEST(BodyReaderTest, StringsAreCopiedOutOrRefusedWhole) {
   ForEveryExtent([](const Datagram& b, ZunSizeT begin, ZunSizeT end) {
     const ZunSizeT readable = Readable(b, begin, end);
     for (const ZunSizeT count : {ZunSizeT{0}, ZunSizeT{1}, ZunSizeT{4}, ZunSizeT{10}, SIZE_MAX}) {
-      BodyReader r(b, begin, end);
+      BodyReader r = Reader(b, begin, end);
       Text s("before");
       const bool fits = readable >= count && begin <= b->size;
       EXPECT_EQ(r.String(s, count), fits);
@@ -145,12 +176,12 @@ TEST(BodyReaderTest, StringsAreCopiedOutOrRefusedWhole) {
   });
 }
 
-TEST(BodyReaderTest, RestReachesTheEndOrFails) {
+TEST(BodyReaderTest, StringToEndReachesTheEndOrFails) {
   ForEveryExtent([](const Datagram& b, ZunSizeT begin, ZunSizeT end) {
-    BodyReader r(b, begin, end);
+    BodyReader r = Reader(b, begin, end);
     Text s("before");
     const bool fits = begin <= end && end <= b->size;
-    EXPECT_EQ(r.Rest(s), fits);
+    EXPECT_EQ(r.StringToEnd(s), fits);
     EXPECT_EQ(s.str(), fits ? test::Str(b).substr(begin, end - begin) : "before");
     EXPECT_EQ(r.Position(), fits ? end : begin);
     if (fits) {
@@ -163,23 +194,23 @@ TEST(BodyReaderTest, RefusedStringMovesNothing) {
   TestAllocator a;
   a.RefuseFrom(0);
   const Datagram b(Hex("01 02 03 04"));
-  BodyReader r(b, 0, 4);
+  BodyReader r = Reader(b, 0, 4);
   Text s(a.get());
   EXPECT_FALSE(r.String(s, 2));
-  EXPECT_FALSE(r.Rest(s));
+  EXPECT_FALSE(r.StringToEnd(s));
   EXPECT_EQ(r.Position(), 0U);
   EXPECT_EQ(s.str(), "");
 }
 
 TEST(BodyReaderTest, EmptyBufferHasNothing) {
   const Text empty;
-  BodyReader r(empty.get(), 0, 0);
+  BodyReader r(zun::BodyIn(empty.get(), 0, 0, {0, 0}));
   ZunUint8 u8 = 0;
   Text s("before");
   EXPECT_TRUE(r.AtEnd());
   EXPECT_FALSE(r.U8(&u8));
   EXPECT_EQ(r.Take(1), nullptr);
-  EXPECT_TRUE(r.Rest(s));
+  EXPECT_TRUE(r.StringToEnd(s));
   EXPECT_EQ(s.str(), "");
 }
 

@@ -14,19 +14,29 @@ using test::Hex;
 using test::TestAllocator;
 using test::Text;
 using zun::BodyWriter;
+using zun::Output;
 
 const std::string kFields = Hex(R"(
     81                       | U8
     82 03                    | U16
     84 05 06                 | U24
     87 08 09 0A              | U32
-    8B 0C 0D 0E 0F 10 11 12  | U64
+    8B 0C 0D 0E 0F 10 11 12  | Fields: U64,
+    13 14 15 16              | U8 and U24
+    17 18 19 1A 1B           | Number
+    1C 1D                    | Octets
     00 00 00                 | Zeros)");
-constexpr ZunSizeT kFieldsSize = 21;
+constexpr ZunSizeT kFieldsSize = 32;
 
 bool WriteFields(BodyWriter& w) {
-  return w.U8(0x81) && w.U16(0x8203) && w.U24(0x840506) && w.U32(0x8708090A) && w.U64(0x8B0C0D0E0F101112U) &&
-         w.Zeros(3);
+  const ZunUint8 octets[] = {0x1C, 0x1D};
+  const auto run = [](zun::FieldWriter& f) {
+    f.U64(0x8B0C0D0E0F101112U);
+    f.U8(0x13);
+    f.U24(0x141516);
+  };
+  return w.U8(0x81) && w.U16(0x8203) && w.U24(0x840506) && w.U32(0x8708090A) && w.Fields<12>(run) &&
+         w.Number(0xFFFFFF1718191A1BU, 5) && w.Octets(octets, 2) && w.Zeros(3);
 }
 
 // A string with room for exactly `room` bytes behind "x...", whose allocator refuses everything from now on.
@@ -48,7 +58,8 @@ TEST(BodyWriterTest, FieldsAreAppendedMostSignificantFirst) {
   TestAllocator a;
   Text b("x", a);
   {
-    BodyWriter w(b, kFieldsSize);
+    Output out(b);
+    BodyWriter w(out, kFieldsSize);
     EXPECT_EQ(w.Size(), 1U);
     EXPECT_TRUE(WriteFields(w));
     EXPECT_EQ(w.Size(), 1 + kFieldsSize);
@@ -62,7 +73,8 @@ TEST(BodyWriterTest, StringsAndBytesAreAppended) {
   const Text text(Hex("01 00 02"));
   const Text empty;
   {
-    BodyWriter w(b, 8);
+    Output out(b);
+    BodyWriter w(out, 8);
     EXPECT_TRUE(w.String(*text.get()) && w.String(*empty.get()) && w.Bytes("abc", 2) && w.Bytes(nullptr, 0));
     EXPECT_EQ(w.Size(), 5U);
   }
@@ -73,7 +85,8 @@ TEST(BodyWriterTest, WholeLengthIsAskedForOnce) {
   TestAllocator a;
   Text b(a.get());
   {
-    BodyWriter w(b, 1000);
+    Output out(b);
+    BodyWriter w(out, 1000);
     EXPECT_EQ(a.allocations(), 1U);
     for (int i = 0; i < 250; ++i) EXPECT_TRUE(w.U32(0x01020304));
   }
@@ -81,7 +94,8 @@ TEST(BodyWriterTest, WholeLengthIsAskedForOnce) {
   EXPECT_EQ(b->size, 1000U);
   ZunStringClear(b);
   {
-    BodyWriter w(b, 1000);
+    Output out(b);
+    BodyWriter w(out, 1000);
     EXPECT_TRUE(w.Zeros(1000));
   }
   EXPECT_EQ(a.calls(), 1U);
@@ -91,13 +105,18 @@ TEST(BodyWriterTest, WholeLengthIsAskedForOnce) {
 TEST(BodyWriterTest, LessThanAskedForMayBeWritten) {
   Text b("x");
   {
-    BodyWriter w(b, 100);
+    Output out(b);
+    BodyWriter w(out, 100);
     EXPECT_TRUE(w.U16(0x0102));
   }
   EXPECT_EQ(b.str(), "x" + Hex("01 02"));
-  { BodyWriter w(b, 100); }
   {
-    BodyWriter w(b, 0);
+    Output out(b);
+    const BodyWriter w(out, 100);
+  }
+  {
+    Output out(b);
+    BodyWriter w(out, 0);
     EXPECT_EQ(w.Size(), 3U);
   }
   EXPECT_EQ(b.str(), "x" + Hex("01 02"));
@@ -107,7 +126,8 @@ TEST(BodyWriterTest, EmptyLengthOnAFreshStringAllocatesNothing) {
   TestAllocator a;
   Text b(a.get());
   {
-    BodyWriter w(b, 0);
+    Output out(b);
+    BodyWriter w(out, 0);
     EXPECT_EQ(w.Size(), 0U);
     EXPECT_TRUE(w.Zeros(0));
   }
@@ -119,7 +139,8 @@ TEST(BodyWriterTest, RefusedReservationKeepsEveryByteThatFits) {
   for (ZunSizeT room = 0; room < kFieldsSize; ++room) {
     Cramped c(room);
     {
-      BodyWriter w(c.text, kFieldsSize);
+      Output out(c.text);
+      BodyWriter w(out, kFieldsSize);
       EXPECT_FALSE(WriteFields(w));
       EXPECT_EQ(w.Size(), c.text->capacity);
     }
@@ -128,7 +149,8 @@ TEST(BodyWriterTest, RefusedReservationKeepsEveryByteThatFits) {
   }
   Cramped enough(kFieldsSize);
   {
-    BodyWriter w(enough.text, kFieldsSize);
+    Output out(enough.text);
+    BodyWriter w(out, kFieldsSize);
     EXPECT_TRUE(WriteFields(w));
   }
   EXPECT_EQ(enough.a.refused(), 0U);
@@ -141,7 +163,8 @@ TEST(BodyWriterTest, RefusedReservationTakesAStringWholeOrNotAtAll) {
   for (ZunSizeT room = 0; room < 12; ++room) {
     Cramped c(room);
     {
-      BodyWriter w(c.text, 12);
+      Output out(c.text);
+      BodyWriter w(out, 12);
       EXPECT_FALSE(w.U16(0x4142) && w.String(*text.get()));
     }
     EXPECT_EQ(c.text.str(), c.before + std::string("AB").substr(0, room < 2 ? room : 2));
@@ -154,7 +177,8 @@ TEST(BodyWriterTest, RefusedReservationStillGrowsForSmallerAppends) {
   a.RefuseAbove(600);
   Text b(a.get());
   {
-    BodyWriter w(b, 1000);
+    Output out(b);
+    BodyWriter w(out, 1000);
     for (int i = 0; i < 25; ++i) EXPECT_TRUE(w.U32(0x01020304));
   }
   EXPECT_EQ(b->size, 100U);
@@ -165,10 +189,61 @@ TEST(BodyWriterTest, LengthThatOverflowsIsARefusedReservation) {
   TestAllocator a;
   Text b("x", a);
   {
-    BodyWriter w(b, SIZE_MAX);
+    Output out(b);
+    BodyWriter w(out, SIZE_MAX);
     EXPECT_TRUE(w.U8(1));
   }
   EXPECT_EQ(b.str(), "x" + Hex("01"));
+}
+
+// ---- a block of the caller's
+
+TEST(BodyWriterTest, ABlockTakesWhatFitsAndNeverMore) {
+  for (ZunSizeT capacity = 0; capacity <= kFieldsSize + 1; ++capacity) {
+    std::string block(capacity + 8, '#');
+    Output out(reinterpret_cast<ZunUint8*>(block.data()), capacity);
+    bool written = false;
+    {
+      BodyWriter w(out, kFieldsSize);
+      written = WriteFields(w);
+    }
+    EXPECT_EQ(written, capacity >= kFieldsSize);
+    EXPECT_LE(out.Size(), capacity);
+    EXPECT_EQ(block.substr(capacity), std::string(8, '#'));
+    EXPECT_EQ(block.substr(0, out.Size()), kFields.substr(0, out.Size()));
+  }
+}
+
+TEST(BodyWriterTest, SeveralWritersFillABlockOneAfterTheOther) {
+  ZunUint8 block[8] = {};
+  Output out(block, sizeof(block));
+  for (ZunUint32 i = 1; i <= 2; ++i) {
+    BodyWriter w(out, 4);
+    EXPECT_TRUE(w.U32(i));
+    EXPECT_EQ(w.Size(), ZunSizeT{4} * i);
+  }
+  BodyWriter full(out, 1);
+  EXPECT_FALSE(full.U8(1));
+  EXPECT_EQ(test::ToHex(std::string(reinterpret_cast<char*>(block), sizeof(block))), "0000000100000002");
+}
+
+// ---- a length function that says too little
+
+// In release builds the write fails; in debug builds it is a failed assertion.
+TEST(BodyWriterTest, MoreThanTheLengthIsNeverWritten) {
+  Text b(std::string(64, 'x'));  // so that there is room in the string itself
+  ZunStringClear(b);
+  const auto overrun = [&] {
+    Output out(b);
+    BodyWriter w(out, 6);
+    return w.U32(0x01020304) && w.U32(0x05060708);
+  };
+#ifdef NDEBUG
+  EXPECT_FALSE(overrun());
+  EXPECT_EQ(b.str(), Hex("01 02 03 04"));
+#else
+  EXPECT_DEATH(overrun(), "more is written than the length function said");
+#endif
 }
 
 // ---- the common header
@@ -176,7 +251,8 @@ TEST(BodyWriterTest, LengthThatOverflowsIsARefusedReservation) {
 std::string Header(bool pad, ZunUint8 count, ZunRtcpSubpacketType type, ZunSizeT length) {
   Text b;
   {
-    BodyWriter w(b, zun::kSubpacketHeaderSize);
+    Output out(b);
+    BodyWriter w(out, zun::kSubpacketHeaderSize);
     EXPECT_TRUE(zun::WriteSubpacketHeader(w, pad, count, type, length));
   }
   return b.str();
@@ -210,7 +286,8 @@ TEST(SubpacketHeaderTest, RefusedAppendKeepsTheBytesBeforeIt) {
   for (ZunSizeT room = 0; room < 4; ++room) {
     Cramped c(room);
     {
-      BodyWriter w(c.text, zun::kSubpacketHeaderSize);
+      Output out(c.text);
+      BodyWriter w(out, zun::kSubpacketHeaderSize);
       EXPECT_FALSE(zun::WriteSubpacketHeader(w, false, 3, 207, 12));
     }
     EXPECT_EQ(c.text.str(), c.before + Hex("83 CF 00 02").substr(0, room));

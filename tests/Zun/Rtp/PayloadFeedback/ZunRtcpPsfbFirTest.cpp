@@ -8,7 +8,7 @@ namespace {
 
 using namespace test;
 
-const Row kRow = ZUN_RTCP_ROW(ZUN_RTCPPSFB_TYPE_FIR, ZunRtcpPsfbFir);
+const Row kRow = TEST_ROW(ZunRtcpPsfbFir);
 
 const std::string kTwo = Hex(R"(
     84 CE 0006    | version 2, FMT 4, type 206, 7 words

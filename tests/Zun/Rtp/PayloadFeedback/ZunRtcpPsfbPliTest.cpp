@@ -8,7 +8,7 @@ namespace {
 
 using namespace test;
 
-const Row kRow = ZUN_RTCP_ROW(ZUN_RTCPPSFB_TYPE_PLI, ZunRtcpPsfbPli);
+const Row kRow = TEST_ROW(ZunRtcpPsfbPli);
 
 const std::string kPlain = Hex(R"(
     81 CE 0002    | version 2, FMT 1, type 206, 3 words

@@ -8,7 +8,7 @@ namespace {
 
 using namespace test;
 
-const Row kRow = ZUN_RTCP_ROW(ZUN_RTCPPSFB_TYPE_RPSI, ZunRtcpPsfbRpsi);
+const Row kRow = TEST_ROW(ZunRtcpPsfbRpsi);
 
 const std::string kThreeOctets = Hex(R"(
     83 CE 0004    | version 2, FMT 3, type 206, 5 words

@@ -8,7 +8,7 @@ namespace {
 
 using namespace test;
 
-const Row kRow = ZUN_RTCP_ROW(ZUN_RTCPPSFB_TYPE_SLI, ZunRtcpPsfbSli);
+const Row kRow = TEST_ROW(ZunRtcpPsfbSli);
 
 const std::string kEmpty = Hex("82CE0002 01020304 11121314");
 const std::string kOne = Hex("82CE0003 01020304 11121314 FFFFFFFF");

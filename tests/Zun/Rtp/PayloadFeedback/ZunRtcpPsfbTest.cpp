@@ -9,7 +9,7 @@ namespace {
 
 using namespace test;
 
-const Row kRow = ZUN_RTCP_ROW(ZUN_RTCPSUBPACKET_TYPE_PSFB, ZunRtcpPsfb);
+const Row kRow = TEST_ROW(ZunRtcpPsfb);
 
 // A message that every format reads and writes back unchanged: two slices, a bit string of six octets, one command.
 std::string WithType(ZunRtcpPsfbType fmt) {

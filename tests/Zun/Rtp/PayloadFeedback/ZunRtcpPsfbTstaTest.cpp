@@ -9,7 +9,7 @@ namespace {
 
 using namespace test;
 
-const Row kRow = ZUN_RTCP_ROW(ZUN_RTCPPSFB_TYPE_TSTA, ZunRtcpPsfbTsta);
+const Row kRow = TEST_ROW(ZunRtcpPsfbTsta);
 
 const std::string kTwo = Hex(R"(
     86 CE 0006    | version 2, FMT 6, type 206, 7 words

@@ -9,7 +9,7 @@ namespace {
 
 using namespace test;
 
-const Row kRow = ZUN_RTCP_ROW(ZUN_RTCPPSFB_TYPE_TSTR, ZunRtcpPsfbTstr);
+const Row kRow = TEST_ROW(ZunRtcpPsfbTstr);
 
 const std::string kTwo = Hex(R"(
     85 CE 0006    | version 2, FMT 5, type 206, 7 words

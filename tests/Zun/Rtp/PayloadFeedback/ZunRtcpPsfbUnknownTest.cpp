@@ -9,7 +9,7 @@ namespace {
 
 using namespace test;
 
-const Row kRow = ZUN_RTCP_ROW(ZUN_RTCPPSFB_TYPE_Unknown, ZunRtcpPsfbUnknown);
+const Row kRow = TEST_ROW(ZunRtcpPsfbUnknown);
 
 const std::string kNine = Hex(R"(
     89 CE 0004    | version 2, FMT 9, type 206, 5 words

@@ -305,6 +305,6 @@ REGISTER_TYPED_TEST_SUITE_P(ReportTest, ConstructDefaultIsEmpty, DestructTwiceIs
   static constexpr auto SetReportBlocks = KIND##SetReportBlocks;             \
   static constexpr auto GetProfileSpecificExt = KIND##GetProfileSpecificExt; \
   static constexpr auto SetProfileSpecificExt = KIND##SetProfileSpecificExt; \
-  static test::Row row() { return ZUN_RTCP_ROW(kType, KIND); }
+  static test::Row row() { return TEST_ROW(KIND); }
 
 #endif

@@ -9,7 +9,7 @@ namespace {
 
 using namespace test;
 
-const Row kRow = ZUN_RTCP_ROW(ZUN_RTCPSUBPACKET_TYPE_APP, ZunRtcpApp);
+const Row kRow = TEST_ROW(ZunRtcpApp);
 
 const std::string kNoData = Hex("80CC0002 01020304 6E616D65");
 const std::string kWithData = Hex(R"(

@@ -9,7 +9,7 @@ namespace {
 
 using namespace test;
 
-const Row kRow = ZUN_RTCP_ROW(ZUN_RTCPSUBPACKET_TYPE_BYE, ZunRtcpBye);
+const Row kRow = TEST_ROW(ZunRtcpBye);
 
 const std::string kSourcesMessage = "Number of sources for bye subpacket is not in the range 1 -- 31.";
 const std::string kReasonMessage = "Length of bye subpacket reason is greater than 255";

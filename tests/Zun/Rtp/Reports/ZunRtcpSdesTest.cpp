@@ -9,7 +9,7 @@ namespace {
 
 using namespace test;
 
-const Row kRow = ZUN_RTCP_ROW(ZUN_RTCPSUBPACKET_TYPE_SDES, ZunRtcpSdes);
+const Row kRow = TEST_ROW(ZunRtcpSdes);
 
 const std::string kOneChunk = Hex(R"(
     81 CA 0003      | one chunk, type 202, 4 words

@@ -1,0 +1,40 @@
+// One subpacket as it lies in the bytes of a datagram.
+#ifndef ZUN_RTP_CORE_BODY_H
+#define ZUN_RTP_CORE_BODY_H
+
+#include "Zun/Rtp/Core/ZunRtcpSubpacketType.h"
+#include "Zun/Utils/ZunString.h"
+
+namespace zun {
+
+// What a reader is told of the common header in front of its body.
+struct SubpacketHeader {
+  ZunRtcpSubpacketType type;
+  ZunUint8 count;  // the count, subtype or feedback message type, 0 to 31
+};
+
+// The body octets[begin, end). `end` may lie beyond `size` when a caller says so; no reader follows it there.
+struct Body {
+  const ZunUint8* octets;  // the datagram; may be null when it is empty
+  ZunSizeT size;
+  ZunSizeT begin;
+  ZunSizeT end;
+  SubpacketHeader header;
+  ZunAllocator* buffer_allocator;  // of the string that holds the datagram; null when it has none
+  ZunAllocator* packet_allocator;  // of the compound packet that is read into; null when there is none
+
+  // The allocator of what takes that of the buffer: where the buffer has none, the one that the object has, and where
+  // that has none either, the packet's.
+  ZunAllocator* BufferAllocatorOr(ZunAllocator* own) const {
+    if (buffer_allocator != nullptr) return buffer_allocator;
+    return own != nullptr ? own : packet_allocator;
+  }
+};
+
+inline Body BodyIn(const ZunString* b, ZunSizeT begin, ZunSizeT end, SubpacketHeader header) {
+  return {reinterpret_cast<const ZunUint8*>(b->buf), b->size, begin, end, header, b->allocator, nullptr};
+}
+
+}  // namespace zun
+
+#endif
