@@ -1,9 +1,13 @@
 /*
- * The whole public interface: one RTCP compound packet, and below it every kind of subpacket, in reading order.
+ * The whole public interface: one RTCP compound packet, and below it every kind of subpacket. What holds for every
+ * object stands in ZunConventions.h: lifecycle, allocators, what is left when something is refused.
  *
- * Objects live in storage of the caller's and own what they point to, with an allocator given at construction.
- * Nothing is thread-safe on the same object; different objects may be used from different threads. No function
- * aborts: refused arguments, malformed bytes and refused allocations give a false or null result.
+ * A packet that is parsed into again and again keeps the storage that its largest datagrams needed, a high-water mark.
+ * ZunRtcpPacketReset gives back what the subpackets own, ZunRtcpPacketDestruct everything.
+ *
+ * What a datagram costs is bounded by its size, but not by a small factor: 36 bytes of transport-wide feedback announce
+ * 65,528 packets, which take 262 kB; a datagram full of them takes 480 MB. Where strangers send, give the packet an
+ * allocator that refuses what is too much for one peer: the parse is then false, and nothing is lost.
  */
 #ifndef ZUN_RTP_ZUNRTCPPACKET_H
 #define ZUN_RTP_ZUNRTCPPACKET_H
@@ -33,13 +37,9 @@ ZunRtcpPacket* ZunRtcpPacketConstructFromSubpackets(ZunRtcpPacket* p, const ZunV
  * ZunRtcpPacketParseNetworkPacket refuses them. */
 ZunRtcpPacket* ZunRtcpPacketConstructFromNetworkPacket(ZunRtcpPacket* p, const ZunString* b, ZunAllocator* a);
 
-/* A copy with the allocators of `o`. NULL, `p` owning nothing, when an allocation is refused. */
+/* Lifecycle (ZunConventions.h). What was assigned when an allocation is refused stays assigned. */
 ZunRtcpPacket* ZunRtcpPacketConstructCopy(ZunRtcpPacket* p, const ZunRtcpPacket* o);
-
-/* Makes `p` a copy of `o`. NULL when an allocation is refused; `p` keeps what was done until then. */
 ZunRtcpPacket* ZunRtcpPacketAssign(ZunRtcpPacket* p, const ZunRtcpPacket* o);
-
-/* Releases every subpacket and the storage, and leaves `p` empty; destructing it once more does nothing. */
 void ZunRtcpPacketDestruct(ZunRtcpPacket* p);
 
 /* Replaces the subpackets by copies of those of `v`. False, `p` unchanged, when `v` is empty (see
@@ -63,17 +63,20 @@ ZunBool ZunRtcpPacketAppendSubpacket(ZunRtcpPacket* p, const ZunRtcpSubpacket* s
 ZunBool ZunRtcpPacketAppendSubpackets(ZunRtcpPacket* p, const ZunVector_ZunRtcpSubpacket* spv);
 
 /*
- * Replaces the subpackets by those of the compound packet in `b` (RFC 3550, section 6.1), overwriting in place
- * those of a kind that is there already; parsing a datagram of the shape of the last one allocates nothing. `b`
- * must not be a part of `p`.
+ * Replaces the subpackets by those of the compound packet in `b` (RFC 3550, section 6.1), overwriting in place those of
+ * a kind that is there already; parsing a datagram of the shape of the last one (the same kinds in the same order, no
+ * list or text longer than before) allocates nothing. `b` must not be a part of `p`.
  *
  * A subpacket that is appended is read into a fresh object with the allocator of `p`. One that is read over another
- * keeps what its kind says it keeps: an SDES that announces no chunks leaves those that are there.
+ * keeps what its kind says it keeps: an SDES that announces no chunks leaves those that are there. And it may take
+ * storage from the allocator of `b`: feedback over feedback of another format does, and the layer data of an LIR always
+ * does. So the allocator of `b` must outlive `p`; the simplest is to give both the same one. It may be NULL, a view of
+ * bytes that somebody else owns: the storage is then that of `p`.
  *
- * False when `b` is empty (`p` untouched), when a header is cut off, is not of version 2 or announces more bytes
- * than there are, when a kind refuses its body, or when an allocation is refused. Nothing is restored then:
- * subpackets up to the one that failed are the new ones, that one is as the failed read left it, those behind it
- * are the old ones. The padding bit is ignored: padding stays part of its subpacket's body.
+ * False when `b` is empty (`p` untouched), when a header is cut off, is not of version 2 or announces more bytes than
+ * there are, when a kind refuses its body. Nothing is restored then: subpackets up to the one that failed are the new
+ * ones, that one is as the failed read left it, those after it are the old ones. The padding bit is ignored: padding
+ * stays part of its subpacket's body.
  */
 ZunBool ZunRtcpPacketParseNetworkPacket(ZunRtcpPacket* p, const ZunString* b);
 
@@ -86,9 +89,9 @@ ZunBool ZunRtcpPacketGetNetworkPacket(const ZunRtcpPacket* p, ZunString* b);
 
 /*
  * Makes `b` one datagram of at most `maxSize` bytes: all of `prefixSubpackets` (may be NULL), then as many whole
- * subpackets of `p` as fit, from number `firstSubpacket` on. Stores the number behind the last one written in
- * `*lastSubpacket`, where the next call begins. A first subpacket that does not fit is written all the same, with
- * a warning in category "rtcp", so that every call makes progress.
+ * subpackets of `p` as fit, from number `firstSubpacket` on. Stores in `*lastSubpacket` the number after that of the
+ * last one written, where the next call begins. A first subpacket that does not fit is written all the same, with a
+ * warning in category "rtcp", so that every call makes progress.
  *
  * False when there is no subpacket `firstSubpacket` (`b` untouched), when one has length 0 or cannot be written;
  * `b` then holds a part that must not be sent, and `*lastSubpacket` is not stored.

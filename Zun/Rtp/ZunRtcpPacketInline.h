@@ -4,19 +4,19 @@
 
 ZUN_EXTERN_C_BEGIN
 
-/* An empty packet with allocator `a`, without storage. Returns `p`; cannot fail. */
+/* An empty packet with allocator `a`, without storage. */
 ZUN_INLINE ZunRtcpPacket* ZunRtcpPacketConstructDefault(ZunRtcpPacket* p, ZunAllocator* a) {
   ZunVector_ZunRtcpSubpacketConstructDefault(&p->subpackets, a);
   return p;
 }
 
-/* Ends every subpacket and keeps the storage. */
+/* Destructs every subpacket, which gives back what they own, and keeps the storage of the list. */
 ZUN_INLINE void ZunRtcpPacketReset(ZunRtcpPacket* p) { ZunVector_ZunRtcpSubpacketClear(&p->subpackets); }
 
 /* The packet's allocator. */
 ZUN_INLINE ZunAllocator* ZunRtcpPacketGetAllocator(ZunRtcpPacket* p) { return p->subpackets.allocator; }
 
-/* The subpackets themselves, valid as long as `p` is neither changed nor destructed. */
+/* The subpackets themselves. */
 ZUN_INLINE const ZunVector_ZunRtcpSubpacket* ZunRtcpPacketGetSubpackets(const ZunRtcpPacket* p) {
   return &p->subpackets;
 }

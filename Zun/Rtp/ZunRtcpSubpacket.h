@@ -30,20 +30,9 @@ union ZunRtcpSubpacket {
   ZunRtcpPsfb psfb;   /* 206 */
 };
 
-/*
- * A copy of `o` that takes its storage from the allocator of `o`. NULL, `p` owning nothing, when an allocation
- * is refused.
- */
+/* Lifecycle of a tagged union (ZunConventions.h). */
 ZunRtcpSubpacket* ZunRtcpSubpacketConstructCopy(ZunRtcpSubpacket* p, const ZunRtcpSubpacket* o);
-
-/*
- * Makes `p` a copy of `o`. Within a kind `p` is assigned in place; across kinds it is destructed and rebuilt with
- * its own allocator (that of `o` when it has none). NULL when an allocation is refused: `p` is then what the
- * kind's assign leaves, or, across kinds, an empty unknown subpacket.
- */
 ZunRtcpSubpacket* ZunRtcpSubpacketAssign(ZunRtcpSubpacket* p, const ZunRtcpSubpacket* o);
-
-/* Releases what `p` owns and leaves it empty; destructing it once more does nothing. */
 void ZunRtcpSubpacketDestruct(ZunRtcpSubpacket* p);
 
 /* The wire size of `p` in bytes, header included; 0 for a BYE that cannot be written. */

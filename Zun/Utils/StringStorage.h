@@ -12,7 +12,7 @@ namespace zun {
 // was, when the allocation is refused or the size overflows.
 bool GrowStringBy(ZunString* s, ZunSizeT count);
 
-// Sees to it that `count` bytes fit behind the last of `s`.
+// Sees to it that `count` bytes fit after the last of `s`.
 inline bool ReserveStringTail(ZunString* s, ZunSizeT count) {
   return s->capacity - s->size >= count || GrowStringBy(s, count);
 }

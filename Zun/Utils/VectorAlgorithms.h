@@ -1,5 +1,6 @@
 // The algorithms of all vectors (ZunVector.h says what each does), written once. A source that uses those of a vector
-// says ZUN_VECTOR_USE_PLAIN(E) or ZUN_VECTOR_USE_OWNING(E); in one source ZUN_VECTOR_DEFINE(E) gives them their C names.
+// says ZUN_VECTOR_USE_PLAIN(E) or ZUN_VECTOR_USE_OWNING(E); in one source ZUN_VECTOR_DEFINE(E) gives them their C
+// names.
 #ifndef ZUN_UTILS_VECTORALGORITHMS_H
 #define ZUN_UTILS_VECTORALGORITHMS_H
 
@@ -363,7 +364,7 @@ class VectorAlgorithms {
     return InsertIntoFresh(source, x, pos, n, twice > size + n ? twice : size + n);
   }
 
-  // What of the source or of the tail behind `pos` lands beyond the old end is built there, then the rest of the tail
+  // What of the source or of the tail after `pos` lands beyond the old end is built there, then the rest of the tail
   // moves up by `n`, then the rest of the source is assigned. On failure what was built is ended again.
   template <class Source>
   static bool InsertInPlace(const Source& source, V* x, E* pos, ZunSizeT n) {

@@ -1,10 +1,11 @@
 /*
- * Where memory comes from. Every object that owns memory is built with an allocator, keeps it, and gives
- * every block back to it with the size that it asked for.
+ * Where memory comes from. Every object that owns memory is built with an allocator, keeps it, and gives every block
+ * back to it with the size that it asked for. What else holds for every object: ZunConventions.h.
  */
 #ifndef ZUN_UTILS_ZUNALLOCATOR_H
 #define ZUN_UTILS_ZUNALLOCATOR_H
 
+#include "Zun/Utils/ZunConventions.h"
 #include "Zun/Utils/ZunTypes.h"
 
 ZUN_EXTERN_C_BEGIN

@@ -8,7 +8,7 @@ namespace {
 
 constexpr ZunSizeT kSmallestGrowth = 16;
 
-// A block that holds `capacity` bytes and the zero behind them, or null.
+// A block that holds `capacity` bytes and the zero after them, or null.
 char* AllocateBuffer(ZunAllocator* a, ZunSizeT capacity) {
   if (capacity == SIZE_MAX) return nullptr;
   return static_cast<char*>(ZunAllocatorAllocate(a, capacity + 1));

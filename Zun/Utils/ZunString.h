@@ -1,6 +1,7 @@
 /*
- * A growable string of bytes, zeros among them allowed. An empty string that never held a byte owns no
- * storage. The byte after the last is always zero, so text can be printed as it stands.
+ * A growable string of bytes, zeros among them allowed. An empty string that never held a byte owns no storage. The
+ * byte after the last is always zero, so text can be printed as it stands. What holds for every object:
+ * ZunConventions.h.
  */
 #ifndef ZUN_UTILS_ZUNSTRING_H
 #define ZUN_UTILS_ZUNSTRING_H

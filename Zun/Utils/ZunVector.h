@@ -1,5 +1,5 @@
 /*
- * The typed vectors. ZUN_VECTOR_DECLARE(E), one line behind the declaration of the element type E, declares
+ * The typed vectors. ZUN_VECTOR_DECLARE(E), one line after the declaration of the element type E, declares
  * ZunVector_E with every operation below; one line in a source defines them (VectorAlgorithms.h). With
  * V for ZunVector_E:
  *
@@ -15,63 +15,11 @@
  * fails; it says so with false, NULL or the exceptional (NULL) iterator. `value` and ranges may lie in the vector
  * itself: the result is as if they had been copied first. Positions are not checked.
  *
- *   V* VConstructDefault(V* x, ZunAllocator* a)
- *       Empty, without storage. Cannot fail.
- *   V* VConstructN(V* x, VSizeType n, const E* value, ZunAllocator* a)
- *   V* VConstructRange(V* x, VConstIterator first, VConstIterator last, ZunAllocator* a)
- *   V* VConstructCopy(V* x, const V* o)
- *       n copies of *value, copies of [first, last), a copy of o with its allocator. The capacity is exactly the size.
- *       On failure x owns nothing.
- *   void VDestruct(V* x)
- *       Ends the elements from the last to the first and frees the storage. x is empty then; once more does nothing.
- *   V* VAssign(V* x, const V* o)
- *       Makes x a copy of o; x keeps its allocator. Within the capacity elements are overwritten in place: on failure x
- *       keeps what was done. Beyond it the storage is replaced by one of exactly o's size: when that is refused x is
- *       empty and without storage, when an element fails x keeps those before it.
- *   ZunBool VSwap(V* x, V* y)
- *       Exchanges the contents; each vector keeps its allocator. With one allocator the storage changes hands; with two
- *       the elements are copied, and on failure one of the vectors may have lost its own.
- *   ZunAllocator* VGetAllocator(const V* x); ZunBool VEmpty(const V* x)
- *   VSizeType VSize(const V* x), VCapacity(const V* x)
- *   VSizeType VMaxSize(void)
- *       (2^32 - 1) / sizeof(E). No operation checks it.
- *   VIterator VBegin(V* x), VEnd(V* x); VReverseIterator VRBegin(V* x), VREnd(V* x)
- *       VBeginConst, VEndConst, VRBeginConst, VREndConst for a const vector.
- *   E* VAt(V* x, VSizeType n), VFront(V* x), VBack(V* x)
- *       VAtConst, VFrontConst, VBackConst for a const vector.
- *   ZunBool VPushBack(V* x, const E* value)
- *       Appends a copy. A full vector first grows to twice its size, or to 2.
- *   void VPopBack(V* x)
- *       Ends the last element; there must be one.
- *   ZunBool VReserve(V* x, VSizeType capacity)
- *       Sees to storage for `capacity` elements. Never shrinks. x is unchanged on failure.
- *   void VClear(V* x)
- *       Ends the elements from the last to the first and keeps the storage.
- *   VIterator VInsert(V* x, VIterator pos, const E* value)
- *   ZunBool VInsertN(V* x, VIterator pos, VSizeType n, const E* value)
- *   ZunBool VInsertRange(V* x, VIterator pos, VConstIterator first, VConstIterator last)
- *       Insert before pos; VInsert gives the new element. The capacity, where it does not suffice, becomes the larger of
- *       twice the old one (2 * count without storage) and the new size. On failure the size is as it was, and elements
- *       from pos on may have the values of others.
- *   VIterator VErase(V* x, VIterator pos), VEraseRange(V* x, VIterator first, VIterator last)
- *       Move the elements behind down. VErase gives pos, VEraseRange gives `last` as it was given (`first` when there is
- *       nothing to erase). On failure x ends where an element could not be moved to.
- *   ZunBool VResize(V* x, VSizeType n, const E* value)
- *       Ends elements from the last on, or reserves size + n and appends copies of *value; false when it would have to
- *       append and value is NULL. When a copy fails, those before it stay.
- *   void VDump(const V* x)
- *       Does nothing.
- *
  * Iterators are plain pointers to elements; a reverse iterator holds the pointer one past the element that it
- * designates. With I one of the four kinds and D its DifferenceType:
+ * designates.
  *
- *   I* IConstructCopy(I* x, const I* o), IAssign(I* x, const I* o); void IDestruct(I* x), ISwap(I* x, I* y)
- *   ZunBool IEqual(const I* x, const I* y), ILess(const I* x, const I* y)
- *   E* IContentOf(const I* x); const E* IContentOfConst(const I* x); E* IAt(const I* x, D n)
- *   I* IConstructExceptional(I* x); ZunBool IIsExceptional(const I* x)
- *       NULL, which says that there is no such place.
- *   I* IIncrement(I* x), IDecrement(I* x), IIncrementN(I* x, D n), IDecrementN(I* x, D n)
- *   I IAdd(const I* x, D n); D ISubtract(const I* x, const I* y)      x - y in steps of Increment
+ * What holds for every object stands in ZunConventions.h; the operations stand at the end of this header, each as it is
+ * declared for an element type named Element.
  */
 #ifndef ZUN_UTILS_ZUNVECTOR_H
 #define ZUN_UTILS_ZUNVECTOR_H
@@ -199,5 +147,190 @@
   ZUN_INLINE I* I##DecrementN(I* x, I##DifferenceType n) { return I##IncrementN(x, -n); }                        \
   ZUN_INLINE I* I##Increment(I* x) { return I##IncrementN(x, 1); }                                               \
   ZUN_INLINE I* I##Decrement(I* x) { return I##IncrementN(x, -1); }
+
+#ifdef ZUN_VECTOR_DOCUMENTATION
+/*
+ * What ZUN_VECTOR_DECLARE(Element) declares. Only readers and the check that nothing is missing see these lines.
+ */
+
+typedef struct ZunVector_Element ZunVector_Element;
+typedef ZunSizeT ZunVector_ElementSizeType;
+typedef Element* ZunVector_ElementIterator;
+typedef const Element* ZunVector_ElementConstIterator;
+typedef Element* ZunVector_ElementReverseIterator;
+typedef const Element* ZunVector_ElementConstReverseIterator;
+typedef ZunDistanceT ZunVector_ElementIteratorDifferenceType;
+typedef ZunDistanceT ZunVector_ElementConstIteratorDifferenceType;
+typedef ZunDistanceT ZunVector_ElementReverseIteratorDifferenceType;
+typedef ZunDistanceT ZunVector_ElementConstReverseIteratorDifferenceType;
+
+/* Empty, without storage. */
+ZunVector_Element* ZunVector_ElementConstructDefault(ZunVector_Element* x, ZunAllocator* a);
+
+/* `n` copies of `*value`. The capacity is exactly the size, as with the next two. */
+ZunVector_Element* ZunVector_ElementConstructN(ZunVector_Element* x, ZunVector_ElementSizeType n, const Element* value,
+                                               ZunAllocator* a);
+
+/* Copies of [first, last). */
+ZunVector_Element* ZunVector_ElementConstructRange(ZunVector_Element* x, ZunVector_ElementConstIterator first,
+                                                   ZunVector_ElementConstIterator last, ZunAllocator* a);
+
+/* A copy of `o` with its allocator. */
+ZunVector_Element* ZunVector_ElementConstructCopy(ZunVector_Element* x, const ZunVector_Element* o);
+
+/* Destructs the elements from the last to the first and frees the storage. */
+void ZunVector_ElementDestruct(ZunVector_Element* x);
+
+/*
+ * Makes `x` a copy of `o`; `x` keeps its allocator. Within the capacity elements are overwritten in place: on failure
+ * `x` keeps what was done. Beyond it the storage is replaced by one of exactly o's size: when that is refused `x` is
+ * empty and without storage, when an element fails `x` keeps those before it.
+ */
+ZunVector_Element* ZunVector_ElementAssign(ZunVector_Element* x, const ZunVector_Element* o);
+
+/*
+ * Exchanges the contents; each vector keeps its allocator. With one allocator the storage changes hands; with two the
+ * elements are copied, and on failure one of the vectors may have lost its own.
+ */
+ZunBool ZunVector_ElementSwap(ZunVector_Element* x, ZunVector_Element* y);
+
+/* The vector's allocator, which gives its storage; the elements' allocators are their own. */
+ZunAllocator* ZunVector_ElementGetAllocator(const ZunVector_Element* x);
+
+/* Is there no element? */
+ZunBool ZunVector_ElementEmpty(const ZunVector_Element* x);
+
+/* The number of elements. */
+ZunVector_ElementSizeType ZunVector_ElementSize(const ZunVector_Element* x);
+
+/* The number of elements that there is storage for. */
+ZunVector_ElementSizeType ZunVector_ElementCapacity(const ZunVector_Element* x);
+
+/* (2^32 - 1) / sizeof(Element). No operation checks it. */
+ZunVector_ElementSizeType ZunVector_ElementMaxSize(void);
+
+/* The first element, or the end. */
+ZunVector_ElementIterator ZunVector_ElementBegin(ZunVector_Element* x);
+ZunVector_ElementConstIterator ZunVector_ElementBeginConst(const ZunVector_Element* x);
+
+/* The place after the last element. */
+ZunVector_ElementIterator ZunVector_ElementEnd(ZunVector_Element* x);
+ZunVector_ElementConstIterator ZunVector_ElementEndConst(const ZunVector_Element* x);
+
+/* The last element, or the reverse end. */
+ZunVector_ElementReverseIterator ZunVector_ElementRBegin(ZunVector_Element* x);
+ZunVector_ElementConstReverseIterator ZunVector_ElementRBeginConst(const ZunVector_Element* x);
+
+/* The place before the first element. */
+ZunVector_ElementReverseIterator ZunVector_ElementREnd(ZunVector_Element* x);
+ZunVector_ElementConstReverseIterator ZunVector_ElementREndConst(const ZunVector_Element* x);
+
+/* Element `n`, from 0. */
+Element* ZunVector_ElementAt(ZunVector_Element* x, ZunVector_ElementSizeType n);
+const Element* ZunVector_ElementAtConst(const ZunVector_Element* x, ZunVector_ElementSizeType n);
+
+/* The first element; there must be one. */
+Element* ZunVector_ElementFront(ZunVector_Element* x);
+const Element* ZunVector_ElementFrontConst(const ZunVector_Element* x);
+
+/* The last element; there must be one. */
+Element* ZunVector_ElementBack(ZunVector_Element* x);
+const Element* ZunVector_ElementBackConst(const ZunVector_Element* x);
+
+/* Appends a copy. A full vector first grows to twice its size, or to 2. On failure `x` is as it was. */
+ZunBool ZunVector_ElementPushBack(ZunVector_Element* x, const Element* value);
+
+/* Destructs the last element; there must be one. */
+void ZunVector_ElementPopBack(ZunVector_Element* x);
+
+/* Sees to storage for `capacity` elements. Never shrinks. `x` is unchanged on failure. */
+ZunBool ZunVector_ElementReserve(ZunVector_Element* x, ZunVector_ElementSizeType capacity);
+
+/* Destructs the elements from the last to the first and keeps the storage. */
+void ZunVector_ElementClear(ZunVector_Element* x);
+
+/*
+ * Inserts a copy before `pos` and gives it. The capacity, where it does not suffice, becomes the larger of twice the
+ * old one (2 without storage) and the new size. On failure the size is as it was, and elements from `pos` on may have
+ * the values of others.
+ */
+ZunVector_ElementIterator ZunVector_ElementInsert(ZunVector_Element* x, ZunVector_ElementIterator pos,
+                                                  const Element* value);
+
+/* Inserts `n` copies before `pos`, as Insert does; a vector without storage gets room for 2 * n. */
+ZunBool ZunVector_ElementInsertN(ZunVector_Element* x, ZunVector_ElementIterator pos, ZunVector_ElementSizeType n,
+                                 const Element* value);
+
+/* Inserts copies of [first, last) before `pos`, as InsertN does. */
+ZunBool ZunVector_ElementInsertRange(ZunVector_Element* x, ZunVector_ElementIterator pos,
+                                     ZunVector_ElementConstIterator first, ZunVector_ElementConstIterator last);
+
+/*
+ * Removes the element at `pos`, moves those after it down, and gives `pos`. On failure `x` ends where an element could
+ * not be moved to.
+ */
+ZunVector_ElementIterator ZunVector_ElementErase(ZunVector_Element* x, ZunVector_ElementIterator pos);
+
+/* Removes [first, last), as Erase does, and gives `last` as it was given (`first` when there is nothing to remove). */
+ZunVector_ElementIterator ZunVector_ElementEraseRange(ZunVector_Element* x, ZunVector_ElementIterator first,
+                                                      ZunVector_ElementIterator last);
+
+/*
+ * Destructs elements from the last on, or reserves size + n and appends copies of `*value`; false when it would have
+ * to append and `value` is NULL. When a copy fails, those before it stay.
+ */
+ZunBool ZunVector_ElementResize(ZunVector_Element* x, ZunVector_ElementSizeType n, const Element* value);
+
+/* Does nothing. */
+void ZunVector_ElementDump(const ZunVector_Element* x);
+
+/* The operations of the iterator; those of the other three kinds differ in their names and in what is const. */
+
+/* Plain copies. */
+ZunVector_ElementIterator* ZunVector_ElementIteratorConstructCopy(ZunVector_ElementIterator* x,
+                                                                  const ZunVector_ElementIterator* o);
+ZunVector_ElementIterator* ZunVector_ElementIteratorAssign(ZunVector_ElementIterator* x,
+                                                           const ZunVector_ElementIterator* o);
+
+/* Does nothing. */
+void ZunVector_ElementIteratorDestruct(ZunVector_ElementIterator* x);
+
+/* Exchanges the two. */
+void ZunVector_ElementIteratorSwap(ZunVector_ElementIterator* x, ZunVector_ElementIterator* y);
+
+/* Is `x` the same place as `y`? */
+ZunBool ZunVector_ElementIteratorEqual(const ZunVector_ElementIterator* x, const ZunVector_ElementIterator* y);
+
+/* Does `x` come before `y` in the order of Increment? */
+ZunBool ZunVector_ElementIteratorLess(const ZunVector_ElementIterator* x, const ZunVector_ElementIterator* y);
+
+/* The element that `x` designates. */
+Element* ZunVector_ElementIteratorContentOf(const ZunVector_ElementIterator* x);
+const Element* ZunVector_ElementIteratorContentOfConst(const ZunVector_ElementIterator* x);
+
+/* The element `n` increments from `x`. */
+Element* ZunVector_ElementIteratorAt(const ZunVector_ElementIterator* x, ZunVector_ElementIteratorDifferenceType n);
+
+/* NULL, which says that there is no such place. */
+ZunVector_ElementIterator* ZunVector_ElementIteratorConstructExceptional(ZunVector_ElementIterator* x);
+ZunBool ZunVector_ElementIteratorIsExceptional(const ZunVector_ElementIterator* x);
+
+/* Moves `x` by one, or by `n`, and gives it. */
+ZunVector_ElementIterator* ZunVector_ElementIteratorIncrement(ZunVector_ElementIterator* x);
+ZunVector_ElementIterator* ZunVector_ElementIteratorDecrement(ZunVector_ElementIterator* x);
+ZunVector_ElementIterator* ZunVector_ElementIteratorIncrementN(ZunVector_ElementIterator* x,
+                                                               ZunVector_ElementIteratorDifferenceType n);
+ZunVector_ElementIterator* ZunVector_ElementIteratorDecrementN(ZunVector_ElementIterator* x,
+                                                               ZunVector_ElementIteratorDifferenceType n);
+
+/* The place `n` increments from `x`. */
+ZunVector_ElementIterator ZunVector_ElementIteratorAdd(const ZunVector_ElementIterator* x,
+                                                       ZunVector_ElementIteratorDifferenceType n);
+
+/* The number of increments from `y` to `x`. */
+ZunVector_ElementIteratorDifferenceType ZunVector_ElementIteratorSubtract(const ZunVector_ElementIterator* x,
+                                                                          const ZunVector_ElementIterator* y);
+
+#endif /* ZUN_VECTOR_DOCUMENTATION */
 
 #endif

@@ -52,11 +52,13 @@ struct ZunRtcpPsfbAfbAbafb {
   ZunUint32 average_arrival_difference; /* should not be 0 */
 };
 
-/* Both SSRCs and every value 0 but average_arrival_difference, which is 1000000; the delay is a fixed one. Returns `p`; cannot
- * fail. `a` is not used: the object owns no memory. */
+/*
+ * Both SSRCs and every value 0 but average_arrival_difference, which is 1000000; the delay is a fixed one. `a` is not
+ * used: the object owns no memory.
+ */
 ZunRtcpPsfbAfbAbafb* ZunRtcpPsfbAfbAbafbConstructDefault(ZunRtcpPsfbAfbAbafb* p, ZunAllocator* a);
 
-/* All fields but the media source, which is 0, with a fixed delay in microseconds. Returns `p`; cannot fail. */
+/* All fields but the media source, which is 0, with a fixed delay in microseconds. */
 ZunRtcpPsfbAfbAbafb* ZunRtcpPsfbAfbAbafbConstructFull(ZunRtcpPsfbAfbAbafb* p, ZunRtpSourceId sender,
                                                       ZunUint32 timestamp, ZunUint32 delay, ZunUint32 data_rate,
                                                       ZunUint32 loss_rate, ZunUint32 aba_data_rate,
@@ -64,29 +66,25 @@ ZunRtcpPsfbAfbAbafb* ZunRtcpPsfbAfbAbafbConstructFull(ZunRtcpPsfbAfbAbafb* p, Zu
                                                       ZunUint32 average_arrival_difference, ZunAllocator* a);
 
 /* The same with a delay that is measured from `timestamp_time`, in nanoseconds of ZunTimeGetCurrentMonotonicTime,
- * whenever it is read or written. Returns `p`; cannot fail. */
+ * whenever it is read or written. */
 ZunRtcpPsfbAfbAbafb* ZunRtcpPsfbAfbAbafbConstructWithCalculatedDelay(
     ZunRtcpPsfbAfbAbafb* p, ZunRtpSourceId sender, ZunUint32 timestamp, ZunTime timestamp_time, ZunUint32 data_rate,
     ZunUint32 loss_rate, ZunUint32 aba_data_rate, ZunInt32 average_delay_difference,
     ZunUint32 average_arrival_difference, ZunAllocator* a);
 
-/* A copy of `o`, with its kind of delay. Returns `p`; cannot fail. */
+/* Lifecycle of a plain value (ZunConventions.h). Of the union only the half that lives is copied. */
 ZunRtcpPsfbAfbAbafb* ZunRtcpPsfbAfbAbafbConstructCopy(ZunRtcpPsfbAfbAbafb* p, const ZunRtcpPsfbAfbAbafb* o);
-
-/* Makes `p` a copy of `o`, with its kind of delay. Returns `p`; cannot fail. */
 ZunRtcpPsfbAfbAbafb* ZunRtcpPsfbAfbAbafbAssign(ZunRtcpPsfbAfbAbafb* p, const ZunRtcpPsfbAfbAbafb* o);
-
-/* Does nothing. */
 void ZunRtcpPsfbAfbAbafbDestruct(ZunRtcpPsfbAfbAbafb* p);
 
-/* NULL. */
+/* NULL: the object owns no memory. */
 ZunAllocator* ZunRtcpPsfbAfbAbafbGetAllocator(ZunRtcpPsfbAfbAbafb* p);
 
 /* In microseconds: the fixed delay, or the low 32 bits of the time since `timestamp_time`, truncated toward zero. */
 ZunUint32 ZunRtcpPsfbAfbAbafbGetDelay(const ZunRtcpPsfbAfbAbafb* p);
-/* Gives `p` a fixed delay in microseconds. Always true. */
+/* Gives `p` a fixed delay in microseconds. */
 ZunBool ZunRtcpPsfbAfbAbafbSetDelay(ZunRtcpPsfbAfbAbafb* p, ZunUint32 delay);
-/* Gives `p` a delay that is measured from `timestamp_time`, a monotonic time in nanoseconds. Always true. */
+/* Gives `p` a delay that is measured from `timestamp_time`, a monotonic time in nanoseconds. */
 ZunBool ZunRtcpPsfbAfbAbafbSetTimestampTime(ZunRtcpPsfbAfbAbafb* p, ZunTime timestamp_time);
 
 /*
@@ -95,7 +93,7 @@ ZunBool ZunRtcpPsfbAfbAbafbSetTimestampTime(ZunRtcpPsfbAfbAbafb* p, ZunTime time
  */
 ZUN_RTCP_ROW_DECLARE(ZunRtcpPsfbAfbAbafb)
 
-/* The setters of plain fields are always true. */
+/* The other fields. */
 ZUN_INLINE ZunUint32 ZunRtcpPsfbAfbAbafbGetTimestamp(const ZunRtcpPsfbAfbAbafb* p) { return p->timestamp; }
 ZUN_INLINE ZunBool ZunRtcpPsfbAfbAbafbSetTimestamp(ZunRtcpPsfbAfbAbafb* p, ZunUint32 timestamp) {
   p->timestamp = timestamp;

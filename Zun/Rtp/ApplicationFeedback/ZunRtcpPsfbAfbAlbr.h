@@ -29,20 +29,16 @@ struct ZunRtcpPsfbAfbAlbr {
   ZunUint32 available_bit_rate; /* carried only; its unit is up to the peers */
 };
 
-/* Both SSRCs and every value 0. Returns `p`; cannot fail. `a` is not used: the object owns no memory. */
+/* Both SSRCs and every value 0. */
 ZunRtcpPsfbAfbAlbr* ZunRtcpPsfbAfbAlbrConstructDefault(ZunRtcpPsfbAfbAlbr* p, ZunAllocator* a);
 
-/* All fields but the media source, which is 0. Returns `p`; cannot fail. */
+/* All fields but the media source, which is 0. */
 ZunRtcpPsfbAfbAlbr* ZunRtcpPsfbAfbAlbrConstructFull(ZunRtcpPsfbAfbAlbr* p, ZunRtpSourceId sender,
                                                     ZunUint32 available_bit_rate, ZunAllocator* a);
 
-/* A copy of `o`. Returns `p`; cannot fail. */
+/* Lifecycle of a plain value (ZunConventions.h). */
 ZunRtcpPsfbAfbAlbr* ZunRtcpPsfbAfbAlbrConstructCopy(ZunRtcpPsfbAfbAlbr* p, const ZunRtcpPsfbAfbAlbr* o);
-
-/* Makes `p` a copy of `o`. Returns `p`; cannot fail. */
 ZunRtcpPsfbAfbAlbr* ZunRtcpPsfbAfbAlbrAssign(ZunRtcpPsfbAfbAlbr* p, const ZunRtcpPsfbAfbAlbr* o);
-
-/* Does nothing. */
 void ZunRtcpPsfbAfbAlbrDestruct(ZunRtcpPsfbAfbAlbr* p);
 
 /* NULL. */
@@ -51,7 +47,7 @@ ZunAllocator* ZunRtcpPsfbAfbAlbrGetAllocator(ZunRtcpPsfbAfbAlbr* p);
 /* The row operations. Reading ignores what follows the bit rate. */
 ZUN_RTCP_ROW_DECLARE(ZunRtcpPsfbAfbAlbr)
 
-/* The field. Its setter stores it and returns true. */
+/* The field. */
 ZUN_INLINE ZunUint32 ZunRtcpPsfbAfbAlbrGetAvailableLinkBitRate(const ZunRtcpPsfbAfbAlbr* p) {
   return p->available_bit_rate;
 }

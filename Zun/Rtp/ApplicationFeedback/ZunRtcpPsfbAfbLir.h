@@ -39,23 +39,19 @@ struct ZunRtcpPsfbAfbLirEntry {
 };
 
 /*
- * All fields. The copy of the layer data takes the allocator of `layerData`; `a` is not used. NULL, `p` owning
- * nothing, when `pt` exceeds 127 or an allocation is refused.
+ * All fields. The copy of the layer data takes the allocator of `layerData`; `a` is not used. NULL when `pt` exceeds
+ * 127.
  */
 ZunRtcpPsfbAfbLirEntry* ZunRtcpPsfbAfbLirEntryConstructFull(ZunRtcpPsfbAfbLirEntry* p, ZunRtpSourceId ssrc,
                                                             ZunUint8 seqno, ZunUint8 pt, const ZunString* layerData,
                                                             ZunAllocator* a);
 
-/* A copy with the allocator of `o`. NULL, `p` owning nothing, when an allocation is refused. */
+/* Lifecycle (ZunConventions.h). */
 ZunRtcpPsfbAfbLirEntry* ZunRtcpPsfbAfbLirEntryConstructCopy(ZunRtcpPsfbAfbLirEntry* p, const ZunRtcpPsfbAfbLirEntry* o);
-
-/* Makes `p` a copy of `o`; `p` keeps its allocator. NULL, `p` unchanged, when an allocation is refused. */
 ZunRtcpPsfbAfbLirEntry* ZunRtcpPsfbAfbLirEntryAssign(ZunRtcpPsfbAfbLirEntry* p, const ZunRtcpPsfbAfbLirEntry* o);
-
-/* Releases the layer data and leaves `p` empty; destructing it once more does nothing. */
 void ZunRtcpPsfbAfbLirEntryDestruct(ZunRtcpPsfbAfbLirEntry* p);
 
-/* Copies `layerData`, of any length. False, `p` unchanged, when an allocation is refused. */
+/* Copies `layerData`, of any length. */
 ZunBool ZunRtcpPsfbAfbLirEntrySetLayerData(ZunRtcpPsfbAfbLirEntry* p, const ZunString* layerData);
 
 /* The setters of plain fields are always true. */
@@ -75,7 +71,7 @@ ZUN_INLINE ZunBool ZunRtcpPsfbAfbLirEntrySetPayloadType(ZunRtcpPsfbAfbLirEntry* 
   p->payloadType = pt;
   return 1;
 }
-/* The layer data itself, valid as long as `p` is neither changed nor destructed. */
+/* The layer data itself. */
 ZUN_INLINE const ZunString* ZunRtcpPsfbAfbLirEntryGetLayerData(const ZunRtcpPsfbAfbLirEntry* p) {
   return &p->layerData;
 }
@@ -97,23 +93,18 @@ struct ZunRtcpPsfbAfbLir {
   ZunVector_ZunRtcpPsfbAfbLirEntry fci; /* the entries in wire order; owns the object's allocator */
 };
 
-/* Both SSRCs 0, no entries, with allocator `a`. Returns `p`; cannot fail. */
+/* Both SSRCs 0, no entries. */
 ZunRtcpPsfbAfbLir* ZunRtcpPsfbAfbLirConstructDefault(ZunRtcpPsfbAfbLir* p, ZunAllocator* a);
 
-/* A copy of the list with the allocator of `o`; each entry takes that of the one it is a copy of. NULL, `p` owning nothing, when an allocation is refused. */
+/* Lifecycle (ZunConventions.h). */
 ZunRtcpPsfbAfbLir* ZunRtcpPsfbAfbLirConstructCopy(ZunRtcpPsfbAfbLir* p, const ZunRtcpPsfbAfbLir* o);
-
-/* Makes `p` a copy of `o`; the list keeps its allocator. NULL, both SSRCs unchanged, when an allocation is refused: the
- * entries are then what ZunVector_ZunRtcpPsfbAfbLirEntryAssign leaves. */
 ZunRtcpPsfbAfbLir* ZunRtcpPsfbAfbLirAssign(ZunRtcpPsfbAfbLir* p, const ZunRtcpPsfbAfbLir* o);
-
-/* Releases the entries and leaves `p` empty; destructing it once more does nothing. */
 void ZunRtcpPsfbAfbLirDestruct(ZunRtcpPsfbAfbLir* p);
 
 /*
  * The row operations. The wire length counts 2 octets for the length of each entry, which are not written. Writing
- * fails when there is no entry, behind the octets up to the first. Reading requires an entry; the layer data of what
- * it reads takes the allocator of the buffer string. The entries in front of a failure are kept.
+ * fails when there is no entry, after the octets in front of the first. Reading requires an entry; the layer data of
+ * what it reads takes the allocator of the buffer string. The entries in front of a failure are kept.
  */
 ZUN_RTCP_ROW_DECLARE(ZunRtcpPsfbAfbLir)
 

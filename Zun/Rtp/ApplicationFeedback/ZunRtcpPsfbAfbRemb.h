@@ -35,25 +35,20 @@ struct ZunRtcpPsfbAfbRemb {
                                        or default-constructed so; owns the object's allocator */
 };
 
-/* Both SSRCs and the bitrate 0, no sources, with allocator `a`. Returns `p`; cannot fail. */
+/* Both SSRCs and the bitrate 0, no sources. */
 ZunRtcpPsfbAfbRemb* ZunRtcpPsfbAfbRembConstructDefault(ZunRtcpPsfbAfbRemb* p, ZunAllocator* a);
 
 /*
  * All fields but the media source, which is 0. The copy of the sources takes the allocator of `sources`; `a` is not
- * used. NULL, `p` owning nothing, when `sources` is empty or holds more than 255, when `bitrate` is one that
- * ZunRtcpPsfbAfbRembSetBitrate refuses, or when an allocation is refused.
+ * used. NULL, `p` owning nothing, when `sources` is empty or holds more than 255, or when `bitrate` is one that
+ * ZunRtcpPsfbAfbRembSetBitrate refuses.
  */
 ZunRtcpPsfbAfbRemb* ZunRtcpPsfbAfbRembConstructFull(ZunRtcpPsfbAfbRemb* p, ZunRtpSourceId sender, ZunFloat32 bitrate,
                                                     const ZunVector_ZunRtpSourceId* sources, ZunAllocator* a);
 
-/* A copy with the allocator of `o`. NULL, `p` owning nothing, when an allocation is refused. */
+/* Lifecycle (ZunConventions.h). */
 ZunRtcpPsfbAfbRemb* ZunRtcpPsfbAfbRembConstructCopy(ZunRtcpPsfbAfbRemb* p, const ZunRtcpPsfbAfbRemb* o);
-
-/* Makes `p` a copy of `o`; `p` keeps its allocator. NULL, `p` without sources and otherwise unchanged, when an
- * allocation is refused. */
 ZunRtcpPsfbAfbRemb* ZunRtcpPsfbAfbRembAssign(ZunRtcpPsfbAfbRemb* p, const ZunRtcpPsfbAfbRemb* o);
-
-/* Releases the sources and leaves `p` empty; destructing it once more does nothing. */
 void ZunRtcpPsfbAfbRembDestruct(ZunRtcpPsfbAfbRemb* p);
 
 /*
@@ -70,7 +65,7 @@ ZunBool ZunRtcpPsfbAfbRembSetFeedbackSources(ZunRtcpPsfbAfbRemb* p, const ZunVec
 
 /*
  * The row operations. Writing keeps the 18 most significant bits of the bitrate and drops the rest: what a peer reads
- * is never above what was set. Reading requires that the message ends behind its last SSRC, accepts one
+ * is never above what was set. Reading requires that the message ends after its last SSRC, accepts one
  * without SSRCs, and takes their number as signed: a message with 128 to 255 is written but not read.
  */
 ZUN_RTCP_ROW_DECLARE(ZunRtcpPsfbAfbRemb)
@@ -79,7 +74,7 @@ ZUN_RTCP_ROW_DECLARE(ZunRtcpPsfbAfbRemb)
 ZUN_INLINE ZunAllocator* ZunRtcpPsfbAfbRembGetAllocator(ZunRtcpPsfbAfbRemb* p) { return p->sources.allocator; }
 /* In bit/s. */
 ZUN_INLINE ZunFloat32 ZunRtcpPsfbAfbRembGetBitrate(const ZunRtcpPsfbAfbRemb* p) { return p->bitrate; }
-/* The sources themselves, valid as long as `p` is neither changed nor destructed. */
+/* The sources themselves. */
 ZUN_INLINE const ZunVector_ZunRtpSourceId* ZunRtcpPsfbAfbRembGetFeedbackSources(const ZunRtcpPsfbAfbRemb* p) {
   return &p->sources;
 }

@@ -53,7 +53,7 @@ ZunRtcpPsfbAfbShowParameter* ZunRtcpPsfbAfbShowParameterConstruct(ZunRtcpPsfbAfb
                                                                   ZunRtcpPsfbAfbShowParameterType type,
                                                                   ZunUint64 value);
 
-/* Plain copies, which return `p` and cannot fail; there is nothing to release. */
+/* Lifecycle of a plain value (ZunConventions.h). */
 ZunRtcpPsfbAfbShowParameter* ZunRtcpPsfbAfbShowParameterConstructCopy(ZunRtcpPsfbAfbShowParameter* p,
                                                                       const ZunRtcpPsfbAfbShowParameter* o);
 ZunRtcpPsfbAfbShowParameter* ZunRtcpPsfbAfbShowParameterAssign(ZunRtcpPsfbAfbShowParameter* p,
@@ -83,7 +83,7 @@ struct ZunRtcpPsfbAfbShow {
   ZunVector_ZunRtcpPsfbAfbShowParameter parameters; /* in wire order; owns the object's allocator */
 };
 
-/* Both SSRCs and the sequence number 0, no parameters, with allocator `a`. Returns `p`; cannot fail. */
+/* Both SSRCs and the sequence number 0, no parameters. */
 ZunRtcpPsfbAfbShow* ZunRtcpPsfbAfbShowConstructDefault(ZunRtcpPsfbAfbShow* p, ZunAllocator* a);
 
 /*
@@ -93,18 +93,13 @@ ZunRtcpPsfbAfbShow* ZunRtcpPsfbAfbShowConstructDefault(ZunRtcpPsfbAfbShow* p, Zu
 ZunRtcpPsfbAfbShow* ZunRtcpPsfbAfbShowConstructFull(ZunRtcpPsfbAfbShow* p, ZunRtpSourceId sender, ZunRtpSourceId source,
                                                     ZunUint8 seq, const ZunVector_ZunRtcpPsfbAfbShowParameter* params);
 
-/* A copy with the allocator of `o`. NULL, `p` owning nothing, when an allocation is refused. */
+/* Lifecycle (ZunConventions.h). */
 ZunRtcpPsfbAfbShow* ZunRtcpPsfbAfbShowConstructCopy(ZunRtcpPsfbAfbShow* p, const ZunRtcpPsfbAfbShow* o);
-
-/* Makes `p` a copy of `o`; `p` keeps its allocator. NULL, `p` without parameters and otherwise unchanged, when an
- * allocation is refused. */
 ZunRtcpPsfbAfbShow* ZunRtcpPsfbAfbShowAssign(ZunRtcpPsfbAfbShow* p, const ZunRtcpPsfbAfbShow* o);
-
-/* Releases the parameters and leaves `p` empty; destructing it once more does nothing. */
 void ZunRtcpPsfbAfbShowDestruct(ZunRtcpPsfbAfbShow* p);
 
 /*
- * The row operations. A value is written in as few octets as it needs. The zeros behind the parameters align the
+ * The row operations. A value is written in as few octets as it needs. The zeros after the parameters align the
  * whole string that is written to; the announced length is right when the message begins at a multiple of 4 in it.
  * Reading keeps parameters of any type and value (do not write one of type 0 and one octet: it would begin the
  * padding); the first zero in place of a parameter begins the padding, all of
@@ -115,7 +110,7 @@ ZUN_RTCP_ROW_DECLARE(ZunRtcpPsfbAfbShow)
 /* The allocator of the parameters. */
 ZUN_INLINE ZunAllocator* ZunRtcpPsfbAfbShowGetAllocator(ZunRtcpPsfbAfbShow* p) { return p->parameters.allocator; }
 ZUN_INLINE ZunUint8 ZunRtcpPsfbAfbShowGetSequenceNumber(const ZunRtcpPsfbAfbShow* p) { return p->seqno; }
-/* The parameters themselves, valid as long as `p` is neither changed nor destructed. */
+/* The parameters themselves. */
 ZUN_INLINE const ZunVector_ZunRtcpPsfbAfbShowParameter* ZunRtcpPsfbAfbShowGetParameters(const ZunRtcpPsfbAfbShow* p) {
   return &p->parameters;
 }

@@ -32,20 +32,16 @@ struct ZunRtcpPsfbAfbShowAck {
   ZunRtpSourceId showSender;  /* SSRC of its sender */
 };
 
-/* Both SSRCs and every value 0. Returns `p`; cannot fail. `a` is not used: the object owns no memory. */
+/* Both SSRCs and every value 0. */
 ZunRtcpPsfbAfbShowAck* ZunRtcpPsfbAfbShowAckConstructDefault(ZunRtcpPsfbAfbShowAck* p, ZunAllocator* a);
 
-/* All fields but the media source, which is 0. Returns `p`; cannot fail. */
+/* All fields but the media source, which is 0. */
 ZunRtcpPsfbAfbShowAck* ZunRtcpPsfbAfbShowAckConstructFull(ZunRtcpPsfbAfbShowAck* p, ZunRtpSourceId sender, ZunUint8 seq,
                                                           ZunRtpSourceId showSender);
 
-/* A copy of `o`. Returns `p`; cannot fail. */
+/* Lifecycle of a plain value (ZunConventions.h). */
 ZunRtcpPsfbAfbShowAck* ZunRtcpPsfbAfbShowAckConstructCopy(ZunRtcpPsfbAfbShowAck* p, const ZunRtcpPsfbAfbShowAck* o);
-
-/* Makes `p` a copy of `o`. Returns `p`; cannot fail. */
 ZunRtcpPsfbAfbShowAck* ZunRtcpPsfbAfbShowAckAssign(ZunRtcpPsfbAfbShowAck* p, const ZunRtcpPsfbAfbShowAck* o);
-
-/* Does nothing. */
 void ZunRtcpPsfbAfbShowAckDestruct(ZunRtcpPsfbAfbShowAck* p);
 
 /* NULL. */

@@ -26,30 +26,26 @@ struct ZunRtcpPsfbAfbUnknown {
   ZunRtpSourceId sender;      /* SSRC of the packet sender */
   ZunRtpSourceId source;      /* SSRC of the media source */
   ZunRtcpPsfbAfbType afbType; /* 0, whatever number a house message carries */
-  ZunString data;             /* every byte behind the SSRCs; owns the object's allocator */
+  ZunString data;             /* every byte after the SSRCs; owns the object's allocator */
 };
 
-/* Both SSRCs 0, no data, with allocator `a`. Returns `p`; cannot fail. */
+/* Both SSRCs 0, no data. */
 ZunRtcpPsfbAfbUnknown* ZunRtcpPsfbAfbUnknownConstructDefault(ZunRtcpPsfbAfbUnknown* p, ZunAllocator* a);
 
 /*
- * All fields. The copy of the data takes the allocator of `data`; `a` is not used. NULL, `p` owning nothing, when
- * the size of `data` is no multiple of 4 or an allocation is refused.
+ * All fields. The copy of the data takes the allocator of `data`; `a` is not used. NULL when the size of `data` is no
+ * multiple of 4.
  */
 ZunRtcpPsfbAfbUnknown* ZunRtcpPsfbAfbUnknownConstructFull(ZunRtcpPsfbAfbUnknown* p, ZunRtpSourceId sender,
                                                           ZunRtpSourceId source, const ZunString* data,
                                                           ZunAllocator* a);
 
-/* A copy with the allocator of `o`. NULL, `p` owning nothing, when an allocation is refused. */
+/* Lifecycle (ZunConventions.h). */
 ZunRtcpPsfbAfbUnknown* ZunRtcpPsfbAfbUnknownConstructCopy(ZunRtcpPsfbAfbUnknown* p, const ZunRtcpPsfbAfbUnknown* o);
-
-/* Makes `p` a copy of `o`; `p` keeps its allocator. NULL, `p` unchanged, when an allocation is refused. */
 ZunRtcpPsfbAfbUnknown* ZunRtcpPsfbAfbUnknownAssign(ZunRtcpPsfbAfbUnknown* p, const ZunRtcpPsfbAfbUnknown* o);
-
-/* Releases the data and leaves `p` empty; destructing it once more does nothing. */
 void ZunRtcpPsfbAfbUnknownDestruct(ZunRtcpPsfbAfbUnknown* p);
 
-/* Copies `data`. False, `p` unchanged, when its size is no multiple of 4 or an allocation is refused. */
+/* Copies `data`. False, `p` unchanged, when its size is no multiple of 4. */
 ZunBool ZunRtcpPsfbAfbUnknownSetData(ZunRtcpPsfbAfbUnknown* p, const ZunString* data);
 
 /* The row operations. Reading does not check the size of the data. */
@@ -57,7 +53,7 @@ ZUN_RTCP_ROW_DECLARE(ZunRtcpPsfbAfbUnknown)
 
 /* The allocator of the data. */
 ZUN_INLINE ZunAllocator* ZunRtcpPsfbAfbUnknownGetAllocator(ZunRtcpPsfbAfbUnknown* p) { return p->data.allocator; }
-/* The data itself, valid as long as `p` is neither changed nor destructed. */
+/* The data itself. */
 ZUN_INLINE const ZunString* ZunRtcpPsfbAfbUnknownGetData(const ZunRtcpPsfbAfbUnknown* p) { return &p->data; }
 
 ZUN_EXTERN_C_END

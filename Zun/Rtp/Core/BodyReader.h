@@ -39,8 +39,9 @@ class FieldReader {
 
 // Reads a body from its first octet on. There are two bounds. The end is the body's, as it was given. The limit is the
 // end or the size of the buffer, whichever comes first: octets before it are readable. Whatever reads an octet looks at
-// the limit, and its name says so where it reads none; what looks at the end has the end in its name. Every read returns
-// false, and stores and moves nothing, when what it reads is not readable; so a kind's reader is a list of fields.
+// the limit, and its name says so where it reads none; what looks at the end has the end in its name. Every read
+// returns false, and stores and moves nothing, when what it reads is not readable; so a kind's reader is a list of
+// fields.
 class BodyReader {
  public:
   explicit BodyReader(const Body& body) : BodyReader(body.octets, body.size, body.begin, body.end) {}
@@ -52,8 +53,8 @@ class BodyReader {
   bool U32(ZunUint32* value) { return HasReadable(4) && FieldReader(Advance(4)).U32(value); }
   bool U64(ZunUint64* value) { return HasReadable(8) && FieldReader(Advance(8)).U64(value); }
 
-  // A run of fields of kSize octets in all, a list that read(auto& reader) gives: compared with the limit once where all
-  // of it is readable, and field by field where it is not, so that those in front of the limit are stored.
+  // A run of fields of kSize octets in all, a list that read(auto& reader) gives: compared with the limit once where
+  // all of it is readable, and field by field where it is not, so that those in front of the limit are stored.
   template <ZunSizeT kSize, class Read>
   bool Fields(Read read) {
     if (!HasReadable(kSize)) [[unlikely]]

@@ -10,8 +10,8 @@
 
 namespace zun {
 
-// What subpackets are written to, one after the other: a string, which grows, or a block of the caller's, which does not.
-// A string is as long as what was written once its output is gone.
+// What subpackets are written to, one after the other: a string, which grows, or a block of the caller's, which does
+// not. A string is as long as what was written once its output is gone.
 class Output {
  public:
   explicit Output(ZunString* string) : string_(string) { TakeFromString(); }

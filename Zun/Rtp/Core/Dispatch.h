@@ -17,8 +17,8 @@ struct Dispatch {
     return Level::RowOf(Level::ValueOf(p));
   }
 
-  // Values that one row serves are one kind: an object of it is assigned to, and read over, in place. All unknown values
-  // share a row.
+  // Values that one row serves are one kind: an object of it is assigned to, and read over, in place. All unknown
+  // values share a row.
   static bool AreEquivalent(ZunInt32 a, ZunInt32 b) { return &Level::RowOf(a) == &Level::RowOf(b); }
 
   // A copy takes the allocator of its source.

@@ -16,7 +16,8 @@ namespace zun {
 inline constexpr ZunSizeT kSubpacketHeaderSize = 4;
 
 // The header of a subpacket of `length` bytes, header included. A count above 31 is not masked: it spills into the
-// padding and version bits, as peers of this library have always seen it do. A length of 0 gives the length field 0xFFFF.
+// padding and version bits, as peers of this library have always seen it do. A length of 0 gives the length field
+// 0xFFFF.
 inline ZunUint32 SubpacketHeaderWord(bool pad, ZunUint8 count, ZunRtcpSubpacketType type, ZunSizeT length) {
   const ZunUint32 first = 0x80U | (pad ? 0x20U : 0U) | count;
   const ZunUint32 words = static_cast<ZunUint32>(length >> 2) - 1;

@@ -15,8 +15,8 @@ void ARowServesNoValue();
 void ARowStandsOutsideItsTable();
 void TwoRowsServeTheSameValue();
 
-// Rows for the values kFirst to kLast. A value without a row falls to the row given as `unknown`, so a value that is not
-// modelled is normal traffic.
+// Rows for the values kFirst to kLast. A value without a row falls to the row given as `unknown`, so a value that is
+// not modelled is normal traffic.
 template <ZunInt32 kFirst, ZunInt32 kLast>
 class Table {
  public:

@@ -22,7 +22,7 @@ enum {
   ZUN_RTCPRTPFB_TYPE_ABAFB = 30        /* bandwidth report */
 };
 
-/* The messages that the library models, a row each: X(value, type of the object, member of ZunRtcpRtpfb, its getter). */
+/* The messages that the library models, a row each: X(value, type of object, member of ZunRtcpRtpfb, getter). */
 #define ZUN_RTCPRTPFB_KINDS(X)                                                                        \
   X(ZUN_RTCPRTPFB_TYPE_NACK, ZunRtcpRtpfbNack, nack, ZunRtcpRtpfbGetNack)                             \
   X(ZUN_RTCPRTPFB_TYPE_TMMBR, ZunRtcpRtpfbTmmbr, tmmbr, ZunRtcpRtpfbGetTmmbr)                         \

@@ -1,7 +1,17 @@
 /*
- * Payload-specific feedback (RFC 4585, section 6.3): one message of packet type 206, its format chosen by the
- * feedback message type (FMT). Every member begins with `type`, `fmt`, `sender` and `source`, which may be read
- * through any of them.
+ * Payload-specific feedback, packet type 206 (RFC 4585, section 6.3): one message of any kind, told by its feedback
+ * message type (FMT). Every member begins with `type`, `fmt`, `sender` and `source`, which may be read through any of
+ * them.
+ *
+ *    0                   1                   2                   3
+ *    0 1 2 3 4 5 6 7 8 9 0 1 2 3 4 5 6 7 8 9 0 1 2 3 4 5 6 7 8 9 0 1
+ *   +-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+
+ * 0 |V=2|P|   FMT   |    PT=206     |            length             |
+ *   +-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+
+ * 4 |                    SSRC of packet sender                      |
+ *   +-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+
+ * 8 |                    SSRC of media source                       |
+ *   +=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+=+
  */
 #ifndef ZUN_RTP_PAYLOADFEEDBACK_ZUNRTCPPSFB_H
 #define ZUN_RTP_PAYLOADFEEDBACK_ZUNRTCPPSFB_H
@@ -17,10 +27,10 @@
 
 ZUN_EXTERN_C_BEGIN
 
-/* A message of one format is built with that format's constructors, called on its member. */
+/* A message of one kind is built with the constructors of that kind, called on its member. */
 typedef union ZunRtcpPsfb ZunRtcpPsfb;
 union ZunRtcpPsfb {
-  ZunRtcpPsfbUnknown unk; /* any FMT but 1..6 and 15 */
+  ZunRtcpPsfbUnknown unk; /* any other FMT */
   ZunRtcpPsfbPli pli;     /* 1 */
   ZunRtcpPsfbSli sli;     /* 2 */
   ZunRtcpPsfbRpsi rpsi;   /* 3 */
@@ -30,47 +40,33 @@ union ZunRtcpPsfb {
   ZunRtcpPsfbAfb afb;     /* 15 */
 };
 
-/* A copy with the allocator of `o`. NULL, `p` owning nothing, when an allocation is refused. */
+/* Lifecycle of a tagged union (ZunConventions.h). */
 ZunRtcpPsfb* ZunRtcpPsfbConstructCopy(ZunRtcpPsfb* p, const ZunRtcpPsfb* o);
-
-/*
- * Makes `p` a copy of `o`. Within a format, and among unknown ones, `p` is assigned in place; across formats it is
- * destructed and rebuilt with its own allocator (that of `o` when it has none). NULL when an allocation is refused:
- * `p` is then what the format's assign leaves, or, across formats, an empty unknown message.
- */
 ZunRtcpPsfb* ZunRtcpPsfbAssign(ZunRtcpPsfb* p, const ZunRtcpPsfb* o);
-
-/* Releases what `p` owns and leaves it empty; destructing it once more does nothing. */
 void ZunRtcpPsfbDestruct(ZunRtcpPsfb* p);
 
-/* The allocator that `p` was constructed with; NULL for a format that owns no memory. */
+/* The allocator of the message. */
 ZunAllocator* ZunRtcpPsfbGetAllocator(ZunRtcpPsfb* p);
 
-/*
- * The row operations, each that of the format of `p`. ConstructFromBuffer and AssignFromBuffer take the format from
- * `count`; reading over an object of another format destructs it and rebuilds it with the allocator of the buffer
- * string, not with the one it had.
- */
+/* The row operations of an envelope (ZunRtcpRow.h). The header's count is the FMT. */
 ZUN_RTCP_ROW_DECLARE(ZunRtcpPsfb)
 
-/* The feedback message type, which tells the live member. */
+/* The FMT, which tells the member that lives. */
 ZUN_INLINE ZunRtcpPsfbType ZunRtcpPsfbGetFeedbackMessageType(const ZunRtcpPsfb* p) { return p->unk.fmt; }
 /* The SSRC of the packet sender. */
 ZUN_INLINE ZunRtpSourceId ZunRtcpPsfbGetSender(const ZunRtcpPsfb* p) { return p->unk.sender; }
-/* Always true. */
 ZUN_INLINE ZunBool ZunRtcpPsfbSetSender(ZunRtcpPsfb* p, ZunRtpSourceId sender) {
   p->unk.sender = sender;
   return 1;
 }
 /* The SSRC of the media source. */
 ZUN_INLINE ZunRtpSourceId ZunRtcpPsfbGetMediaSource(const ZunRtcpPsfb* p) { return p->unk.source; }
-/* Always true. */
 ZUN_INLINE ZunBool ZunRtcpPsfbSetMediaSource(ZunRtcpPsfb* p, ZunRtpSourceId media_source) {
   p->unk.source = media_source;
   return 1;
 }
 
-/* The member of that format. The message type is not checked: look at ZunRtcpPsfbGetFeedbackMessageType first. */
+/* The members. */
 ZUN_INLINE const ZunRtcpPsfbUnknown* ZunRtcpPsfbGetUnknown(const ZunRtcpPsfb* p) { return &p->unk; }
 ZUN_INLINE const ZunRtcpPsfbPli* ZunRtcpPsfbGetPli(const ZunRtcpPsfb* p) { return &p->pli; }
 ZUN_INLINE const ZunRtcpPsfbSli* ZunRtcpPsfbGetSli(const ZunRtcpPsfb* p) { return &p->sli; }

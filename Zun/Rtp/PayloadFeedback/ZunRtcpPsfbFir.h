@@ -26,16 +26,15 @@ struct ZunRtcpPsfbFirEntry {
   ZunUint8 seqno;      /* command sequence number, modulo 256 */
 };
 
-/* Both values. `a` is not used. Returns `p`. */
+/* Both values. `a` is not used. */
 ZunRtcpPsfbFirEntry* ZunRtcpPsfbFirEntryConstructFull(ZunRtcpPsfbFirEntry* p, ZunRtpSourceId ssrc, ZunUint8 seqno,
                                                       ZunAllocator* a);
 
-/* Plain copies that return `p`, and a destruct that does nothing. */
+/* Lifecycle of a plain value (ZunConventions.h). */
 ZunRtcpPsfbFirEntry* ZunRtcpPsfbFirEntryConstructCopy(ZunRtcpPsfbFirEntry* p, const ZunRtcpPsfbFirEntry* o);
 ZunRtcpPsfbFirEntry* ZunRtcpPsfbFirEntryAssign(ZunRtcpPsfbFirEntry* p, const ZunRtcpPsfbFirEntry* o);
 void ZunRtcpPsfbFirEntryDestruct(ZunRtcpPsfbFirEntry* p);
 
-/* The setters are always true. */
 ZUN_INLINE ZunRtpSourceId ZunRtcpPsfbFirEntryGetSsrc(const ZunRtcpPsfbFirEntry* p) { return p->ssrc; }
 ZUN_INLINE ZunBool ZunRtcpPsfbFirEntrySetSsrc(ZunRtcpPsfbFirEntry* p, ZunRtpSourceId ssrc) {
   p->ssrc = ssrc;
@@ -62,19 +61,12 @@ struct ZunRtcpPsfbFir {
   ZunVector_ZunRtcpPsfbFirEntry fci; /* the commands, in wire order; its allocator is the object's */
 };
 
-/* Both SSRCs 0, no entries, with allocator `a`. Returns `p`; cannot fail. */
+/* Both SSRCs 0, no entries. */
 ZunRtcpPsfbFir* ZunRtcpPsfbFirConstructDefault(ZunRtcpPsfbFir* p, ZunAllocator* a);
 
-/* A copy with the allocator of `o`. NULL, `p` owning nothing, when an allocation is refused. */
+/* Lifecycle (ZunConventions.h). */
 ZunRtcpPsfbFir* ZunRtcpPsfbFirConstructCopy(ZunRtcpPsfbFir* p, const ZunRtcpPsfbFir* o);
-
-/*
- * Makes `p` a copy of `o`; `p` keeps its allocator. NULL when an allocation is refused: `p` has no entries then and
- * keeps its SSRCs.
- */
 ZunRtcpPsfbFir* ZunRtcpPsfbFirAssign(ZunRtcpPsfbFir* p, const ZunRtcpPsfbFir* o);
-
-/* Releases the entries and leaves `p` empty; destructing it once more does nothing. */
 void ZunRtcpPsfbFirDestruct(ZunRtcpPsfbFir* p);
 
 /*

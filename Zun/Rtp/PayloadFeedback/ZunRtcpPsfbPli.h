@@ -24,26 +24,22 @@ struct ZunRtcpPsfbPli {
   ZunRtcpPsfbType fmt;            /* 1 */
   ZunRtpSourceId sender;          /* SSRC of the packet sender */
   ZunRtpSourceId source;          /* SSRC of the media source whose pictures were lost */
-  ZunString profile_specific_ext; /* raw bytes behind the header; owns the object's allocator */
+  ZunString profile_specific_ext; /* raw bytes after the header; owns the object's allocator */
 };
 
-/* Both SSRCs 0, no extension, with allocator `a`. Returns `p`; cannot fail. */
+/* Both SSRCs 0, no extension. */
 ZunRtcpPsfbPli* ZunRtcpPsfbPliConstructDefault(ZunRtcpPsfbPli* p, ZunAllocator* a);
 
-/* Both SSRCs, no extension, with allocator `a`. Returns `p`; cannot fail. */
+/* Both SSRCs, no extension. */
 ZunRtcpPsfbPli* ZunRtcpPsfbPliConstructFull(ZunRtcpPsfbPli* p, ZunRtpSourceId sender, ZunRtpSourceId source,
                                             ZunAllocator* a);
 
-/* A copy with the allocator of `o`. NULL, `p` owning nothing, when an allocation is refused. */
+/* Lifecycle (ZunConventions.h). */
 ZunRtcpPsfbPli* ZunRtcpPsfbPliConstructCopy(ZunRtcpPsfbPli* p, const ZunRtcpPsfbPli* o);
-
-/* Makes `p` a copy of `o`; `p` keeps its allocator. NULL, `p` unchanged, when an allocation is refused. */
 ZunRtcpPsfbPli* ZunRtcpPsfbPliAssign(ZunRtcpPsfbPli* p, const ZunRtcpPsfbPli* o);
-
-/* Releases the extension and leaves `p` empty; destructing it once more does nothing. */
 void ZunRtcpPsfbPliDestruct(ZunRtcpPsfbPli* p);
 
-/* Copies `ext`. False, `p` unchanged, when its size is no multiple of 4 or an allocation is refused. */
+/* Copies `ext`. False, `p` unchanged, when its size is no multiple of 4. */
 ZunBool ZunRtcpPsfbPliSetProfileSpecificExt(ZunRtcpPsfbPli* p, const ZunString* ext);
 
 /* The row operations. Reading does not check the size of the extension. */
@@ -51,7 +47,7 @@ ZUN_RTCP_ROW_DECLARE(ZunRtcpPsfbPli)
 
 /* The allocator of the extension. */
 ZUN_INLINE ZunAllocator* ZunRtcpPsfbPliGetAllocator(ZunRtcpPsfbPli* p) { return p->profile_specific_ext.allocator; }
-/* The extension itself, valid as long as `p` is neither changed nor destructed. */
+/* The extension itself. */
 ZUN_INLINE const ZunString* ZunRtcpPsfbPliGetProfileSpecificExt(const ZunRtcpPsfbPli* p) {
   return &p->profile_specific_ext;
 }

@@ -34,26 +34,22 @@ struct ZunRtcpPsfbRpsi {
   ZunString rpsi;            /* the native bit string, whole octets; owns the object's allocator */
 };
 
-/* All numbers 0, an empty bit string, with allocator `a`. Returns `p`; cannot fail. */
+/* All numbers 0, an empty bit string. */
 ZunRtcpPsfbRpsi* ZunRtcpPsfbRpsiConstructDefault(ZunRtcpPsfbRpsi* p, ZunAllocator* a);
 
-/* A copy with the allocator of `o`. NULL, `p` owning nothing, when an allocation is refused. */
+/* Lifecycle (ZunConventions.h). */
 ZunRtcpPsfbRpsi* ZunRtcpPsfbRpsiConstructCopy(ZunRtcpPsfbRpsi* p, const ZunRtcpPsfbRpsi* o);
-
-/* Makes `p` a copy of `o`; `p` keeps its allocator. NULL, `p` unchanged, when an allocation is refused. */
 ZunRtcpPsfbRpsi* ZunRtcpPsfbRpsiAssign(ZunRtcpPsfbRpsi* p, const ZunRtcpPsfbRpsi* o);
-
-/* Releases the bit string and leaves `p` empty; destructing it once more does nothing. */
 void ZunRtcpPsfbRpsiDestruct(ZunRtcpPsfbRpsi* p);
 
 /* False, `p` unchanged, when `pt` exceeds 127. */
 ZunBool ZunRtcpPsfbRpsiSetPt(ZunRtcpPsfbRpsi* p, ZunUint8 pt);
 
-/* Copies `rpsi`, of any size. False, `p` unchanged, when an allocation is refused. */
+/* Copies `rpsi`, of any size. */
 ZunBool ZunRtcpPsfbRpsiSetRpsi(ZunRtcpPsfbRpsi* p, const ZunString* rpsi);
 
 /*
- * The row operations. The octets that fill the word behind an empty bit string are written but not counted in PB,
+ * The row operations. The octets that fill the word after an empty bit string are written but not counted in PB,
  * so they are read back as a bit string of two zero octets. Where the padding octets leave no bit string, reading
  * stores the whole of PB as the unused bits.
  */
@@ -65,7 +61,7 @@ ZUN_INLINE ZunUint8 ZunRtcpPsfbRpsiGetPt(const ZunRtcpPsfbRpsi* p) { return p->p
 /* The bit string itself, for reading, and, where `p` may be changed, for changing it. */
 ZUN_INLINE ZunString* ZunRtcpPsfbRpsiGetRpsi(const ZunRtcpPsfbRpsi* p) { return (ZunString*)&p->rpsi; }
 ZUN_INLINE ZunUint8 ZunRtcpPsfbRpsiGetUnusedBits(const ZunRtcpPsfbRpsi* p) { return p->unbits; }
-/* Any value is stored; one above 7 adds to the padding octets that PB tells of. Always true. */
+/* Any value is stored; one above 7 adds to the padding octets that PB tells of. */
 ZUN_INLINE ZunBool ZunRtcpPsfbRpsiSetUnusedBits(ZunRtcpPsfbRpsi* p, ZunUint8 n) {
   p->unbits = n;
   return 1;

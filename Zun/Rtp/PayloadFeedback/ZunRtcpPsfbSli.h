@@ -29,11 +29,11 @@ struct ZunRtcpPsfbSliItem {
   ZunUint8 picture_id;        /* the low six bits of the picture's identifier, 0..63 */
 };
 
-/* The three values, not checked; what exceeds its wire field is cut when written. `a` is not used. Returns `p`. */
+/* The three values, not checked; what exceeds its wire field is cut when written. `a` is not used. */
 ZunRtcpPsfbSliItem* ZunRtcpPsfbSliItemConstructFull(ZunRtcpPsfbSliItem* p, ZunUint16 firstLostMblock,
                                                     ZunUint16 numLostMblocks, ZunUint8 pictureId, ZunAllocator* a);
 
-/* Plain copies that return `p`, and a destruct that does nothing. */
+/* Lifecycle of a plain value (ZunConventions.h). */
 ZunRtcpPsfbSliItem* ZunRtcpPsfbSliItemConstructCopy(ZunRtcpPsfbSliItem* p, const ZunRtcpPsfbSliItem* o);
 ZunRtcpPsfbSliItem* ZunRtcpPsfbSliItemAssign(ZunRtcpPsfbSliItem* p, const ZunRtcpPsfbSliItem* o);
 void ZunRtcpPsfbSliItemDestruct(ZunRtcpPsfbSliItem* p);
@@ -65,19 +65,12 @@ struct ZunRtcpPsfbSli {
   ZunVector_ZunRtcpPsfbSliItem items; /* the lost runs, in wire order; its allocator is the object's */
 };
 
-/* Both SSRCs 0, no items, with allocator `a`. Returns `p`; cannot fail. */
+/* Both SSRCs 0, no items. */
 ZunRtcpPsfbSli* ZunRtcpPsfbSliConstructDefault(ZunRtcpPsfbSli* p, ZunAllocator* a);
 
-/* A copy with the allocator of `o`. NULL, `p` owning nothing, when an allocation is refused. */
+/* Lifecycle (ZunConventions.h). */
 ZunRtcpPsfbSli* ZunRtcpPsfbSliConstructCopy(ZunRtcpPsfbSli* p, const ZunRtcpPsfbSli* o);
-
-/*
- * Makes `p` a copy of `o`; `p` keeps its allocator. NULL when an allocation is refused: `p` has no items then and
- * keeps its SSRCs.
- */
 ZunRtcpPsfbSli* ZunRtcpPsfbSliAssign(ZunRtcpPsfbSli* p, const ZunRtcpPsfbSli* o);
-
-/* Releases the items and leaves `p` empty; destructing it once more does nothing. */
 void ZunRtcpPsfbSliDestruct(ZunRtcpPsfbSli* p);
 
 /*

@@ -27,11 +27,11 @@ struct ZunRtcpPsfbTstaEntry {
   ZunUint8 index;      /* trade-off, from 0 (best picture quality) to 31 (highest frame rate) */
 };
 
-/* The three values, not checked; the index is written as a whole octet. `a` is not used. Returns `p`. */
+/* The three values, not checked; the index is written as a whole octet. `a` is not used. */
 ZunRtcpPsfbTstaEntry* ZunRtcpPsfbTstaEntryConstructFull(ZunRtcpPsfbTstaEntry* p, ZunRtpSourceId ssrc, ZunUint8 seqno,
                                                         ZunUint8 idx, ZunAllocator* a);
 
-/* Plain copies that return `p`, and a destruct that does nothing. */
+/* Lifecycle of a plain value (ZunConventions.h). */
 ZunRtcpPsfbTstaEntry* ZunRtcpPsfbTstaEntryConstructCopy(ZunRtcpPsfbTstaEntry* p, const ZunRtcpPsfbTstaEntry* o);
 ZunRtcpPsfbTstaEntry* ZunRtcpPsfbTstaEntryAssign(ZunRtcpPsfbTstaEntry* p, const ZunRtcpPsfbTstaEntry* o);
 void ZunRtcpPsfbTstaEntryDestruct(ZunRtcpPsfbTstaEntry* p);
@@ -39,7 +39,6 @@ void ZunRtcpPsfbTstaEntryDestruct(ZunRtcpPsfbTstaEntry* p);
 /* False, the field unchanged, when `idx` exceeds 31. */
 ZunBool ZunRtcpPsfbTstaEntrySetIndex(ZunRtcpPsfbTstaEntry* p, ZunUint8 idx);
 
-/* The two setters below are always true. */
 ZUN_INLINE ZunRtpSourceId ZunRtcpPsfbTstaEntryGetSsrc(const ZunRtcpPsfbTstaEntry* p) { return p->ssrc; }
 ZUN_INLINE ZunBool ZunRtcpPsfbTstaEntrySetSsrc(ZunRtcpPsfbTstaEntry* p, ZunRtpSourceId ssrc) {
   p->ssrc = ssrc;
@@ -67,19 +66,12 @@ struct ZunRtcpPsfbTsta {
   ZunVector_ZunRtcpPsfbTstaEntry fci; /* the answers, in wire order; its allocator is the object's */
 };
 
-/* Both SSRCs 0, no entries, with allocator `a`. Returns `p`; cannot fail. */
+/* Both SSRCs 0, no entries. */
 ZunRtcpPsfbTsta* ZunRtcpPsfbTstaConstructDefault(ZunRtcpPsfbTsta* p, ZunAllocator* a);
 
-/* A copy with the allocator of `o`. NULL, `p` owning nothing, when an allocation is refused. */
+/* Lifecycle (ZunConventions.h). */
 ZunRtcpPsfbTsta* ZunRtcpPsfbTstaConstructCopy(ZunRtcpPsfbTsta* p, const ZunRtcpPsfbTsta* o);
-
-/*
- * Makes `p` a copy of `o`; `p` keeps its allocator. NULL when an allocation is refused: `p` has no entries then and
- * keeps its SSRCs.
- */
 ZunRtcpPsfbTsta* ZunRtcpPsfbTstaAssign(ZunRtcpPsfbTsta* p, const ZunRtcpPsfbTsta* o);
-
-/* Releases the entries and leaves `p` empty; destructing it once more does nothing. */
 void ZunRtcpPsfbTstaDestruct(ZunRtcpPsfbTsta* p);
 
 /*

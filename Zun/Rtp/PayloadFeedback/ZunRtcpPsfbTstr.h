@@ -27,11 +27,11 @@ struct ZunRtcpPsfbTstrEntry {
   ZunUint8 index;      /* trade-off, from 0 (best picture quality) to 31 (highest frame rate) */
 };
 
-/* The three values, not checked; the index is written as a whole octet. `a` is not used. Returns `p`. */
+/* The three values, not checked; the index is written as a whole octet. `a` is not used. */
 ZunRtcpPsfbTstrEntry* ZunRtcpPsfbTstrEntryConstructFull(ZunRtcpPsfbTstrEntry* p, ZunRtpSourceId ssrc, ZunUint8 seqno,
                                                         ZunUint8 idx, ZunAllocator* a);
 
-/* Plain copies that return `p`, and a destruct that does nothing. */
+/* Lifecycle of a plain value (ZunConventions.h). */
 ZunRtcpPsfbTstrEntry* ZunRtcpPsfbTstrEntryConstructCopy(ZunRtcpPsfbTstrEntry* p, const ZunRtcpPsfbTstrEntry* o);
 ZunRtcpPsfbTstrEntry* ZunRtcpPsfbTstrEntryAssign(ZunRtcpPsfbTstrEntry* p, const ZunRtcpPsfbTstrEntry* o);
 void ZunRtcpPsfbTstrEntryDestruct(ZunRtcpPsfbTstrEntry* p);
@@ -39,7 +39,6 @@ void ZunRtcpPsfbTstrEntryDestruct(ZunRtcpPsfbTstrEntry* p);
 /* False, the field unchanged, when `idx` exceeds 31. */
 ZunBool ZunRtcpPsfbTstrEntrySetIndex(ZunRtcpPsfbTstrEntry* p, ZunUint8 idx);
 
-/* The two setters below are always true. */
 ZUN_INLINE ZunRtpSourceId ZunRtcpPsfbTstrEntryGetSsrc(const ZunRtcpPsfbTstrEntry* p) { return p->ssrc; }
 ZUN_INLINE ZunBool ZunRtcpPsfbTstrEntrySetSsrc(ZunRtcpPsfbTstrEntry* p, ZunRtpSourceId ssrc) {
   p->ssrc = ssrc;
@@ -67,19 +66,12 @@ struct ZunRtcpPsfbTstr {
   ZunVector_ZunRtcpPsfbTstrEntry fci; /* the requests, in wire order; its allocator is the object's */
 };
 
-/* Both SSRCs 0, no entries, with allocator `a`. Returns `p`; cannot fail. */
+/* Both SSRCs 0, no entries. */
 ZunRtcpPsfbTstr* ZunRtcpPsfbTstrConstructDefault(ZunRtcpPsfbTstr* p, ZunAllocator* a);
 
-/* A copy with the allocator of `o`. NULL, `p` owning nothing, when an allocation is refused. */
+/* Lifecycle (ZunConventions.h). */
 ZunRtcpPsfbTstr* ZunRtcpPsfbTstrConstructCopy(ZunRtcpPsfbTstr* p, const ZunRtcpPsfbTstr* o);
-
-/*
- * Makes `p` a copy of `o`; `p` keeps its allocator. NULL when an allocation is refused: `p` has no entries then and
- * keeps its SSRCs.
- */
 ZunRtcpPsfbTstr* ZunRtcpPsfbTstrAssign(ZunRtcpPsfbTstr* p, const ZunRtcpPsfbTstr* o);
-
-/* Releases the entries and leaves `p` empty; destructing it once more does nothing. */
 void ZunRtcpPsfbTstrDestruct(ZunRtcpPsfbTstr* p);
 
 /*

@@ -33,26 +33,21 @@ struct ZunRtcpPsfbUnknown {
   ZunString data;            /* the FCI; owns the object's allocator */
 };
 
-/* Message type 0, both SSRCs 0, no data, with allocator `a`. Returns `p`; cannot fail. */
+/* Message type 0, both SSRCs 0, no data. */
 ZunRtcpPsfbUnknown* ZunRtcpPsfbUnknownConstructDefault(ZunRtcpPsfbUnknown* p, ZunAllocator* a);
 
 /*
- * All fields; the data is copied into storage from `a`. NULL, `p` owning nothing, when `feedback_type` is a known
- * type (logged as an error in category "rtcp"), the size of `data` is no multiple of 4, `feedback_type` is
- * outside 0 to 31 (in this order, both logged as errors in category "rtcp-feedback"), or when an allocation is
- * refused.
+ * All fields; the data is copied into storage from `a`. NULL when the type is a modelled one (logged as an error in
+ * category "rtcp"), the size of `data` is no multiple of 4 or the type lies outside 0 to 31 (checked in this order,
+ * both logged as errors in category "rtcp-feedback").
  */
 ZunRtcpPsfbUnknown* ZunRtcpPsfbUnknownConstructFull(ZunRtcpPsfbUnknown* p, ZunRtcpPsfbType feedback_type,
                                                     ZunRtpSourceId sender, ZunRtpSourceId source, const ZunString* data,
                                                     ZunAllocator* a);
 
-/* A copy with the allocator of `o`. NULL, `p` owning nothing, when an allocation is refused. */
+/* Lifecycle (ZunConventions.h). */
 ZunRtcpPsfbUnknown* ZunRtcpPsfbUnknownConstructCopy(ZunRtcpPsfbUnknown* p, const ZunRtcpPsfbUnknown* o);
-
-/* Makes `p` a copy of `o`; `p` keeps its allocator. NULL, `p` unchanged, when an allocation is refused. */
 ZunRtcpPsfbUnknown* ZunRtcpPsfbUnknownAssign(ZunRtcpPsfbUnknown* p, const ZunRtcpPsfbUnknown* o);
-
-/* Releases the data and leaves `p` empty; destructing it once more does nothing. */
 void ZunRtcpPsfbUnknownDestruct(ZunRtcpPsfbUnknown* p);
 
 /*
@@ -64,7 +59,7 @@ ZunBool ZunRtcpPsfbUnknownSetFeedbackMessageType(ZunRtcpPsfbUnknown* p, ZunRtcpP
 
 /*
  * Copies `data`. False, `p` unchanged, when its size is no multiple of 4 (logged as an error in category
- * "rtcp-feedback") or an allocation is refused.
+ * "rtcp-feedback").
  */
 ZunBool ZunRtcpPsfbUnknownSetData(ZunRtcpPsfbUnknown* p, const ZunString* data);
 
@@ -73,7 +68,7 @@ ZUN_RTCP_ROW_DECLARE(ZunRtcpPsfbUnknown)
 
 /* The allocator of the data. */
 ZUN_INLINE ZunAllocator* ZunRtcpPsfbUnknownGetAllocator(ZunRtcpPsfbUnknown* p) { return p->data.allocator; }
-/* The data itself, valid as long as `p` is neither changed nor destructed. */
+/* The data itself. */
 ZUN_INLINE const ZunString* ZunRtcpPsfbUnknownGetData(const ZunRtcpPsfbUnknown* p) { return &p->data; }
 
 ZUN_EXTERN_C_END

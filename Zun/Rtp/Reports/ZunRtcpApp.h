@@ -29,7 +29,7 @@ struct ZunRtcpApp {
   ZunString data;            /* of any length; zeros make it whole words on the wire */
 };
 
-/* Source 0, name and data empty, with allocator `a`. Returns `p`; cannot fail. */
+/* Source 0, name and data empty. */
 ZunRtcpApp* ZunRtcpAppConstructDefault(ZunRtcpApp* p, ZunAllocator* a);
 
 /*
@@ -41,26 +41,19 @@ ZunRtcpApp* ZunRtcpAppConstructDefault(ZunRtcpApp* p, ZunAllocator* a);
 ZunRtcpApp* ZunRtcpAppConstructFull(ZunRtcpApp* p, ZunRtpSourceId source, const ZunString* name, const ZunString* data,
                                     ZunAllocator* a);
 
-/* A copy with the allocators of `o`. NULL, `p` owning nothing, when an allocation is refused. */
+/* Lifecycle (ZunConventions.h). */
 ZunRtcpApp* ZunRtcpAppConstructCopy(ZunRtcpApp* p, const ZunRtcpApp* o);
-
-/*
- * Makes `p` a copy of `o`; `p` keeps its allocator. NULL when an allocation is refused: the source of `p` and its data
- * are as they were then, its name may be that of `o`.
- */
 ZunRtcpApp* ZunRtcpAppAssign(ZunRtcpApp* p, const ZunRtcpApp* o);
-
-/* Releases name and data and leaves `p` without them; destructing it once more does nothing. */
 void ZunRtcpAppDestruct(ZunRtcpApp* p);
 
-/* Copies the name. False, `p` unchanged, when its size is not 4 (not logged) or an allocation is refused. */
+/* Copies the name. False, `p` unchanged, when its size is not 4 (not logged). */
 ZunBool ZunRtcpAppSetName(ZunRtcpApp* p, const ZunString* name);
 
-/* Copies the data, of any length. False, `p` unchanged, when an allocation is refused. */
+/* Copies the data, of any length. */
 ZunBool ZunRtcpAppSetData(ZunRtcpApp* p, const ZunString* data);
 
 /*
- * The row operations. Reading takes the zeros behind the data as data; a body that is no multiple of 4 is refused with
+ * The row operations. Reading takes the zeros after the data as data; a body that is no multiple of 4 is refused with
  * an error in category "rtcp". A name or data that no storage is granted for stays as it was, and reading succeeds all
  * the same; likewise zeros that the output has no room for are left out.
  */
@@ -68,10 +61,10 @@ ZUN_RTCP_ROW_DECLARE(ZunRtcpApp)
 
 /* The allocator of the name. */
 ZUN_INLINE ZunAllocator* ZunRtcpAppGetAllocator(ZunRtcpApp* p) { return p->name.allocator; }
-/* Name and data themselves, valid as long as `p` is neither changed nor destructed. */
+/* Name and data themselves. */
 ZUN_INLINE const ZunString* ZunRtcpAppGetName(const ZunRtcpApp* p) { return &p->name; }
 ZUN_INLINE const ZunString* ZunRtcpAppGetData(const ZunRtcpApp* p) { return &p->data; }
-/* Who sends it. The setter returns true. */
+/* Who sends it. */
 ZUN_INLINE ZunRtpSourceId ZunRtcpAppGetSource(const ZunRtcpApp* p) { return p->source; }
 ZUN_INLINE ZunBool ZunRtcpAppSetSource(ZunRtcpApp* p, ZunRtpSourceId source) {
   p->source = source;

@@ -25,39 +25,26 @@ struct ZunRtcpBye {
   ZunString reason;                 /* why, at most 255 bytes; empty when nothing is said */
 };
 
-/* Without sources and reason, with allocator `a`. Such a BYE cannot be written. Returns `p`; cannot fail. */
+/* Without sources and reason: such a BYE cannot be written. */
 ZunRtcpBye* ZunRtcpByeConstructDefault(ZunRtcpBye* p, ZunAllocator* a);
 
 /*
- * All fields; both are copied into storage from `a`. NULL, with nothing constructed, when there are no sources or more
- * than 31, when the reason is longer than 255 bytes (checked in this order, each logged as an error in category
- * "rtcp"), or when an allocation is refused.
+ * All fields; both are copied into storage from `a`. NULL when there are no sources or more than 31, or
+ * when the reason is longer than 255 bytes (checked in this order, each logged as an error in category
+ * "rtcp").
  */
 ZunRtcpBye* ZunRtcpByeConstructFull(ZunRtcpBye* p, const ZunVector_ZunRtpSourceId* sources, const ZunString* reason,
                                     ZunAllocator* a);
 
-/* A copy with the allocators of `o`. NULL, `p` owning nothing, when an allocation is refused. */
+/* Lifecycle (ZunConventions.h). */
 ZunRtcpBye* ZunRtcpByeConstructCopy(ZunRtcpBye* p, const ZunRtcpBye* o);
-
-/*
- * Makes `p` a copy of `o`; `p` keeps its allocator. NULL when an allocation is refused: the sources are those of `o`
- * or none then, the reason is as it was.
- */
 ZunRtcpBye* ZunRtcpByeAssign(ZunRtcpBye* p, const ZunRtcpBye* o);
-
-/* Releases sources and reason and leaves `p` without them; destructing it once more does nothing. */
 void ZunRtcpByeDestruct(ZunRtcpBye* p);
 
-/*
- * Copies the sources. False, `p` unchanged, when there are none or more than 31 (logged as an error); false, `p`
- * without sources, when an allocation is refused.
- */
+/* Copies the sources. False, `p` unchanged, when there are none or more than 31 (logged as an error). */
 ZunBool ZunRtcpByeSetSources(ZunRtcpBye* p, const ZunVector_ZunRtpSourceId* sources);
 
-/*
- * Copies the reason. False, `p` unchanged, when it is longer than 255 bytes (logged as an error) or an allocation is
- * refused.
- */
+/* Copies the reason. False, `p` unchanged, when it is longer than 255 bytes (logged as an error). */
 ZunBool ZunRtcpByeSetReason(ZunRtcpBye* p, const ZunString* reason);
 
 /*
@@ -69,7 +56,7 @@ ZUN_RTCP_ROW_DECLARE(ZunRtcpBye)
 
 /* The allocator of the sources. */
 ZUN_INLINE ZunAllocator* ZunRtcpByeGetAllocator(ZunRtcpBye* p) { return p->sources.allocator; }
-/* The sources and the reason themselves, valid as long as `p` is neither changed nor destructed. */
+/* The sources and the reason themselves. */
 ZUN_INLINE const ZunVector_ZunRtpSourceId* ZunRtcpByeGetSources(const ZunRtcpBye* p) { return &p->sources; }
 ZUN_INLINE const ZunString* ZunRtcpByeGetReason(const ZunRtcpBye* p) { return &p->reason; }
 

@@ -39,14 +39,14 @@ struct ZunRtcpReportBlock {
   ZunUint32 delay_last_sr;        /* since that SR arrived, in units of 1/65536 s; 0 before the first */
 };
 
-/* Plain copies of all fields that return `p`, and a destruct that does nothing. */
+/* Lifecycle of a plain value (ZunConventions.h). */
 ZunRtcpReportBlock* ZunRtcpReportBlockConstructCopy(ZunRtcpReportBlock* p, const ZunRtcpReportBlock* o);
 ZunRtcpReportBlock* ZunRtcpReportBlockAssign(ZunRtcpReportBlock* p, const ZunRtcpReportBlock* o);
 void ZunRtcpReportBlockDestruct(ZunRtcpReportBlock* p);
 
 /*
- * The cumulative number of packets lost, negative when duplicates outnumber losses. It saturates at the limits of
- * its 24 bits, -8388608 and 8388607. Returns true.
+ * The cumulative number of packets lost, negative when duplicates outnumber losses. It saturates at the limits of its
+ * 24 bits, -8388608 and 8388607.
  */
 ZunBool ZunRtcpReportBlockSetPacketsLost(ZunRtcpReportBlock* p, ZunInt32 lost);
 
@@ -55,7 +55,7 @@ ZUN_INLINE ZunInt32 ZunRtcpReportBlockGetPacketsLost(const ZunRtcpReportBlock* p
   return (ZunInt32)(p->cum_num_packet_lost < 0x800000U ? p->cum_num_packet_lost : p->cum_num_packet_lost | 0xFF000000U);
 }
 
-/* The other fields as they stand. Every setter returns true. */
+/* The other fields as they stand. */
 ZUN_INLINE ZunRtpSourceId ZunRtcpReportBlockGetSource(const ZunRtcpReportBlock* p) { return p->ssrc; }
 ZUN_INLINE ZunBool ZunRtcpReportBlockSetSource(ZunRtcpReportBlock* p, ZunRtpSourceId source) {
   p->ssrc = source;
@@ -101,7 +101,7 @@ ZunBool ZunRtcpWriteReportBlockToBuffer(const ZunVector_ZunRtcpReportBlock* rblo
 /*
  * Makes `rblocks` the `count` blocks at offset `*ppos` of `b`, all before offset `end`, and advances `*ppos` past
  * them. False when one is cut off or `rblocks` cannot grow: it then holds the blocks before that one, and `*ppos`
- * stands behind the last field that was read.
+ * stands after the last field that was read.
  */
 ZunBool ZunRtcpAssignReportBlockFromBuffer(const ZunString* b, ZunSizeT* ppos, ZunSizeT end, ZunUint8 count,
                                            ZunVector_ZunRtcpReportBlock* rblocks);

@@ -25,31 +25,24 @@ struct ZunRtcpRr {
   ZunRtcpSubpacketType type;                  /* 201 */
   ZunRtpSourceId sender_source;               /* who reports */
   ZunVector_ZunRtcpReportBlock report_blocks; /* in wire order; owns the object's allocator */
-  ZunString profile_specific_ext;             /* every byte behind the report blocks */
+  ZunString profile_specific_ext;             /* every byte after the report blocks */
 };
 
-/* Sender 0, without blocks and extension, with allocator `a`. Returns `p`; cannot fail. */
+/* Sender 0, without blocks and extension. */
 ZunRtcpRr* ZunRtcpRrConstructDefault(ZunRtcpRr* p, ZunAllocator* a);
 
-/* A copy with the allocators of `o`. NULL, `p` owning nothing, when an allocation is refused. */
+/* Lifecycle (ZunConventions.h). */
 ZunRtcpRr* ZunRtcpRrConstructCopy(ZunRtcpRr* p, const ZunRtcpRr* o);
-
-/*
- * Makes `p` a copy of `o`; `p` keeps its allocator. NULL when an allocation is refused: the sender of `p` is
- * unchanged then, its blocks are those of `o` or none, its extension is as it was.
- */
 ZunRtcpRr* ZunRtcpRrAssign(ZunRtcpRr* p, const ZunRtcpRr* o);
-
-/* Releases blocks and extension and leaves `p` without them; destructing it once more does nothing. */
 void ZunRtcpRrDestruct(ZunRtcpRr* p);
 
 /*
- * Copies the blocks. There is no limit of 31: a report with more is written with a count that spills into the
- * padding and version bits of the header. False, `p` without blocks, when an allocation is refused.
+ * Copies the blocks. There is no limit of 31: a report with more is written with a count that spills into the padding
+ * and version bits of the header.
  */
 ZunBool ZunRtcpRrSetReportBlocks(ZunRtcpRr* p, const ZunVector_ZunRtcpReportBlock* blocks);
 
-/* Copies the extension. False, `p` unchanged, when its size is no multiple of 4 or an allocation is refused. */
+/* Copies the extension. False, `p` unchanged, when its size is no multiple of 4. */
 ZunBool ZunRtcpRrSetProfileSpecificExt(ZunRtcpRr* p, const ZunString* ext);
 
 /*
@@ -60,13 +53,13 @@ ZUN_RTCP_ROW_DECLARE(ZunRtcpRr)
 
 /* The allocator of the report blocks. */
 ZUN_INLINE ZunAllocator* ZunRtcpRrGetAllocator(ZunRtcpRr* p) { return p->report_blocks.allocator; }
-/* The blocks and the extension themselves, valid as long as `p` is neither changed nor destructed. */
+/* The blocks and the extension themselves. */
 ZUN_INLINE const ZunVector_ZunRtcpReportBlock* ZunRtcpRrGetReportBlocks(const ZunRtcpRr* p) {
   return &p->report_blocks;
 }
 ZUN_INLINE const ZunString* ZunRtcpRrGetProfileSpecificExt(const ZunRtcpRr* p) { return &p->profile_specific_ext; }
 
-/* Who reports. The setter returns true. */
+/* Who reports. */
 ZUN_INLINE ZunRtpSourceId ZunRtcpRrGetSource(const ZunRtcpRr* p) { return p->sender_source; }
 ZUN_INLINE ZunBool ZunRtcpRrSetSource(ZunRtcpRr* p, ZunRtpSourceId source) {
   p->sender_source = source;

@@ -22,19 +22,12 @@ struct ZunRtcpSdes {
   ZunVector_ZunRtcpSdesChunk chunks; /* in wire order; owns the object's allocator, each chunk has its own */
 };
 
-/* Without chunks, with allocator `a`. Returns `p`; cannot fail. */
+/* Without chunks. */
 ZunRtcpSdes* ZunRtcpSdesConstructDefault(ZunRtcpSdes* p, ZunAllocator* a);
 
-/* A copy with the allocators of `o`. NULL, `p` owning nothing, when an allocation is refused. */
+/* Lifecycle (ZunConventions.h). */
 ZunRtcpSdes* ZunRtcpSdesConstructCopy(ZunRtcpSdes* p, const ZunRtcpSdes* o);
-
-/*
- * Makes `p` a copy of `o`; `p` keeps its allocator. NULL when an allocation is refused: the chunks may be some of the
- * new and some of the old ones then, or none.
- */
 ZunRtcpSdes* ZunRtcpSdesAssign(ZunRtcpSdes* p, const ZunRtcpSdes* o);
-
-/* Releases the chunks and leaves `p` without any; destructing it once more does nothing. */
 void ZunRtcpSdesDestruct(ZunRtcpSdes* p);
 
 /*
@@ -48,13 +41,13 @@ ZunBool ZunRtcpSdesSetChunks(ZunRtcpSdes* p, const ZunVector_ZunRtcpSdesChunk* c
  * items and texts are built with the allocator of `chunks`; items of a type outside 1 to 15 are skipped with a message
  * (level info, category "rtcp"). The first entry of a chunk is always read as an item, so a chunk without items has one
  * of type 0 skipped. False when the chunks do not end exactly where the body does; the chunks read before the one that
- * fails are kept. Writing does not notice when an allocation for a text or for the zero bytes behind it is refused.
+ * fails are kept. Writing does not notice when an allocation for a text or for the zero bytes after it is refused.
  */
 ZUN_RTCP_ROW_DECLARE(ZunRtcpSdes)
 
 /* The allocator of the chunks. */
 ZUN_INLINE ZunAllocator* ZunRtcpSdesGetAllocator(ZunRtcpSdes* p) { return p->chunks.allocator; }
-/* The chunks themselves, valid as long as `p` is neither changed nor destructed. */
+/* The chunks themselves. */
 ZUN_INLINE const ZunVector_ZunRtcpSdesChunk* ZunRtcpSdesGetChunks(const ZunRtcpSdes* p) { return &p->chunks; }
 
 ZUN_EXTERN_C_END

@@ -43,28 +43,21 @@ struct ZunRtcpSdesItem {
   ZunString text; /* the value's bytes, at most 255 on the wire; owns the object's allocator */
 };
 
-/* Type 0 without text, with allocator `a`. Returns `p`; cannot fail. */
+/* Type 0 without text. */
 ZunRtcpSdesItem* ZunRtcpSdesItemConstructDefault(ZunRtcpSdesItem* p, ZunAllocator* a);
 
 /*
  * An item with a copy of `s`, whose allocator it takes. The size is not checked: a text of more than 255 bytes is
- * written whole behind the low 8 bits of its size. NULL, `p` owning nothing, when an allocation is refused.
+ * written whole after the low 8 bits of its size.
  */
 ZunRtcpSdesItem* ZunRtcpSdesItemConstruct(ZunRtcpSdesItem* p, ZunRtcpSdesItemType type, const ZunString* s);
 
-/* A copy with the allocator of `o`. NULL, `p` owning nothing, when an allocation is refused. */
+/* Lifecycle (ZunConventions.h). */
 ZunRtcpSdesItem* ZunRtcpSdesItemConstructCopy(ZunRtcpSdesItem* p, const ZunRtcpSdesItem* o);
-
-/* Makes `p` a copy of `o`; `p` keeps its allocator. NULL, `p` unchanged, when an allocation is refused. */
 ZunRtcpSdesItem* ZunRtcpSdesItemAssign(ZunRtcpSdesItem* p, const ZunRtcpSdesItem* o);
-
-/* Releases the text and leaves `p` without one; destructing it once more does nothing. */
 void ZunRtcpSdesItemDestruct(ZunRtcpSdesItem* p);
 
-/*
- * Copies the zero-terminated `text`. False, `p` unchanged, when it is longer than 255 bytes or an allocation is
- * refused.
- */
+/* Copies the zero-terminated `text`. False, `p` unchanged, when it is longer than 255 bytes. */
 ZunBool ZunRtcpSdesItemSetText(ZunRtcpSdesItem* p, const char* text);
 
 /* The allocator of the text. */
@@ -76,7 +69,7 @@ ZUN_INLINE ZunBool ZunRtcpSdesItemSetType(ZunRtcpSdesItem* p, ZunUint8 type) {
   p->type = type;
   return 1;
 }
-/* The bytes of the text with a zero behind them; zeros among them are possible. Valid until the item changes. */
+/* The bytes of the text with a zero after them; zeros among them are possible. */
 ZUN_INLINE const char* ZunRtcpSdesItemGetText(const ZunRtcpSdesItem* p) { return ZunStringCStr(&p->text); }
 /* The low 8 bits of the text's size in bytes. */
 ZUN_INLINE ZunUint8 ZunRtcpSdesItemGetSize(const ZunRtcpSdesItem* p) { return (ZunUint8)(p->text.size & 0xFF); }

@@ -24,20 +24,19 @@ struct ZunRtcpSdesItemPriv {
   ZunString text;      /* the value */
 };
 
-/* Prefix length 0, both strings empty, with allocator `a`. Returns `priv`; cannot fail. */
+/* Prefix length 0, both strings empty. */
 ZunRtcpSdesItemPriv* ZunRtcpSdesItemPrivConstructDefault(ZunRtcpSdesItemPriv* priv, ZunAllocator* a);
 
 /*
  * The parts of the text of `itm`, whose allocator they take; its type is not looked at. NULL, `priv` owning nothing,
- * when that text has less than 2 bytes, when its prefix length exceeds the bytes that follow it, or when an
- * allocation is refused.
+ * when that text has less than 2 bytes, when its prefix length exceeds the bytes that follow it.
  */
 ZunRtcpSdesItemPriv* ZunRtcpSdesItemPrivConstructItem(ZunRtcpSdesItemPriv* priv, const ZunRtcpSdesItem* itm);
 
 /* Releases both strings and leaves `priv` without them; destructing it once more does nothing. */
 void ZunRtcpSdesItemPrivDestruct(ZunRtcpSdesItemPriv* priv);
 
-/* Copy what they are given. False, `priv` unchanged, when an allocation is refused. The prefix length stays. */
+/* Copy what they are given. The prefix length stays. */
 ZunBool ZunRtcpSdesItemPrivSetPrefix(ZunRtcpSdesItemPriv* priv, const ZunString* prefix);
 ZunBool ZunRtcpSdesItemPrivSetPrefixCStr(ZunRtcpSdesItemPriv* priv, const char* prefix);
 ZunBool ZunRtcpSdesItemPrivSetText(ZunRtcpSdesItemPriv* priv, const ZunString* text);
@@ -58,7 +57,7 @@ ZUN_INLINE ZunBool ZunRtcpSdesItemPrivSetPrefixLen(ZunRtcpSdesItemPriv* priv, Zu
   priv->prefix_len = prefixLen;
   return 1;
 }
-/* The strings themselves, valid as long as `priv` is neither changed nor destructed. */
+/* The strings themselves. */
 ZUN_INLINE const ZunString* ZunRtcpSdesItemPrivGetPrefix(const ZunRtcpSdesItemPriv* priv) { return &priv->prefix; }
 ZUN_INLINE const ZunString* ZunRtcpSdesItemPrivGetText(const ZunRtcpSdesItemPriv* priv) { return &priv->text; }
 

@@ -39,31 +39,24 @@ struct ZunRtcpSr {
   ZunUint32 sender_packet_cnt;  /* RTP packets sent since the start */
   ZunUint32 sender_octet_cnt;   /* payload bytes sent since the start */
   ZunVector_ZunRtcpReportBlock report_blocks; /* in wire order; owns the object's allocator */
-  ZunString profile_specific_ext;             /* every byte behind the report blocks */
+  ZunString profile_specific_ext;             /* every byte after the report blocks */
 };
 
-/* All fields zero, without blocks and extension, with allocator `a`. Returns `p`; cannot fail. */
+/* All fields zero, without blocks and extension. */
 ZunRtcpSr* ZunRtcpSrConstructDefault(ZunRtcpSr* p, ZunAllocator* a);
 
-/* A copy with the allocators of `o`. NULL, `p` owning nothing, when an allocation is refused. */
+/* Lifecycle (ZunConventions.h). */
 ZunRtcpSr* ZunRtcpSrConstructCopy(ZunRtcpSr* p, const ZunRtcpSr* o);
-
-/*
- * Makes `p` a copy of `o`; `p` keeps its allocator. NULL when an allocation is refused: the plain fields of `p` are
- * unchanged then, its blocks are those of `o` or none, its extension is as it was.
- */
 ZunRtcpSr* ZunRtcpSrAssign(ZunRtcpSr* p, const ZunRtcpSr* o);
-
-/* Releases blocks and extension and leaves `p` without them; destructing it once more does nothing. */
 void ZunRtcpSrDestruct(ZunRtcpSr* p);
 
 /*
- * Copies the blocks. There is no limit of 31: a report with more is written with a count that spills into the
- * padding and version bits of the header. False, `p` without blocks, when an allocation is refused.
+ * Copies the blocks. There is no limit of 31: a report with more is written with a count that spills into the padding
+ * and version bits of the header.
  */
 ZunBool ZunRtcpSrSetReportBlocks(ZunRtcpSr* p, const ZunVector_ZunRtcpReportBlock* blocks);
 
-/* Copies the extension. False, `p` unchanged, when its size is no multiple of 4 or an allocation is refused. */
+/* Copies the extension. False, `p` unchanged, when its size is no multiple of 4. */
 ZunBool ZunRtcpSrSetProfileSpecificExt(ZunRtcpSr* p, const ZunString* ext);
 
 /*
@@ -74,13 +67,13 @@ ZUN_RTCP_ROW_DECLARE(ZunRtcpSr)
 
 /* The allocator of the report blocks. */
 ZUN_INLINE ZunAllocator* ZunRtcpSrGetAllocator(ZunRtcpSr* p) { return p->report_blocks.allocator; }
-/* The blocks and the extension themselves, valid as long as `p` is neither changed nor destructed. */
+/* The blocks and the extension themselves. */
 ZUN_INLINE const ZunVector_ZunRtcpReportBlock* ZunRtcpSrGetReportBlocks(const ZunRtcpSr* p) {
   return &p->report_blocks;
 }
 ZUN_INLINE const ZunString* ZunRtcpSrGetProfileSpecificExt(const ZunRtcpSr* p) { return &p->profile_specific_ext; }
 
-/* The plain fields. Every setter returns true. */
+/* The plain fields. */
 ZUN_INLINE ZunRtpSourceId ZunRtcpSrGetSource(const ZunRtcpSr* p) { return p->sender_source; }
 ZUN_INLINE ZunBool ZunRtcpSrSetSource(ZunRtcpSr* p, ZunRtpSourceId source) {
   p->sender_source = source;

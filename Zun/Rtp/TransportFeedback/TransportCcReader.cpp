@@ -53,8 +53,8 @@ struct ChunkList {
 
 PacketInfo Untimed(ZunUint32 status) { return {status != zun::kNotReceived, 0, 0}; }
 
-// The one reader of a delta: the packet of that status, up to kMaxStatus, whose delta, if any, lies at `delta`. It takes
-// no branch, as losses come unpredictably, and so looks at kDeltaLook<kMaxStatus> bytes.
+// The one reader of a delta: the packet of that status, up to kMaxStatus, whose delta, if any, lies at `delta`. It
+// takes no branch, as losses come unpredictably, and so looks at kDeltaLook<kMaxStatus> bytes.
 template <ZunUint32 kMaxStatus = zun::kNoDelta>
 PacketInfo Timed(ZunUint32 status, const ZunUint8* delta) {
   const ZunBool timed = zun::DeltaSizeOf<kMaxStatus>(status) != 0;
@@ -94,8 +94,8 @@ class DeltaReader {
  public:
   DeltaReader(const ZunUint8* begin, const ZunUint8* end) : next_(begin), end_(end) {}
 
-  // False at the first packet whose delta does not lie before the end. The fast path is taken where what the reader of a
-  // delta looks at lies before the end for every packet of the chunk.
+  // False at the first packet whose delta does not lie before the end. The fast path is taken where what the reader of
+  // a delta looks at lies before the end for every packet of the chunk.
   [[gnu::always_inline]] bool Fill(PacketInfo* to, StatusChunk chunk, ZunUint32 count) {
     if (chunk.IsTwoBit()) return FillVector<TwoBitChunk>(to, chunk, count);
     if (chunk.IsOneBit()) return FillVector<OneBitChunk>(to, chunk, count);

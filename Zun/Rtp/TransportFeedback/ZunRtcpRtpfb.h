@@ -1,7 +1,7 @@
 /*
- * Transport-layer feedback, packet type 205 (RFC 4585, section 6.1): one message of any type, a tagged value. `fmt`
- * tells which member it is. Every member begins with `type`, `fmt` and `sender`, and every one but `ccfb` has
- * `source` next, so these may be read through any of them.
+ * Transport-layer feedback, packet type 205 (RFC 4585, section 6.1): one message of any kind, told by its feedback
+ * message type (FMT). Every member begins with `type`, `fmt` and `sender`, and every one but `ccfb` has `source` next,
+ * so these may be read through any of them.
  *
  *    0                   1                   2                   3
  *    0 1 2 3 4 5 6 7 8 9 0 1 2 3 4 5 6 7 8 9 0 1 2 3 4 5 6 7 8 9 0 1
@@ -26,10 +26,10 @@
 
 ZUN_EXTERN_C_BEGIN
 
-/* A message of one type is built with that type's constructors, called on its member. */
+/* A message of one kind is built with the constructors of that kind, called on its member. */
 typedef union ZunRtcpRtpfb ZunRtcpRtpfb;
 union ZunRtcpRtpfb {
-  ZunRtcpRtpfbUnknown unk;             /* any other fmt */
+  ZunRtcpRtpfbUnknown unk;             /* any other FMT */
   ZunRtcpRtpfbNack nack;               /* 1 */
   ZunRtcpRtpfbTmmbr tmmbr;             /* 2 */
   ZunRtcpRtpfbTmmbn tmmbn;             /* 3 */
@@ -38,35 +38,20 @@ union ZunRtcpRtpfb {
   ZunRtcpRtpfbAbafb abafb;             /* 30 */
 };
 
-/*
- * A copy of `o` that takes its storage from the allocator of `o`. NULL, `p` owning nothing, when an allocation
- * is refused.
- */
+/* Lifecycle of a tagged union (ZunConventions.h). */
 ZunRtcpRtpfb* ZunRtcpRtpfbConstructCopy(ZunRtcpRtpfb* p, const ZunRtcpRtpfb* o);
-
-/*
- * Makes `p` a copy of `o`. Between messages of one type, and between unknown ones, `p` is assigned in place;
- * otherwise it is destructed and rebuilt with its own allocator (that of `o` when it has none). NULL when an
- * allocation is refused: `p` is then what its kind's assign leaves, or, where it was rebuilt, an empty unknown
- * message of type 0.
- */
 ZunRtcpRtpfb* ZunRtcpRtpfbAssign(ZunRtcpRtpfb* p, const ZunRtcpRtpfb* o);
-
-/* Releases what `p` owns and leaves it empty; destructing it once more does nothing. */
 void ZunRtcpRtpfbDestruct(ZunRtcpRtpfb* p);
 
-/* The allocator that `p` was constructed with; NULL for a message that owns no memory. */
+/* The allocator of the message. */
 ZunAllocator* ZunRtcpRtpfbGetAllocator(ZunRtcpRtpfb* p);
 
-/*
- * The row operations, each that of p's message type; reading takes the message type from the header's count. An
- * object of another type that is read in place is rebuilt with the allocator of the buffer string `b`, not with its
- * own; when that read fails it is what the new type's read left, and must be destructed as usual.
- */
+/* The row operations of an envelope (ZunRtcpRow.h). The header's count is the FMT. */
 ZUN_RTCP_ROW_DECLARE(ZunRtcpRtpfb)
 
-/* The message type, which tells the live member. */
+/* The FMT, which tells the member that lives. */
 ZUN_INLINE ZunRtcpRtpfbType ZunRtcpRtpfbGetFeedbackMessageType(const ZunRtcpRtpfb* p) { return p->unk.fmt; }
+/* The SSRC of the packet sender. */
 ZUN_INLINE ZunRtpSourceId ZunRtcpRtpfbGetSender(const ZunRtcpRtpfb* p) { return p->unk.sender; }
 ZUN_INLINE ZunBool ZunRtcpRtpfbSetSender(ZunRtcpRtpfb* p, ZunRtpSourceId sender) {
   p->unk.sender = sender;
@@ -83,7 +68,7 @@ ZUN_INLINE ZunBool ZunRtcpRtpfbSetMediaSource(ZunRtcpRtpfb* p, ZunRtpSourceId so
   return 1;
 }
 
-/* The member of that type. `fmt` is not checked: look at ZunRtcpRtpfbGetFeedbackMessageType first. */
+/* The members. */
 ZUN_INLINE const ZunRtcpRtpfbUnknown* ZunRtcpRtpfbGetUnknown(const ZunRtcpRtpfb* p) { return &p->unk; }
 ZUN_INLINE const ZunRtcpRtpfbNack* ZunRtcpRtpfbGetNack(const ZunRtcpRtpfb* p) { return &p->nack; }
 ZUN_INLINE const ZunRtcpRtpfbTmmbr* ZunRtcpRtpfbGetTmmbr(const ZunRtcpRtpfb* p) { return &p->tmmbr; }

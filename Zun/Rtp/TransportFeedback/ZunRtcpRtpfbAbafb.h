@@ -48,21 +48,20 @@ struct ZunRtcpRtpfbAbafb {
   ZunBool calculate_delay; /* which member of `u` is alive */
 };
 
-/* A report with a delay in microseconds. Returns `p`. */
+/* A report with a delay in microseconds. */
 ZunRtcpRtpfbAbafb* ZunRtcpRtpfbAbafbConstructFull(ZunRtcpRtpfbAbafb* p, ZunRtpSourceId sender, ZunUint32 timestamp,
                                                   ZunUint32 delay, ZunUint32 data_rate, ZunUint32 loss_rate,
                                                   ZunUint32 aba_data_rate, ZunAllocator* a);
-/* A report whose delay is measured from `timestamp_time` on, each time that it is asked for or written. Returns `p`. */
+/* A report whose delay is measured from `timestamp_time` on, each time that it is asked for or written. */
 ZunRtcpRtpfbAbafb* ZunRtcpRtpfbAbafbConstructWithCalculatedDelay(ZunRtcpRtpfbAbafb* p, ZunRtpSourceId sender,
                                                                  ZunUint32 timestamp, ZunTime timestamp_time,
                                                                  ZunUint32 data_rate, ZunUint32 loss_rate,
                                                                  ZunUint32 aba_data_rate, ZunAllocator* a);
-/* All fields 0, a stored delay among them. Returns `p`. */
+/* All fields 0, a stored delay among them. */
 ZunRtcpRtpfbAbafb* ZunRtcpRtpfbAbafbConstructDefault(ZunRtcpRtpfbAbafb* p, ZunAllocator* a);
-/* A copy of every field. Both return `p`. */
+/* Lifecycle of a plain value (ZunConventions.h). */
 ZunRtcpRtpfbAbafb* ZunRtcpRtpfbAbafbConstructCopy(ZunRtcpRtpfbAbafb* p, const ZunRtcpRtpfbAbafb* o);
 ZunRtcpRtpfbAbafb* ZunRtcpRtpfbAbafbAssign(ZunRtcpRtpfbAbafb* p, const ZunRtcpRtpfbAbafb* o);
-/* Does nothing. */
 void ZunRtcpRtpfbAbafbDestruct(ZunRtcpRtpfbAbafb* p);
 /* NULL: there is none. */
 ZunAllocator* ZunRtcpRtpfbAbafbGetAllocator(ZunRtcpRtpfbAbafb* p);

@@ -36,32 +36,25 @@ struct ZunRtcpRtpfbCcfb {
   ZunUint32 sendTimestamp;                  /* when the report was made, in seconds with 16 fraction bits */
 };
 
-/* No streams, sender and timestamp 0, with allocator `a`. Returns `p`; cannot fail. */
+/* No streams, sender and timestamp 0. */
 ZunRtcpRtpfbCcfb* ZunRtcpRtpfbCcfbConstructDefault(ZunRtcpRtpfbCcfb* p, ZunAllocator* a);
 
 /* The same with `sender` and a timestamp as ZunRtcpRtpfbCcfbSetSendTimestampFromMonotonic sets it. Cannot fail. */
 ZunRtcpRtpfbCcfb* ZunRtcpRtpfbCcfbConstructFullWithMonotonic(ZunRtcpRtpfbCcfb* p, ZunRtpSourceId sender,
                                                              ZunTime sendTimestamp, ZunAllocator* a);
 
-/* A copy with the allocators of `o`. NULL, `p` owning nothing, when an allocation is refused. */
+/* Lifecycle (ZunConventions.h). */
 ZunRtcpRtpfbCcfb* ZunRtcpRtpfbCcfbConstructCopy(ZunRtcpRtpfbCcfb* p, const ZunRtcpRtpfbCcfb* o);
-
-/*
- * Makes `p` a copy of `o`; `p` and the streams that it has keep their allocators. NULL when an allocation is refused:
- * its streams are then what ZunVector_ZunRtcpRtpfbCcfbStreamAssign leaves, and its other fields are unchanged.
- */
 ZunRtcpRtpfbCcfb* ZunRtcpRtpfbCcfbAssign(ZunRtcpRtpfbCcfb* p, const ZunRtcpRtpfbCcfb* o);
-
-/* Releases the streams and leaves `p` empty; destructing it once more does nothing. */
 void ZunRtcpRtpfbCcfbDestruct(ZunRtcpRtpfbCcfb* p);
 
 /*
  * Sets the timestamp to the middle 32 bits of the NTP timestamp that ZunTimeGetNtp gives for `ts`, nanoseconds of a
- * monotonic clock. It means something only as the difference of two timestamps of one clock. Always true.
+ * monotonic clock. It means something only as the difference of two timestamps of one clock.
  */
 ZunBool ZunRtcpRtpfbCcfbSetSendTimestampFromMonotonic(ZunRtcpRtpfbCcfb* p, ZunTime ts);
 
-/* Appends a copy of `stream`, with its allocator. False, the streams unchanged, when an allocation is refused. */
+/* Appends a copy of `stream`, with its allocator. */
 ZunBool ZunRtcpRtpfbCcfbAddStream(ZunRtcpRtpfbCcfb* p, const ZunRtcpRtpfbCcfbStream* stream);
 
 /*

@@ -13,7 +13,7 @@ struct ZunRtcpRtpfbCcfbPacketMetric {
   ZunUint16 arrivalTimeOffset; /* how long before the report it arrived, in 1/1024 s; 13 bits on the wire */
 };
 
-/* Not received, all zero. Returns `p`, as all constructors and the assignment do; none can fail. */
+/* Not received, all zero. */
 ZUN_INLINE ZunRtcpRtpfbCcfbPacketMetric* ZunRtcpRtpfbCcfbPacketMetricConstructDefault(ZunRtcpRtpfbCcfbPacketMetric* p) {
   p->received = 0;
   p->ecn = 0;
@@ -31,7 +31,7 @@ ZUN_INLINE ZunRtcpRtpfbCcfbPacketMetric* ZunRtcpRtpfbCcfbPacketMetricConstructFu
   return p;
 }
 
-/* Plain copies, which return `p` and cannot fail; there is nothing to release. */
+/* Lifecycle of a plain value (ZunConventions.h). */
 ZunRtcpRtpfbCcfbPacketMetric* ZunRtcpRtpfbCcfbPacketMetricConstructCopy(ZunRtcpRtpfbCcfbPacketMetric* p,
                                                                         const ZunRtcpRtpfbCcfbPacketMetric* o);
 ZunRtcpRtpfbCcfbPacketMetric* ZunRtcpRtpfbCcfbPacketMetricAssign(ZunRtcpRtpfbCcfbPacketMetric* p,

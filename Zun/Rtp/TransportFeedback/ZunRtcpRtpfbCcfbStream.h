@@ -15,20 +15,13 @@ struct ZunRtcpRtpfbCcfbStream {
                                                            allocator; at most 65535 can be written */
 };
 
-/* No metrics, `beginSeq` 0, with allocator `a`. Returns `p`; cannot fail. */
+/* No metrics, `beginSeq` 0. */
 ZunRtcpRtpfbCcfbStream* ZunRtcpRtpfbCcfbStreamConstructDefault(ZunRtcpRtpfbCcfbStream* p, ZunRtpSourceId ssrc,
                                                                ZunAllocator* a);
 
-/* A copy with the allocator of `o`. NULL, `p` owning nothing, when an allocation is refused. */
+/* Lifecycle (ZunConventions.h). */
 ZunRtcpRtpfbCcfbStream* ZunRtcpRtpfbCcfbStreamConstructCopy(ZunRtcpRtpfbCcfbStream* p, const ZunRtcpRtpfbCcfbStream* o);
-
-/*
- * Makes `p` a copy of `o`; `p` keeps its allocator. NULL when an allocation is refused: `p` then has no metrics, and
- * its other fields are unchanged.
- */
 ZunRtcpRtpfbCcfbStream* ZunRtcpRtpfbCcfbStreamAssign(ZunRtcpRtpfbCcfbStream* p, const ZunRtcpRtpfbCcfbStream* o);
-
-/* Releases the metrics and leaves `p` empty; destructing it once more does nothing. */
 void ZunRtcpRtpfbCcfbStreamDestruct(ZunRtcpRtpfbCcfbStream* p);
 
 /*

@@ -36,23 +36,16 @@ struct ZunRtcpRtpfbNack {
 /* Takes one sequence number of `p`; `data` is what the caller of the enumeration handed in. */
 typedef void (*ZunRtcpRtpfbNackSeqNumberCallback)(const ZunRtcpRtpfbNack* p, ZunUint16 seqNumber, ZunVoidPtr data);
 
-/* A NACK of no packets between these SSRCs, with allocator `a`. Returns `p`; cannot fail. */
+/* A NACK of no packets between these SSRCs. */
 ZunRtcpRtpfbNack* ZunRtcpRtpfbNackConstruct(ZunRtcpRtpfbNack* p, ZunRtpSourceId sender, ZunRtpSourceId source,
                                             ZunAllocator* a);
 
 /* The same with both SSRCs 0. */
 ZunRtcpRtpfbNack* ZunRtcpRtpfbNackConstructDefault(ZunRtcpRtpfbNack* p, ZunAllocator* a);
 
-/* A copy with the allocator of `o`. NULL, `p` owning nothing, when an allocation is refused. */
+/* Lifecycle (ZunConventions.h). */
 ZunRtcpRtpfbNack* ZunRtcpRtpfbNackConstructCopy(ZunRtcpRtpfbNack* p, const ZunRtcpRtpfbNack* o);
-
-/*
- * Makes `p` a copy of `o`; `p` keeps its allocator. NULL when an allocation is refused: `p` then has no maps, its
- * other fields unchanged.
- */
 ZunRtcpRtpfbNack* ZunRtcpRtpfbNackAssign(ZunRtcpRtpfbNack* p, const ZunRtcpRtpfbNack* o);
-
-/* Releases the maps and leaves `p` empty; destructing it once more does nothing. */
 void ZunRtcpRtpfbNackDestruct(ZunRtcpRtpfbNack* p);
 
 /*
@@ -63,10 +56,7 @@ void ZunRtcpRtpfbNackDestruct(ZunRtcpRtpfbNack* p);
 /* Whether adding `seqNumber` would append a map, and so 4 bytes to the packet. */
 ZunBool ZunRtcpRtpfbNackWillSeqNumberRequireNewSeqMap(const ZunRtcpRtpfbNack* p, ZunUint16 seqNumber);
 
-/*
- * Adds `seqNumber` to the first map that takes it, or appends one for it; one that is there already changes
- * nothing. False, `p` unchanged, when an allocation is refused.
- */
+/* Adds `seqNumber` to the first map that takes it, or appends one for it; one that is there already changes nothing. */
 ZunBool ZunRtcpRtpfbNackAddSeqNumber(ZunRtcpRtpfbNack* p, ZunUint16 seqNumber);
 
 /*
@@ -78,7 +68,7 @@ void ZunRtcpRtpfbNackRemoveSeqNumber(ZunRtcpRtpfbNack* p, ZunUint16 seqNumber);
 
 /*
  * Calls `cb` for each sequence number, map by map, neither sorted nor with duplicates left out. Here a map does wrap:
- * the number behind 65535 is 0. `cb` must not change `p`.
+ * the number after 65535 is 0. `cb` must not change `p`.
  */
 void ZunRtcpRtpfbNackGenerateSeqNumbers(const ZunRtcpRtpfbNack* p, ZunRtcpRtpfbNackSeqNumberCallback cb,
                                         ZunVoidPtr data);

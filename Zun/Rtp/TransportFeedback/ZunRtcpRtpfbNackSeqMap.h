@@ -1,5 +1,5 @@
 /*
- * One entry of a generic NACK (RFC 4585, section 6.2.1): a lost packet, and which of the 16 behind it are lost too.
+ * One entry of a generic NACK (RFC 4585, section 6.2.1): a lost packet, and which of the 16 after it are lost too.
  *
  *    0                   1                   2                   3
  *    0 1 2 3 4 5 6 7 8 9 0 1 2 3 4 5 6 7 8 9 0 1 2 3 4 5 6 7 8 9 0 1
@@ -20,14 +20,14 @@ struct ZunRtcpRtpfbNackSeqMap {
   ZunUint16 map;       /* bit i, the least significant being 0, tells that seqNumber + i + 1 is lost as well */
 };
 
-/* Stores both. Returns `x`; cannot fail. */
+/* Stores both. */
 ZUN_INLINE ZunRtcpRtpfbNackSeqMap* ZunRtcpRtpfbNackSeqMapConstruct(ZunRtcpRtpfbNackSeqMap* x, ZunUint16 seqNumber,
                                                                    ZunUint16 map) {
   x->seqNumber = seqNumber;
   x->map = map;
   return x;
 }
-/* Plain copies, which return `p` and cannot fail; there is nothing to release. */
+/* Lifecycle of a plain value (ZunConventions.h). */
 ZunRtcpRtpfbNackSeqMap* ZunRtcpRtpfbNackSeqMapConstructCopy(ZunRtcpRtpfbNackSeqMap* p, const ZunRtcpRtpfbNackSeqMap* o);
 ZunRtcpRtpfbNackSeqMap* ZunRtcpRtpfbNackSeqMapAssign(ZunRtcpRtpfbNackSeqMap* p, const ZunRtcpRtpfbNackSeqMap* o);
 void ZunRtcpRtpfbNackSeqMapDestruct(ZunRtcpRtpfbNackSeqMap* p);

@@ -31,15 +31,14 @@ struct ZunRtcpRtpfbTmmbn {
   ZunUint32 max_bitrate;     /* bits per second */
 };
 
-/* All fields. Returns `p`. */
+/* All fields. */
 ZunRtcpRtpfbTmmbn* ZunRtcpRtpfbTmmbnConstructFull(ZunRtcpRtpfbTmmbn* p, ZunRtpSourceId sender, ZunRtpSourceId source,
                                                   ZunUint32 max_bitrate, ZunAllocator* a);
-/* Both SSRCs and the bit rate 0. Returns `p`. */
+/* Both SSRCs and the bit rate 0. */
 ZunRtcpRtpfbTmmbn* ZunRtcpRtpfbTmmbnConstructDefault(ZunRtcpRtpfbTmmbn* p, ZunAllocator* a);
-/* A copy of every field. Both return `p`. */
+/* Lifecycle of a plain value (ZunConventions.h). */
 ZunRtcpRtpfbTmmbn* ZunRtcpRtpfbTmmbnConstructCopy(ZunRtcpRtpfbTmmbn* p, const ZunRtcpRtpfbTmmbn* o);
 ZunRtcpRtpfbTmmbn* ZunRtcpRtpfbTmmbnAssign(ZunRtcpRtpfbTmmbn* p, const ZunRtcpRtpfbTmmbn* o);
-/* Does nothing. */
 void ZunRtcpRtpfbTmmbnDestruct(ZunRtcpRtpfbTmmbn* p);
 /* NULL: there is none. */
 ZunAllocator* ZunRtcpRtpfbTmmbnGetAllocator(ZunRtcpRtpfbTmmbn* p);
@@ -47,7 +46,7 @@ ZunAllocator* ZunRtcpRtpfbTmmbnGetAllocator(ZunRtcpRtpfbTmmbn* p);
 /* The row operations. Reading takes a body of exactly 12 bytes; fields in front of a failure are stored. */
 ZUN_RTCP_ROW_DECLARE(ZunRtcpRtpfbTmmbn)
 
-/* The bit rate. Its setter stores it and returns true. */
+/* The bit rate. */
 ZUN_INLINE ZunUint32 ZunRtcpRtpfbTmmbnGetMaxBitrate(const ZunRtcpRtpfbTmmbn* p) { return p->max_bitrate; }
 ZUN_INLINE ZunBool ZunRtcpRtpfbTmmbnSetMaxBitrate(ZunRtcpRtpfbTmmbn* p, ZunUint32 max_bitrate) {
   p->max_bitrate = max_bitrate;

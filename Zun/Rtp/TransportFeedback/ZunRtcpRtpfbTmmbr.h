@@ -35,19 +35,12 @@ struct ZunRtcpRtpfbTmmbr {
       fci; /* the requests, in wire order, changed by its own operations; has p's allocator */
 };
 
-/* A TMMBR without entries, both SSRCs 0, with allocator `a`. Returns `p`; cannot fail. */
+/* A TMMBR without entries, both SSRCs 0. */
 ZunRtcpRtpfbTmmbr* ZunRtcpRtpfbTmmbrConstructDefault(ZunRtcpRtpfbTmmbr* p, ZunAllocator* a);
 
-/* A copy with the allocator of `o`. NULL, `p` owning nothing, when an allocation is refused. */
+/* Lifecycle (ZunConventions.h). */
 ZunRtcpRtpfbTmmbr* ZunRtcpRtpfbTmmbrConstructCopy(ZunRtcpRtpfbTmmbr* p, const ZunRtcpRtpfbTmmbr* o);
-
-/*
- * Makes `p` a copy of `o`; `p` keeps its allocator. NULL when an allocation is refused: `p` then has no entries, its
- * other fields unchanged.
- */
 ZunRtcpRtpfbTmmbr* ZunRtcpRtpfbTmmbrAssign(ZunRtcpRtpfbTmmbr* p, const ZunRtcpRtpfbTmmbr* o);
-
-/* Releases the entries and leaves `p` empty; destructing it once more does nothing. */
 void ZunRtcpRtpfbTmmbrDestruct(ZunRtcpRtpfbTmmbr* p);
 
 /*

@@ -25,7 +25,7 @@ struct ZunRtcpRtpfbTmmbrEntry {
   ZunUint32 max_bitrate; /* bits per second */
 };
 
-/* Stores both, and a sequence number of 0; `a` is not used. Returns `p`; cannot fail. */
+/* Stores both, and a sequence number of 0; `a` is not used. */
 ZUN_INLINE ZunRtcpRtpfbTmmbrEntry* ZunRtcpRtpfbTmmbrEntryConstructFull(ZunRtcpRtpfbTmmbrEntry* p, ZunRtpSourceId ssrc,
                                                                        ZunUint32 max_bitrate, ZunAllocator* a) {
   (void)a;
@@ -34,7 +34,7 @@ ZUN_INLINE ZunRtcpRtpfbTmmbrEntry* ZunRtcpRtpfbTmmbrEntryConstructFull(ZunRtcpRt
   p->max_bitrate = max_bitrate;
   return p;
 }
-/* Plain copies, which return `p` and cannot fail; there is nothing to release. */
+/* Lifecycle of a plain value (ZunConventions.h). */
 ZunRtcpRtpfbTmmbrEntry* ZunRtcpRtpfbTmmbrEntryConstructCopy(ZunRtcpRtpfbTmmbrEntry* p, const ZunRtcpRtpfbTmmbrEntry* o);
 ZunRtcpRtpfbTmmbrEntry* ZunRtcpRtpfbTmmbrEntryAssign(ZunRtcpRtpfbTmmbrEntry* p, const ZunRtcpRtpfbTmmbrEntry* o);
 void ZunRtcpRtpfbTmmbrEntryDestruct(ZunRtcpRtpfbTmmbrEntry* p);

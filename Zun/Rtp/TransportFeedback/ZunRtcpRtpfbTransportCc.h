@@ -47,7 +47,7 @@ struct ZunRtcpRtpfbTransportCc {
   ZunTime latestTime; /* what the next delta counts from, in nanoseconds; no time before the first timed packet */
 };
 
-/* No packets, base and reference time 0, no latest time, with allocator `a`. Returns `p`; cannot fail. */
+/* No packets, base and reference time 0, no latest time. */
 ZunRtcpRtpfbTransportCc* ZunRtcpRtpfbTransportCcConstructFull(ZunRtcpRtpfbTransportCc* p, ZunRtpSourceId sender,
                                                               ZunRtpSourceId source, ZunUint8 packetCount,
                                                               ZunAllocator* a);
@@ -55,17 +55,10 @@ ZunRtcpRtpfbTransportCc* ZunRtcpRtpfbTransportCcConstructFull(ZunRtcpRtpfbTransp
 /* The same with both SSRCs and the feedback packet count 0. */
 ZunRtcpRtpfbTransportCc* ZunRtcpRtpfbTransportCcConstructDefault(ZunRtcpRtpfbTransportCc* p, ZunAllocator* a);
 
-/* A copy with the allocator of `o`. NULL, `p` owning nothing, when an allocation is refused. */
+/* Lifecycle (ZunConventions.h). */
 ZunRtcpRtpfbTransportCc* ZunRtcpRtpfbTransportCcConstructCopy(ZunRtcpRtpfbTransportCc* p,
                                                               const ZunRtcpRtpfbTransportCc* o);
-
-/*
- * Makes `p` a copy of `o`; `p` keeps its allocator. NULL when an allocation is refused: `p` then has no packets, and
- * its other fields are unchanged.
- */
 ZunRtcpRtpfbTransportCc* ZunRtcpRtpfbTransportCcAssign(ZunRtcpRtpfbTransportCc* p, const ZunRtcpRtpfbTransportCc* o);
-
-/* Releases the packet infos and leaves `p` empty; destructing it once more does nothing. */
 void ZunRtcpRtpfbTransportCcDestruct(ZunRtcpRtpfbTransportCc* p);
 
 /*
@@ -77,8 +70,8 @@ void ZunRtcpRtpfbTransportCcDestruct(ZunRtcpRtpfbTransportCc* p);
  * Each delta counts from the exact time of the packet timed before, not from what the deltas so far add up to.
  *
  * False, and nothing added, when `ts` is more than 8,192,124,000 ns before or 8,191,874,000 ns after that time, which
- * is not a delta of 16 bits (a first packet's base and reference time stay); false, `p` as it was, when an allocation is
- * refused: the same packet can be tried again.
+ * is not a delta of 16 bits (a first packet's base and reference time stay); false, `p` as it was, when an allocation
+ * is refused: the same packet can be tried again.
  */
 ZunBool ZunRtcpRtpfbTransportCcAddPacket(ZunRtcpRtpfbTransportCc* p, ZunBool received, ZunUint16 seq, ZunTime ts);
 
@@ -99,7 +92,7 @@ ZunSizeT ZunRtcpRtpfbTransportCcGetPacketLength_(const ZunRtcpRtpfbTransportCc* 
  *
  * Writing does not limit the number of packets: beyond 65535 all are written, and their count wraps. It aligns the
  * end to 4 bytes of the whole string. Deltas and zeros that cannot be appended are left out without a false result.
- * A peer that reads every status vector as full, as this library does, misreads the packets behind one chunk form: a
+ * A peer that reads every status vector as full, as this library does, misreads the packets after one chunk form: a
  * vector of one-bit statuses that ends after 7 to 13 packets because a packet of large or unknown delta follows.
  *
  * Reading keeps the statuses and reads no delta, with a true result, when the deltas announced do not fit before the

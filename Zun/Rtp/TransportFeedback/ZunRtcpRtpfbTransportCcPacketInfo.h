@@ -13,7 +13,7 @@ struct ZunRtcpRtpfbTransportCcPacketInfo {
   ZunInt16 delta;    /* its arrival minus that of the packet timed before it, in 250 us */
 };
 
-/* Not received, no delta. Returns `p`, as all constructors and the assignment do; none can fail. */
+/* Not received, no delta. */
 ZUN_INLINE ZunRtcpRtpfbTransportCcPacketInfo* ZunRtcpRtpfbTransportCcPacketInfoConstructDefault(
     ZunRtcpRtpfbTransportCcPacketInfo* p) {
   p->received = 0;
@@ -31,7 +31,7 @@ ZUN_INLINE ZunRtcpRtpfbTransportCcPacketInfo* ZunRtcpRtpfbTransportCcPacketInfoC
   return p;
 }
 
-/* Plain copies, which return `p` and cannot fail; there is nothing to release. */
+/* Lifecycle of a plain value (ZunConventions.h). */
 ZunRtcpRtpfbTransportCcPacketInfo* ZunRtcpRtpfbTransportCcPacketInfoConstructCopy(
     ZunRtcpRtpfbTransportCcPacketInfo* p, const ZunRtcpRtpfbTransportCcPacketInfo* o);
 ZunRtcpRtpfbTransportCcPacketInfo* ZunRtcpRtpfbTransportCcPacketInfoAssign(ZunRtcpRtpfbTransportCcPacketInfo* p,

@@ -28,28 +28,24 @@ struct ZunRtcpRtpfbUnknown {
   ZunRtcpRtpfbType fmt;      /* as on the wire, none of the modelled types; 0 after default construction */
   ZunRtpSourceId sender;     /* SSRC of the packet sender */
   ZunRtpSourceId source;     /* SSRC of the media source */
-  ZunString data;            /* every byte behind the SSRCs; a multiple of 4; owns the object's allocator */
+  ZunString data;            /* every byte after the SSRCs; a multiple of 4; owns the object's allocator */
 };
 
-/* Message type 0, both SSRCs 0, no data, with allocator `a`. Returns `p`; cannot fail. */
+/* Message type 0, both SSRCs 0, no data. */
 ZunRtcpRtpfbUnknown* ZunRtcpRtpfbUnknownConstructDefault(ZunRtcpRtpfbUnknown* p, ZunAllocator* a);
 
 /*
- * All fields; the data is copied into storage from `a`. NULL, with nothing constructed, when the type is a
- * modelled one, the size of `data` is no multiple of 4 or the type lies outside 0 to 31 (checked in this order,
- * each logged as an error in category "rtcp"), or when an allocation is refused.
+ * All fields; the data is copied into storage from `a`. NULL when the type is a modelled one, the size of
+ * `data` is no multiple of 4 or the type lies outside 0 to 31 (checked in this order, each logged as
+ * an error in category "rtcp").
  */
 ZunRtcpRtpfbUnknown* ZunRtcpRtpfbUnknownConstructFull(ZunRtcpRtpfbUnknown* p, ZunRtcpRtpfbType feedback_type,
                                                       ZunRtpSourceId sender, ZunRtpSourceId source,
                                                       const ZunString* data, ZunAllocator* a);
 
-/* A copy with the allocator of `o`. NULL, `p` owning nothing, when an allocation is refused. */
+/* Lifecycle (ZunConventions.h). */
 ZunRtcpRtpfbUnknown* ZunRtcpRtpfbUnknownConstructCopy(ZunRtcpRtpfbUnknown* p, const ZunRtcpRtpfbUnknown* o);
-
-/* Makes `p` a copy of `o`; `p` keeps its allocator. NULL, `p` unchanged, when an allocation is refused. */
 ZunRtcpRtpfbUnknown* ZunRtcpRtpfbUnknownAssign(ZunRtcpRtpfbUnknown* p, const ZunRtcpRtpfbUnknown* o);
-
-/* Releases the data and leaves `p` empty; destructing it once more does nothing. */
 void ZunRtcpRtpfbUnknownDestruct(ZunRtcpRtpfbUnknown* p);
 
 /*
@@ -59,10 +55,7 @@ void ZunRtcpRtpfbUnknownDestruct(ZunRtcpRtpfbUnknown* p);
  */
 ZunBool ZunRtcpRtpfbUnknownSetFeedbackMessageType(ZunRtcpRtpfbUnknown* p, ZunRtcpRtpfbType feedback_type);
 
-/*
- * Copies `data`. False, `p` unchanged, when its size is no multiple of 4 (logged as an error) or an allocation
- * is refused.
- */
+/* Copies `data`. False, `p` unchanged, when its size is no multiple of 4 (logged as an error). */
 ZunBool ZunRtcpRtpfbUnknownSetData(ZunRtcpRtpfbUnknown* p, const ZunString* data);
 
 /* The row operations. Reading checks neither the message type nor the length of the data; writing adds no padding. */
@@ -70,7 +63,7 @@ ZUN_RTCP_ROW_DECLARE(ZunRtcpRtpfbUnknown)
 
 /* The allocator of the data. */
 ZUN_INLINE ZunAllocator* ZunRtcpRtpfbUnknownGetAllocator(ZunRtcpRtpfbUnknown* p) { return p->data.allocator; }
-/* The data itself, valid as long as `p` is neither changed nor destructed. */
+/* The data itself. */
 ZUN_INLINE const ZunString* ZunRtcpRtpfbUnknownGetData(const ZunRtcpRtpfbUnknown* p) { return &p->data; }
 
 ZUN_EXTERN_C_END
