@@ -16,28 +16,52 @@ constexpr ZunSizeT kMaxMessageSize = 1023;
 ZunLogCategoryState_ rtcp = {"rtcp", {ZUN_LOG_DEBUG}};
 ZunLogCategoryState_ rtcp_feedback = {"rtcp-feedback", {ZUN_LOG_DEBUG}};
 
-// The handler and its user data change together. A sequence number that is odd during a change lets a
-// logging thread see whether the two that it read belong together, without a lock.
-std::atomic<ZunUint32> handler_sequence = {0};
-std::atomic<ZunLogHandler> current_handler = {nullptr};
-std::atomic<ZunVoidPtr> current_user_data = {nullptr};
-
+// The handler and its user data change together, without a lock for those who log: of two pairs the one that is not
+// being changed is read, told by the last bit of a number that every change moves on. So a change that is interrupted
+// keeps nobody waiting, and a pair is read again only when a change was finished meanwhile.
 struct HandlerWithData {
   ZunLogHandler handler;
   ZunVoidPtr user_data;
 };
 
+struct SharedHandlerWithData {
+  std::atomic<ZunLogHandler> handler = {nullptr};
+  std::atomic<ZunVoidPtr> user_data = {nullptr};
+
+  void Store(HandlerWithData pair) {
+    handler.store(pair.handler, std::memory_order_release);
+    user_data.store(pair.user_data, std::memory_order_release);
+  }
+  HandlerWithData Load() const {
+    return {handler.load(std::memory_order_acquire), user_data.load(std::memory_order_acquire)};
+  }
+};
+
+SharedHandlerWithData handler_pairs[2];
+std::atomic<ZunUint32> handler_changes = {0};
+std::atomic_flag handler_is_changing;
+
 HandlerWithData LoadHandler() {
   for (;;) {
-    const ZunUint32 before = handler_sequence.load(std::memory_order_acquire);
-    const HandlerWithData loaded = {current_handler.load(std::memory_order_acquire),
-                                    current_user_data.load(std::memory_order_acquire)};
-    if ((before & 1) == 0 && handler_sequence.load(std::memory_order_relaxed) == before) return loaded;
+    const ZunUint32 changes = handler_changes.load(std::memory_order_acquire);
+    const HandlerWithData pair = handler_pairs[changes & 1].Load();
+    if (handler_changes.load(std::memory_order_relaxed) == changes) return pair;
   }
 }
 
+void StoreHandler(HandlerWithData pair) {
+  while (handler_is_changing.test_and_set(std::memory_order_acquire)) {
+    // Another thread changes it, which is soon done.
+  }
+  for (SharedHandlerWithData& unread : handler_pairs) {
+    handler_changes.fetch_add(1, std::memory_order_release);
+    unread.Store(pair);
+  }
+  handler_is_changing.clear(std::memory_order_release);
+}
+
 bool IsWanted(ZunLogLevel level, ZunLogCategory category) {
-  if (current_handler.load(std::memory_order_relaxed) == nullptr) return false;
+  if (handler_pairs[0].handler.load(std::memory_order_relaxed) == nullptr) return false;
   return category == nullptr || level <= category->max_level.load(std::memory_order_relaxed);
 }
 
@@ -53,13 +77,7 @@ void Deliver(ZunLogLevel level, ZunLogCategory category, const char* file, ZunIn
 ZunLogCategory ZunLogRtcp_ = &rtcp;
 ZunLogCategory ZunLogRtcpFeedback_ = &rtcp_feedback;
 
-void ZunLogSetHandler(ZunLogHandler handler, ZunVoidPtr userData) {
-  ZunUint32 even = handler_sequence.load(std::memory_order_relaxed) & ~1U;
-  while (!handler_sequence.compare_exchange_weak(even, even + 1, std::memory_order_acq_rel)) even &= ~1U;
-  current_handler.store(handler, std::memory_order_release);
-  current_user_data.store(userData, std::memory_order_release);
-  handler_sequence.store(even + 2, std::memory_order_release);
-}
+void ZunLogSetHandler(ZunLogHandler handler, ZunVoidPtr userData) { StoreHandler({handler, userData}); }
 
 void ZunLogSetMaxLevel(ZunLogCategory category, ZunLogLevel level) {
   if (category != nullptr) category->max_level.store(level, std::memory_order_relaxed);

@@ -51,7 +51,8 @@ typedef void (*ZunLogHandler)(ZunVoidPtr userData, ZunLogLevel level, ZunLogCate
 /*
  * Sets the handler of all messages, or none (NULL, the start state). Safe while other threads log: each
  * message reaches one handler with the `userData` that was set with it. A call that another thread began
- * before this one may still reach the old handler.
+ * before this one may still reach the old handler. A message never waits for a change of the handler; two
+ * changes take turns, so a signal handler must not call this.
  */
 void ZunLogSetHandler(ZunLogHandler handler, ZunVoidPtr userData);
 
