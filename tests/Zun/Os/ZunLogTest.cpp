@@ -11,14 +11,13 @@
 
 namespace {
 
-using test::LogCapture;
-using test::LogEntry;
+using namespace test;
 
 void LogText(ZunLogLevel level, ZunLogCategory category, const char* message) {
   ZunLogDo_(level, category, "file", 1, "function", message);
 }
 
-TEST(ZunLogTest, LevelsHaveTheirNumbers) {
+TEST(ZunLog, LevelsHaveTheirNumbers) {
   const ZunLogLevel levels[] = {ZUN_LOGLEVEL_FATAL, ZUN_LOGLEVEL_ERROR,  ZUN_LOGLEVEL_WARNING,  ZUN_LOGLEVEL_INFO,
                                 ZUN_LOGLEVEL_DEBUG, ZUN_LOGLEVEL_SENT,   ZUN_LOGLEVEL_RECEIVED, ZUN_LOGLEVEL_ENTER,
                                 ZUN_LOGLEVEL_LEAVE, ZUN_LOGLEVEL_INVALID};
@@ -32,13 +31,13 @@ TEST(ZunLogTest, LevelsHaveTheirNumbers) {
   EXPECT_EQ(ZUN_LOG_NUM_LEVELS, 9);
 }
 
-TEST(ZunLogTest, CategoriesHaveNames) {
+TEST(ZunLog, CategoriesHaveNames) {
   EXPECT_STREQ(ZunLogCategoryGetName(ZunLogRtcp_), "rtcp");
   EXPECT_STREQ(ZunLogCategoryGetName(ZunLogRtcpFeedback_), "rtcp-feedback");
   EXPECT_NE(ZunLogRtcp_, ZunLogRtcpFeedback_);
 }
 
-TEST(ZunLogTest, HandlerReceivesEverything) {
+TEST(ZunLog, HandlerReceivesEverything) {
   LogCapture log;
   ZunLogDo_(ZUN_LOG_WARNING, ZunLogRtcpFeedback_, "some/file", 42, "SomeFunction", "100% text, %s %d as it stands");
   ZunLogDoFormatted_(ZUN_LOG_ERROR, ZunLogRtcp_, "other/file", 7, "OtherFunction", "%lu of %u: %s", 5UL, 9U, "x");
@@ -59,7 +58,7 @@ TEST(ZunLogTest, HandlerReceivesEverything) {
   EXPECT_EQ(formatted.message, "5 of 9: x");
 }
 
-TEST(ZunLogTest, MessagesAreCutTo1023Bytes) {
+TEST(ZunLog, MessagesAreCutTo1023Bytes) {
   LogCapture log;
   for (const std::size_t size : {0U, 1U, 1022U, 1023U, 1024U, 1025U, 5000U}) {
     std::string text(size, 'x');
@@ -73,7 +72,7 @@ TEST(ZunLogTest, MessagesAreCutTo1023Bytes) {
   }
 }
 
-TEST(ZunLogTest, StartsAtDebugLevel) {
+TEST(ZunLog, StartsAtDebugLevel) {
   std::vector<ZunLogLevel> seen;
   ZunLogSetHandler([](ZunVoidPtr data, ZunLogLevel level, ZunLogCategory, const char*, ZunInt, const char*,
                       const char*) { static_cast<std::vector<ZunLogLevel>*>(data)->push_back(level); },
@@ -86,7 +85,7 @@ TEST(ZunLogTest, StartsAtDebugLevel) {
   EXPECT_EQ(seen, (std::vector<ZunLogLevel>{0, 0, 1, 1, 2, 2, 3, 3, 4, 4}));
 }
 
-TEST(ZunLogTest, EachCategoryHasItsOwnLevel) {
+TEST(ZunLog, EachCategoryHasItsOwnLevel) {
   LogCapture log;
   for (ZunLogLevel limit = ZUN_LOG_FATAL; limit <= ZUN_LOG_LEAVE; ++limit) {
     ZunLogSetMaxLevel(ZunLogRtcp_, limit);
@@ -102,7 +101,7 @@ TEST(ZunLogTest, EachCategoryHasItsOwnLevel) {
   }
 }
 
-TEST(ZunLogTest, WithoutAHandlerNothingIsPrinted) {
+TEST(ZunLog, WithoutAHandlerNothingIsPrinted) {
   ZunLogSetHandler(nullptr, nullptr);
   testing::internal::CaptureStdout();
   testing::internal::CaptureStderr();
@@ -112,7 +111,7 @@ TEST(ZunLogTest, WithoutAHandlerNothingIsPrinted) {
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
-TEST(ZunLogTest, LastHandlerSetIsTheOneThatIsCalled) {
+TEST(ZunLog, LastHandlerSetIsTheOneThatIsCalled) {
   int first = 0;
   int second = 0;
   const ZunLogHandler count = [](ZunVoidPtr data, ZunLogLevel, ZunLogCategory, const char*, ZunInt, const char*,
@@ -128,7 +127,7 @@ TEST(ZunLogTest, LastHandlerSetIsTheOneThatIsCalled) {
   EXPECT_EQ(second, 2);
 }
 
-TEST(ZunLogTest, HandlerMayLogAndReplaceItself) {
+TEST(ZunLog, HandlerMayLogAndReplaceItself) {
   std::vector<std::string> seen;
   ZunLogSetHandler(
       [](ZunVoidPtr data, ZunLogLevel, ZunLogCategory category, const char*, ZunInt, const char*, const char* message) {
@@ -160,7 +159,7 @@ void HandlerB(ZunVoidPtr data, ZunLogLevel, ZunLogCategory, const char*, ZunInt,
 }
 
 // Setters that race with each other as well as with those that log.
-TEST(ZunLogTest, HandlerAndUserDataBelongTogetherWhileHandlersChange) {
+TEST(ZunLog, HandlerAndUserDataBelongTogetherWhileHandlersChange) {
   std::atomic<bool> stop{false};
   std::vector<std::thread> threads;
   for (int t = 0; t < 2; ++t) {

@@ -31,7 +31,7 @@ void RecordDeallocate(ZunAllocator* a, ZunVoidPtr block, ZunSizeT size) {
   calls->released_size = size;
 }
 
-TEST(ZunAllocatorTest, CallsGoToTheAllocatorsOwnFunctions) {
+TEST(ZunAllocator, CallsGoToTheAllocatorsOwnFunctions) {
   Calls calls;
   ZunAllocator a = {RecordAllocate, RecordDeallocate, 100, &calls};
   EXPECT_EQ(ZunAllocatorAllocate(&a, 100), &calls);
@@ -44,7 +44,7 @@ TEST(ZunAllocatorTest, CallsGoToTheAllocatorsOwnFunctions) {
   EXPECT_EQ(calls.released_size, 7U);
 }
 
-TEST(ZunAllocatorTest, SystemAllocatorIsTheHeap) {
+TEST(ZunAllocator, SystemAllocatorIsTheHeap) {
   ZunAllocator* const a = ZunAllocatorGetSystem();
   ASSERT_NE(a, nullptr);
   EXPECT_EQ(ZunAllocatorGetSystem(), a);
@@ -57,7 +57,7 @@ TEST(ZunAllocatorTest, SystemAllocatorIsTheHeap) {
   }
 }
 
-TEST(ZunAllocatorTest, SystemAllocatorServesAnyThread) {
+TEST(ZunAllocator, SystemAllocatorServesAnyThread) {
   std::vector<std::thread> threads;
   for (int t = 0; t < 4; ++t) {
     threads.emplace_back([t] {

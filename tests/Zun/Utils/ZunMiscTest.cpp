@@ -9,12 +9,9 @@
 
 namespace {
 
-using test::Datagram;
-using test::Hex;
-using test::TestAllocator;
-using test::Text;
+using namespace test;
 
-TEST(ZunMiscTest, OctetsAreMostSignificantFirst) {
+TEST(ZunMisc, OctetsAreMostSignificantFirst) {
   const std::string octets = Hex("81 02 83 FF");
   EXPECT_EQ(ZunUint16FromOctets(octets.data()), 0x8102);
   EXPECT_EQ(ZunUint16FromOctets(octets.data() + 1), 0x0283);
@@ -25,14 +22,14 @@ TEST(ZunMiscTest, OctetsAreMostSignificantFirst) {
   EXPECT_EQ(ZunUint32FromOctets(Hex("00 00 00 01").data()), 1U);
 }
 
-TEST(ZunMiscTest, SignedOctetsAreTheTwosComplementValue) {
+TEST(ZunMisc, SignedOctetsAreTheTwosComplementValue) {
   for (int value = -32768; value <= 32767; ++value) {
     const char octets[] = {static_cast<char>(value >> 8), static_cast<char>(value)};
     ASSERT_EQ(ZunInt16FromOctets(octets), value);
   }
 }
 
-TEST(ZunMiscTest, BufferReadsTheValueAtItsPosition) {
+TEST(ZunMisc, BufferReadsTheValueAtItsPosition) {
   const Datagram b(Hex("00 81 02 03 84 FF"));
   ZunUint16 u16 = 0;
   ZunInt16 i16 = 0;
@@ -46,7 +43,7 @@ TEST(ZunMiscTest, BufferReadsTheValueAtItsPosition) {
 }
 
 // The low byte counts as a signed one: from 0x80 on it sets every bit above it.
-TEST(ZunMiscTest, SignedBufferReadTakesTheLowByteAsSigned) {
+TEST(ZunMisc, SignedBufferReadTakesTheLowByteAsSigned) {
   for (int high = 0; high < 256; ++high) {
     for (int low = 0; low < 256; ++low) {
       const char bytes[] = {static_cast<char>(high), static_cast<char>(low)};
@@ -66,7 +63,7 @@ TEST(ZunMiscTest, SignedBufferReadTakesTheLowByteAsSigned) {
 }
 
 // Every position and end around the string's size, and positions whose end overflows.
-TEST(ZunMiscTest, BufferReadsNothingBeyondEndOrString) {
+TEST(ZunMisc, BufferReadsNothingBeyondEndOrString) {
   for (ZunSizeT size = 0; size <= 6; ++size) {
     const Datagram b(std::string(size, '\x11'));
     for (ZunSizeT p = 0; p < 18; ++p) {
@@ -91,7 +88,7 @@ TEST(ZunMiscTest, BufferReadsNothingBeyondEndOrString) {
   }
 }
 
-TEST(ZunMiscTest, BufferAppendsMostSignificantFirst) {
+TEST(ZunMisc, BufferAppendsMostSignificantFirst) {
   Text b("x");
   EXPECT_EQ(ZunUint16ToBuffer(0x8102, b), 1);
   EXPECT_EQ(ZunUint32ToBuffer(0xFF010283, b), 1);
@@ -105,7 +102,7 @@ void FillUpTo(ZunString* b, ZunSizeT room, TestAllocator* a) {
   a->RefuseFrom(0);
 }
 
-TEST(ZunMiscTest, RefusedAppendKeepsTheBytesBeforeIt) {
+TEST(ZunMisc, RefusedAppendKeepsTheBytesBeforeIt) {
   for (ZunSizeT room = 0; room <= 4; ++room) {
     TestAllocator a;
     Text b(a.get());
@@ -124,7 +121,7 @@ TEST(ZunMiscTest, RefusedAppendKeepsTheBytesBeforeIt) {
   }
 }
 
-TEST(ZunMiscTest, MemoryAndTextHelpers) {
+TEST(ZunMisc, MemoryAndTextHelpers) {
   char block[] = "abcdef";
   ZunMemSet(block + 1, 'x', 3);
   EXPECT_STREQ(block, "axxxef");

@@ -12,9 +12,7 @@
 
 namespace {
 
-using test::Str;
-using test::TestAllocator;
-using test::Text;
+using namespace test;
 
 const std::string kWithZeros("a\0b\0\xFF", 5);
 
@@ -38,7 +36,7 @@ void MakeTight(ZunString* s, const std::string& bytes, ZunAllocator* a) {
   ASSERT_EQ(s->capacity, bytes.size());
 }
 
-TEST(ZunStringTest, DefaultIsEmptyAndOwnsNothing) {
+TEST(ZunString, DefaultIsEmptyAndOwnsNothing) {
   TestAllocator a;
   ZunString s;
   EXPECT_EQ(ZunStringConstructDefault(&s, a), &s);
@@ -51,7 +49,7 @@ TEST(ZunStringTest, DefaultIsEmptyAndOwnsNothing) {
   EXPECT_EQ(a.calls(), 0U);
 }
 
-TEST(ZunStringTest, AccessorsReadTheFields) {
+TEST(ZunString, AccessorsReadTheFields) {
   TestAllocator a;
   const Text s(kWithZeros, a);
   EXPECT_EQ(ZunStringLength(s.get()), 5U);
@@ -67,7 +65,7 @@ TEST(ZunStringTest, AccessorsReadTheFields) {
   EXPECT_EQ(ZunStringLength(empty.get()), 0U);
 }
 
-TEST(ZunStringTest, CopyTakesTheAllocatorOfItsSource) {
+TEST(ZunString, CopyTakesTheAllocatorOfItsSource) {
   TestAllocator a;
   const Text source(kWithZeros, a);
   ZunString copy;
@@ -79,7 +77,7 @@ TEST(ZunStringTest, CopyTakesTheAllocatorOfItsSource) {
   ZunStringDestruct(&copy);
 }
 
-TEST(ZunStringTest, CopyOfAnEmptyStringAllocatesNothing) {
+TEST(ZunString, CopyOfAnEmptyStringAllocatesNothing) {
   TestAllocator a;
   a.RefuseFrom(0);
   const Text empty(a.get());
@@ -95,7 +93,7 @@ TEST(ZunStringTest, CopyOfAnEmptyStringAllocatesNothing) {
   EXPECT_EQ(a.calls(), 0U);
 }
 
-TEST(ZunStringTest, DestructLeavesItEmptyAndMayBeRepeated) {
+TEST(ZunString, DestructLeavesItEmptyAndMayBeRepeated) {
   TestAllocator a;
   ZunString s;
   MakeTight(&s, "abc", a);
@@ -108,7 +106,7 @@ TEST(ZunStringTest, DestructLeavesItEmptyAndMayBeRepeated) {
   EXPECT_EQ(a.deallocations(), 1U);
 }
 
-TEST(ZunStringTest, SubstringsOfEveryPositionAndLength) {
+TEST(ZunString, SubstringsOfEveryPositionAndLength) {
   const std::string bytes = kWithZeros;
   const Text source(bytes);
   TestAllocator a;
@@ -133,7 +131,7 @@ TEST(ZunStringTest, SubstringsOfEveryPositionAndLength) {
   }
 }
 
-TEST(ZunStringTest, SubstringBeyondTheSourceFails) {
+TEST(ZunString, SubstringBeyondTheSourceFails) {
   TestAllocator a;
   const Text source("abc");
   for (const ZunSizeT pos : {ZunSizeT{4}, ZunSizeT{5}, SIZE_MAX}) {
@@ -149,7 +147,7 @@ TEST(ZunStringTest, SubstringBeyondTheSourceFails) {
   EXPECT_EQ(a.live_blocks(), 0U);
 }
 
-TEST(ZunStringTest, AssignKeepsAllocatorAndStorage) {
+TEST(ZunString, AssignKeepsAllocatorAndStorage) {
   TestAllocator a;
   TestAllocator other;
   Text s("0123456789", a);
@@ -169,7 +167,7 @@ TEST(ZunStringTest, AssignKeepsAllocatorAndStorage) {
   EXPECT_EQ(a.calls(), calls);
 }
 
-TEST(ZunStringTest, AssignBeyondTheCapacityTakesStorageOfTheAllocatorItHas) {
+TEST(ZunString, AssignBeyondTheCapacityTakesStorageOfTheAllocatorItHas) {
   TestAllocator a;
   Text s(a.get());
   const Text longer(std::string(100, 'x'));
@@ -179,7 +177,7 @@ TEST(ZunStringTest, AssignBeyondTheCapacityTakesStorageOfTheAllocatorItHas) {
   EXPECT_EQ(a.live_blocks(), 1U);
 }
 
-TEST(ZunStringTest, AssignCStrLeavesTheTerminatorOut) {
+TEST(ZunString, AssignCStrLeavesTheTerminatorOut) {
   TestAllocator a;
   Text s(a.get());
   EXPECT_EQ(ZunStringAssignCStr(s, ""), s.get());
@@ -189,7 +187,7 @@ TEST(ZunStringTest, AssignCStrLeavesTheTerminatorOut) {
   ExpectHolds(s, "text");
 }
 
-TEST(ZunStringTest, AppendsOfEveryKind) {
+TEST(ZunString, AppendsOfEveryKind) {
   TestAllocator a;
   Text s(a.get());
   const Text tail(kWithZeros);
@@ -200,7 +198,7 @@ TEST(ZunStringTest, AppendsOfEveryKind) {
   ExpectHolds(s, kWithZeros + std::string(1, '\0') + "nnn" + std::string("uv\0w", 4));
 }
 
-TEST(ZunStringTest, AppendOfNothingAllocatesNothing) {
+TEST(ZunString, AppendOfNothingAllocatesNothing) {
   TestAllocator a;
   a.RefuseFrom(0);
   Text s(a.get());
@@ -213,7 +211,7 @@ TEST(ZunStringTest, AppendOfNothingAllocatesNothing) {
   EXPECT_EQ(a.calls(), 0U);
 }
 
-TEST(ZunStringTest, AppendCharTakesEveryByte) {
+TEST(ZunString, AppendCharTakesEveryByte) {
   Text s;
   std::string expected;
   for (int c = 0; c < 256; ++c) {
@@ -223,7 +221,7 @@ TEST(ZunStringTest, AppendCharTakesEveryByte) {
   }
 }
 
-TEST(ZunStringTest, GrowthIsGeometric) {
+TEST(ZunString, GrowthIsGeometric) {
   TestAllocator a;
   Text s(a.get());
   for (int i = 0; i < 100000; ++i) ASSERT_NE(ZunStringAppendChar(s, 'x'), nullptr);
@@ -234,7 +232,7 @@ TEST(ZunStringTest, GrowthIsGeometric) {
   EXPECT_EQ(s->size, 200000U);
 }
 
-TEST(ZunStringTest, ClearKeepsTheStorage) {
+TEST(ZunString, ClearKeepsTheStorage) {
   TestAllocator a;
   Text s("abc", a);
   const std::size_t calls = a.calls();
@@ -248,7 +246,7 @@ TEST(ZunStringTest, ClearKeepsTheStorage) {
   ExpectHolds(never_filled, "");
 }
 
-TEST(ZunStringTest, MayBeAssignedToItselfWholeOrInPart) {
+TEST(ZunString, MayBeAssignedToItselfWholeOrInPart) {
   TestAllocator a;
   const std::string bytes = "0123456789";
   Text whole(bytes, a);
@@ -271,8 +269,8 @@ TEST(ZunStringTest, MayBeAssignedToItselfWholeOrInPart) {
   }
 }
 
-// With and without room behind the last byte: in the second case the bytes must survive the old buffer.
-TEST(ZunStringTest, MayBeAppendedToItselfWholeOrInPart) {
+// With and without room after the last byte: in the second case the bytes must survive the old buffer.
+TEST(ZunString, MayBeAppendedToItselfWholeOrInPart) {
   TestAllocator a;
   const std::string bytes = "0123456789";
   for (const bool roomy : {false, true}) {
@@ -302,7 +300,7 @@ TEST(ZunStringTest, MayBeAppendedToItselfWholeOrInPart) {
   }
 }
 
-TEST(ZunStringTest, SizeThatOverflowsIsAFailedAllocation) {
+TEST(ZunString, SizeThatOverflowsIsAFailedAllocation) {
   TestAllocator a;
   a.RefuseAbove(1000000);
   Text empty(a.get());
@@ -318,7 +316,7 @@ TEST(ZunStringTest, SizeThatOverflowsIsAFailedAllocation) {
   }
 }
 
-TEST(ZunStringTest, EveryRefusedOperationLeavesTheStringAsItWas) {
+TEST(ZunString, EveryRefusedOperationLeavesTheStringAsItWas) {
   const Text longer(std::string(40, 'l'));
   const std::function<ZunString*(ZunString*)> operations[] = {
       [&](ZunString* s) { return ZunStringAssign(s, longer.get()); },
@@ -348,7 +346,7 @@ TEST(ZunStringTest, EveryRefusedOperationLeavesTheStringAsItWas) {
   }
 }
 
-TEST(ZunStringTest, RefusedConstructionOwnsNothing) {
+TEST(ZunString, RefusedConstructionOwnsNothing) {
   TestAllocator a;
   const Text source("abc", a);
   const std::size_t live = a.live_blocks();
@@ -359,7 +357,7 @@ TEST(ZunStringTest, RefusedConstructionOwnsNothing) {
   EXPECT_EQ(a.live_blocks(), live);
 }
 
-TEST(ZunStringTest, RandomOperationsAgreeWithAModel) {
+TEST(ZunString, RandomOperationsAgreeWithAModel) {
   std::mt19937 random(20240501);
   const auto below = [&](ZunSizeT limit) { return static_cast<ZunSizeT>(random() % limit); };
   TestAllocator a;

@@ -11,16 +11,9 @@
 
 namespace {
 
-using test::Cut;
-using test::Events;
-using test::Ints;
-using test::One;
-using test::ProbeKind;
-using test::ProbeVectorOps;
-using test::TestAllocator;
-using test::Vec;
+using namespace test;
 
-class ZunVectorOrderTest : public ::testing::Test {
+class ZunVectorOrder : public ::testing::Test {
  protected:
   using Ops = ProbeVectorOps;
   using V = ZunVector_Probe;
@@ -52,14 +45,14 @@ class ZunVectorOrderTest : public ::testing::Test {
   TestAllocator b_;
 };
 
-TEST_F(ZunVectorOrderTest, ClearAndDestructGoFromTheLastToTheFirst) {
+TEST_F(ZunVectorOrder, ClearAndDestructGoFromTheLastToTheFirst) {
   ProbeVec v({1, 2, 3}, a_);
   EXPECT_EQ(EventsOf([&] { Ops::Clear(v); }), (Events{"end 3", "end 2", "end 1"}));
   ProbeVec w({1, 2, 3}, a_);
   EXPECT_EQ(EventsOf([&] { Ops::Destruct(w); }), (Events{"end 3", "end 2", "end 1"}));
 }
 
-TEST_F(ZunVectorOrderTest, FailedConstructionEndsTheCopiesInReverseOrder) {
+TEST_F(ZunVectorOrder, FailedConstructionEndsTheCopiesInReverseOrder) {
   ProbeVec source({1, 2, 3, 4}, a_);
   const One<ProbeKind> one(9);
   V v;
@@ -74,13 +67,13 @@ TEST_F(ZunVectorOrderTest, FailedConstructionEndsTheCopiesInReverseOrder) {
   EXPECT_EQ(a_.live_blocks(), live);
 }
 
-TEST_F(ZunVectorOrderTest, ReserveCopiesThenEndsTheOldOnes) {
+TEST_F(ZunVectorOrder, ReserveCopiesThenEndsTheOldOnes) {
   ProbeVec v({1, 2, 3}, a_);
   EXPECT_EQ(EventsOf([&] { EXPECT_TRUE(Ops::Reserve(v, 4)); }),
             (Events{"copy 1", "copy 2", "copy 3", "end 3", "end 2", "end 1"}));
 }
 
-TEST_F(ZunVectorOrderTest, FailedReserveEndsTheCopiesAndLeavesTheVector) {
+TEST_F(ZunVectorOrder, FailedReserveEndsTheCopiesAndLeavesTheVector) {
   ProbeVec v({1, 2, 3}, a_);
   const V before = *v.get();
   EXPECT_EQ(EventsOfFailing(2, [&] { EXPECT_FALSE(Ops::Reserve(v, 4)); }),
@@ -90,7 +83,7 @@ TEST_F(ZunVectorOrderTest, FailedReserveEndsTheCopiesAndLeavesTheVector) {
   EXPECT_EQ(a_.live_blocks(), 1U);
 }
 
-TEST_F(ZunVectorOrderTest, PushBackRelocatesThenCopies) {
+TEST_F(ZunVectorOrder, PushBackRelocatesThenCopies) {
   ProbeVec v({1, 2}, a_);
   const One<ProbeKind> one(3);
   EXPECT_EQ(EventsOf([&] { EXPECT_TRUE(Ops::PushBack(v, one)); }),
@@ -98,7 +91,7 @@ TEST_F(ZunVectorOrderTest, PushBackRelocatesThenCopies) {
   EXPECT_EQ(EventsOf([&] { EXPECT_TRUE(Ops::PushBack(v, one)); }), Events{"copy 3"});
 }
 
-TEST_F(ZunVectorOrderTest, FailedPushBackKeepsTheSize) {
+TEST_F(ZunVectorOrder, FailedPushBackKeepsTheSize) {
   const One<ProbeKind> one(3);
   for (int n = 0; n < 3; ++n) {
     ProbeVec v({1, 2}, a_);
@@ -108,27 +101,27 @@ TEST_F(ZunVectorOrderTest, FailedPushBackKeepsTheSize) {
   }
 }
 
-TEST_F(ZunVectorOrderTest, AssignInPlaceOverwritesThenEndsTheSurplus) {
+TEST_F(ZunVectorOrder, AssignInPlaceOverwritesThenEndsTheSurplus) {
   ProbeVec v({1, 2, 3, 4}, a_);
   ProbeVec o({7, 8}, a_);
   EXPECT_EQ(EventsOf([&] { EXPECT_NE(Ops::Assign(v, o), nullptr); }),
             (Events{"assign 7 over 1", "assign 8 over 2", "end 4", "end 3"}));
 }
 
-TEST_F(ZunVectorOrderTest, AssignInPlaceOverwritesThenCopiesTheRest) {
+TEST_F(ZunVectorOrder, AssignInPlaceOverwritesThenCopiesTheRest) {
   ProbeVec v({1}, a_, 3);
   ProbeVec o({7, 8, 9}, a_);
   EXPECT_EQ(EventsOf([&] { EXPECT_NE(Ops::Assign(v, o), nullptr); }), (Events{"assign 7 over 1", "copy 8", "copy 9"}));
 }
 
-TEST_F(ZunVectorOrderTest, AssignIntoFreshStorageEndsTheOldOnesFirst) {
+TEST_F(ZunVectorOrder, AssignIntoFreshStorageEndsTheOldOnesFirst) {
   ProbeVec v({1, 2}, a_);
   ProbeVec o({7, 8, 9}, b_);
   EXPECT_EQ(EventsOf([&] { EXPECT_NE(Ops::Assign(v, o), nullptr); }),
             (Events{"end 2", "end 1", "copy 7", "copy 8", "copy 9"}));
 }
 
-TEST_F(ZunVectorOrderTest, FailedAssignKeepsWhatWasDone) {
+TEST_F(ZunVectorOrder, FailedAssignKeepsWhatWasDone) {
   ProbeVec o({7, 8, 9}, b_);
   const Ints within_surplus[] = {{1, 2, 3, 4}, {7, 2, 3, 4}, {7, 8, 3, 4}};
   const Ints within_growing[] = {{1}, {7}, {7, 8}};
@@ -147,7 +140,7 @@ TEST_F(ZunVectorOrderTest, FailedAssignKeepsWhatWasDone) {
   }
 }
 
-TEST_F(ZunVectorOrderTest, EraseMovesDownByAssignment) {
+TEST_F(ZunVectorOrder, EraseMovesDownByAssignment) {
   ProbeVec v({1, 2, 3, 4}, a_);
   EXPECT_EQ(EventsOf([&] { EXPECT_EQ(Ops::Erase(v, v.at(1)), v.at(1)); }),
             (Events{"assign 3 over 2", "assign 4 over 3", "end 4"}));
@@ -159,7 +152,7 @@ TEST_F(ZunVectorOrderTest, EraseMovesDownByAssignment) {
 }
 
 // The vector ends at the destination that failed; what it drops gives its storage back.
-TEST_F(ZunVectorOrderTest, FailedEraseEndsAtTheFailedDestination) {
+TEST_F(ZunVectorOrder, FailedEraseEndsAtTheFailedDestination) {
   const Ints left[] = {{1}, {1, 3}};
   for (int n = 0; n < 2; ++n) {
     ProbeVec v({1, 2, 3, 4}, a_);
@@ -177,12 +170,12 @@ TEST_F(ZunVectorOrderTest, FailedEraseEndsAtTheFailedDestination) {
   }
 }
 
-TEST_F(ZunVectorOrderTest, ResizeDownEndsFromTheLast) {
+TEST_F(ZunVectorOrder, ResizeDownEndsFromTheLast) {
   ProbeVec v({1, 2, 3}, a_);
   EXPECT_EQ(EventsOf([&] { EXPECT_TRUE(Ops::Resize(v, 1, nullptr)); }), (Events{"end 3", "end 2"}));
 }
 
-TEST_F(ZunVectorOrderTest, FailedResizeKeepsTheElementsBuilt) {
+TEST_F(ZunVectorOrder, FailedResizeKeepsTheElementsBuilt) {
   const One<ProbeKind> one(9);
   const Ints left[] = {{1, 2}, {1, 2, 9}, {1, 2, 9, 9}};
   for (int n = 0; n < 3; ++n) {
@@ -196,7 +189,7 @@ TEST_F(ZunVectorOrderTest, FailedResizeKeepsTheElementsBuilt) {
   EXPECT_EQ(full.capacity(), 2U);
 }
 
-TEST_F(ZunVectorOrderTest, InsertIntoNewStorageCopiesHeadValuesAndTail) {
+TEST_F(ZunVectorOrder, InsertIntoNewStorageCopiesHeadValuesAndTail) {
   ProbeVec v({1, 2}, a_);
   ProbeVec more({7, 8}, a_);
   EXPECT_EQ(EventsOf([&] { EXPECT_TRUE(Ops::InsertRange(v, v.at(1), more.at(0), more.at(2))); }),
@@ -204,14 +197,14 @@ TEST_F(ZunVectorOrderTest, InsertIntoNewStorageCopiesHeadValuesAndTail) {
 }
 
 // Insertion in place builds only beyond the old end; everything else is assigned.
-TEST_F(ZunVectorOrderTest, InsertInPlaceBuildsOnlyWhatIsNew) {
+TEST_F(ZunVectorOrder, InsertInPlaceBuildsOnlyWhatIsNew) {
   ProbeVec more({7, 8}, a_);
   ProbeVec v({1, 2, 3, 4}, a_, 6);
   const Events events = EventsOf([&] { EXPECT_TRUE(Ops::InsertRange(v, v.at(1), more.at(0), more.at(2))); });
   EXPECT_EQ(events, (Events{"copy 3", "copy 4", "assign 2 over 4", "assign 7 over 2", "assign 8 over 3"}));
 }
 
-TEST_F(ZunVectorOrderTest, FailedInsertKeepsTheSize) {
+TEST_F(ZunVectorOrder, FailedInsertKeepsTheSize) {
   for (const ZunSizeT capacity : {4U, 10U}) {
     for (ZunSizeT pos = 0; pos <= 4; ++pos) {
       for (int n = 0;; ++n) {
@@ -234,7 +227,7 @@ TEST_F(ZunVectorOrderTest, FailedInsertKeepsTheSize) {
   }
 }
 
-TEST_F(ZunVectorOrderTest, FailedSwapEndsTheCopiesInTheNewBlock) {
+TEST_F(ZunVectorOrder, FailedSwapEndsTheCopiesInTheNewBlock) {
   for (int n = 0; n < 5; ++n) {
     ProbeVec x({1, 2, 3}, a_, 5);
     ProbeVec y({7, 8}, b_);

@@ -13,25 +13,17 @@
 
 namespace {
 
-using test::Cut;
-using test::ForEveryRefusalAfter;
-using test::Inserted;
-using test::Ints;
-using test::IsBare;
-using test::One;
-using test::TestAllocator;
-using test::Vec;
-using test::Without;
+using namespace test;
 
 template <class Kind>
-class ZunVectorRefusalTest : public ::testing::Test {
+class ZunVectorRefusal : public ::testing::Test {
  protected:
   void TearDown() override { EXPECT_TRUE(probes::live.empty()); }
 };
 
-TYPED_TEST_SUITE(ZunVectorRefusalTest, test::VectorKinds, test::VectorKindNames);
+TYPED_TEST_SUITE(ZunVectorRefusal, VectorKinds, VectorKindNames);
 
-TYPED_TEST(ZunVectorRefusalTest, SizeThatOverflowsIsAFailedAllocation) {
+TYPED_TEST(ZunVectorRefusal, SizeThatOverflowsIsAFailedAllocation) {
   USE_VECTOR_KIND;
   TestAllocator a;
   const One<Kind> one(9);
@@ -59,7 +51,7 @@ TYPED_TEST(ZunVectorRefusalTest, SizeThatOverflowsIsAFailedAllocation) {
 }
 
 // The doubled capacity overflows, or the size of its block does, although the new size itself does not.
-TYPED_TEST(ZunVectorRefusalTest, CapacityThatOverflowsIsAFailedAllocation) {
+TYPED_TEST(ZunVectorRefusal, CapacityThatOverflowsIsAFailedAllocation) {
   USE_VECTOR_KIND;
   TestAllocator a;
   a.RefuseAbove(1 << 20);
@@ -79,7 +71,7 @@ TYPED_TEST(ZunVectorRefusalTest, CapacityThatOverflowsIsAFailedAllocation) {
 }
 
 // Every allocation refused, of the vector's storage and of the elements' (the same allocator serves both).
-TYPED_TEST(ZunVectorRefusalTest, RefusedConstructionOwnsNothing) {
+TYPED_TEST(ZunVectorRefusal, RefusedConstructionOwnsNothing) {
   USE_VECTOR_KIND;
   const std::function<V*(V*, V*, ZunAllocator*)> constructors[] = {
       [](V* x, V* o, ZunAllocator* a) { return Ops::ConstructN(x, 4, o->begin + 1, a); },
@@ -103,7 +95,7 @@ TYPED_TEST(ZunVectorRefusalTest, RefusedConstructionOwnsNothing) {
   }
 }
 
-TYPED_TEST(ZunVectorRefusalTest, RefusedReserveOrPushBackLeavesTheElements) {
+TYPED_TEST(ZunVectorRefusal, RefusedReserveOrPushBackLeavesTheElements) {
   USE_VECTOR_KIND;
   ForEveryRefusalAfter([](TestAllocator& a, const std::function<void()>& begin) {
     Vec<Kind> v({1, 2, 3}, a, 3, a);
@@ -126,8 +118,8 @@ TYPED_TEST(ZunVectorRefusalTest, RefusedReserveOrPushBackLeavesTheElements) {
   });
 }
 
-// Size and everything in front of the position stay; what lies behind it may hold other elements' values.
-TYPED_TEST(ZunVectorRefusalTest, RefusedInsertKeepsTheSizeAndTheElementsInFront) {
+// Size and everything in front of the position stay; what comes after it may hold other elements' values.
+TYPED_TEST(ZunVectorRefusal, RefusedInsertKeepsTheSizeAndTheElementsInFront) {
   USE_VECTOR_KIND;
   for (const ZunSizeT capacity : {5U, 6U, 20U}) {
     for (ZunSizeT pos = 0; pos <= 5; ++pos) {
@@ -169,7 +161,7 @@ TYPED_TEST(ZunVectorRefusalTest, RefusedInsertKeepsTheSizeAndTheElementsInFront)
   }
 }
 
-TYPED_TEST(ZunVectorRefusalTest, RefusedAssignKeepsWhatWasDone) {
+TYPED_TEST(ZunVectorRefusal, RefusedAssignKeepsWhatWasDone) {
   USE_VECTOR_KIND;
   for (const ZunSizeT capacity : {3U, 8U}) {
     ForEveryRefusalAfter([&](TestAllocator& a, const std::function<void()>& begin) {
@@ -181,8 +173,8 @@ TYPED_TEST(ZunVectorRefusalTest, RefusedAssignKeepsWhatWasDone) {
       const Ints read = v.numbers();
       if (done) {
         EXPECT_EQ(read, (Ints{5, 6, 7, 8, 9}));
-      } else if (capacity == 8 && !std::is_same_v<Kind, test::PacketKind>) {
-        // In place: a beginning of the new elements, and the old ones behind as long as none was appended.
+      } else if (capacity == 8 && !std::is_same_v<Kind, PacketKind>) {
+        // In place: a beginning of the new elements, and the old ones after them as long as none was appended.
         std::size_t assigned = 0;
         while (assigned < read.size() && read[assigned] == 5 + static_cast<int>(assigned)) ++assigned;
         const Ints old = {0, 2, 3};
@@ -195,7 +187,7 @@ TYPED_TEST(ZunVectorRefusalTest, RefusedAssignKeepsWhatWasDone) {
   }
 }
 
-TYPED_TEST(ZunVectorRefusalTest, RefusedSwapLosesNothingButElements) {
+TYPED_TEST(ZunVectorRefusal, RefusedSwapLosesNothingButElements) {
   USE_VECTOR_KIND;
   for (const bool smaller_first : {false, true}) {
     ForEveryRefusalAfter([&](TestAllocator& a, const std::function<void()>& begin) {
@@ -227,7 +219,7 @@ TYPED_TEST(ZunVectorRefusalTest, RefusedSwapLosesNothingButElements) {
   EXPECT_EQ(y.numbers(), (Ints{7, 8}));
 }
 
-TYPED_TEST(ZunVectorRefusalTest, RefusedResizeKeepsTheElementsBuilt) {
+TYPED_TEST(ZunVectorRefusal, RefusedResizeKeepsTheElementsBuilt) {
   USE_VECTOR_KIND;
   for (const ZunSizeT capacity : {3U, 20U}) {
     ForEveryRefusalAfter([&](TestAllocator& a, const std::function<void()>& begin) {
@@ -246,7 +238,7 @@ TYPED_TEST(ZunVectorRefusalTest, RefusedResizeKeepsTheElementsBuilt) {
 }
 
 // Elements of growing size, so that assigning a later one over an earlier one needs storage.
-TYPED_TEST(ZunVectorRefusalTest, RefusedEraseEndsWhereTheMoveFailed) {
+TYPED_TEST(ZunVectorRefusal, RefusedEraseEndsWhereTheMoveFailed) {
   USE_VECTOR_KIND;
   const Ints before = {0, 3, 4, 5, 1};
   for (ZunSizeT first = 0; first < 4; ++first) {
@@ -273,7 +265,7 @@ TYPED_TEST(ZunVectorRefusalTest, RefusedEraseEndsWhereTheMoveFailed) {
 }
 
 // Allocations fail at random and the vector is used on: nothing is lost or freed twice, every element can be read.
-TYPED_TEST(ZunVectorRefusalTest, RandomRefusalsLeaveAUsableVector) {
+TYPED_TEST(ZunVectorRefusal, RandomRefusalsLeaveAUsableVector) {
   USE_VECTOR_KIND;
   std::mt19937 random(815);
   const auto below = [&](ZunSizeT limit) { return static_cast<ZunSizeT>(random() % limit); };

@@ -13,27 +13,19 @@
 
 namespace {
 
-using test::Cut;
-using test::Events;
-using test::Inserted;
-using test::Ints;
-using test::IsBare;
-using test::One;
-using test::TestAllocator;
-using test::Vec;
-using test::Without;
+using namespace test;
 
 template <class Kind>
-class ZunVectorTest : public ::testing::Test {
+class ZunVector : public ::testing::Test {
  protected:
   void TearDown() override { EXPECT_TRUE(probes::live.empty()); }
 };
 
-TYPED_TEST_SUITE(ZunVectorTest, test::VectorKinds, test::VectorKindNames);
+TYPED_TEST_SUITE(ZunVector, VectorKinds, VectorKindNames);
 
 // ---- construction
 
-TYPED_TEST(ZunVectorTest, DefaultIsEmptyAndOwnsNothing) {
+TYPED_TEST(ZunVector, DefaultIsEmptyAndOwnsNothing) {
   USE_VECTOR_KIND;
   TestAllocator a;
   V v;
@@ -51,7 +43,7 @@ TYPED_TEST(ZunVectorTest, DefaultIsEmptyAndOwnsNothing) {
   EXPECT_EQ(a.calls(), 0U);
 }
 
-TYPED_TEST(ZunVectorTest, ConstructNHasExactlyNCopies) {
+TYPED_TEST(ZunVector, ConstructNHasExactlyNCopies) {
   USE_VECTOR_KIND;
   for (ZunSizeT n = 0; n <= 5; ++n) {
     TestAllocator a;
@@ -68,7 +60,7 @@ TYPED_TEST(ZunVectorTest, ConstructNHasExactlyNCopies) {
   }
 }
 
-TYPED_TEST(ZunVectorTest, ConstructRangeCopiesItExactly) {
+TYPED_TEST(ZunVector, ConstructRangeCopiesItExactly) {
   USE_VECTOR_KIND;
   TestAllocator a;
   TestAllocator other;
@@ -87,7 +79,7 @@ TYPED_TEST(ZunVectorTest, ConstructRangeCopiesItExactly) {
   EXPECT_TRUE(IsBare(*empty.get()));
 }
 
-TYPED_TEST(ZunVectorTest, ConstructCopyTakesTheSourcesAllocatorAndExactStorage) {
+TYPED_TEST(ZunVector, ConstructCopyTakesTheSourcesAllocatorAndExactStorage) {
   USE_VECTOR_KIND;
   TestAllocator a;
   Vec<Kind> source({1, 0, 3}, a, 10);
@@ -98,7 +90,7 @@ TYPED_TEST(ZunVectorTest, ConstructCopyTakesTheSourcesAllocatorAndExactStorage) 
   EXPECT_EQ(copy.capacity(), 3U);
 }
 
-TYPED_TEST(ZunVectorTest, ConstructCopyOfAnEmptyVectorAllocatesNothing) {
+TYPED_TEST(ZunVector, ConstructCopyOfAnEmptyVectorAllocatesNothing) {
   USE_VECTOR_KIND;
   TestAllocator a;
   Vec<Kind> source({}, a, 4);
@@ -110,7 +102,7 @@ TYPED_TEST(ZunVectorTest, ConstructCopyOfAnEmptyVectorAllocatesNothing) {
   EXPECT_EQ(a.calls(), calls);
 }
 
-TYPED_TEST(ZunVectorTest, DestructLeavesItEmptyAndMayBeRepeated) {
+TYPED_TEST(ZunVector, DestructLeavesItEmptyAndMayBeRepeated) {
   USE_VECTOR_KIND;
   TestAllocator a;
   Vec<Kind> v({1, 2, 3}, a, 5);
@@ -125,7 +117,7 @@ TYPED_TEST(ZunVectorTest, DestructLeavesItEmptyAndMayBeRepeated) {
 
 // ---- looking
 
-TYPED_TEST(ZunVectorTest, AccessorsReachEveryElement) {
+TYPED_TEST(ZunVector, AccessorsReachEveryElement) {
   USE_VECTOR_KIND;
   TestAllocator a;
   Vec<Kind> v({4, 5, 6}, a, 7);
@@ -151,7 +143,7 @@ TYPED_TEST(ZunVectorTest, AccessorsReachEveryElement) {
   EXPECT_EQ(Ops::REndConst(c), v->begin);
 }
 
-TYPED_TEST(ZunVectorTest, MaxSizeIsWhat32BitsCanHold) {
+TYPED_TEST(ZunVector, MaxSizeIsWhat32BitsCanHold) {
   USE_VECTOR_KIND;
   EXPECT_EQ(Ops::MaxSize(), 0xFFFFFFFFU / sizeof(E));
   static_assert(std::is_same_v<typename Ops::SizeType, ZunSizeT>);
@@ -159,7 +151,7 @@ TYPED_TEST(ZunVectorTest, MaxSizeIsWhat32BitsCanHold) {
 
 // ---- PushBack, PopBack, Reserve, Clear
 
-TYPED_TEST(ZunVectorTest, PushBackReservesTwoThenDoubles) {
+TYPED_TEST(ZunVector, PushBackReservesTwoThenDoubles) {
   USE_VECTOR_KIND;
   TestAllocator a;
   Vec<Kind> v(a.get());
@@ -173,7 +165,7 @@ TYPED_TEST(ZunVectorTest, PushBackReservesTwoThenDoubles) {
   }
 }
 
-TYPED_TEST(ZunVectorTest, PushBackIntoAFullVectorDoublesItsSize) {
+TYPED_TEST(ZunVector, PushBackIntoAFullVectorDoublesItsSize) {
   USE_VECTOR_KIND;
   TestAllocator a;
   Vec<Kind> v({1, 2, 3}, a);
@@ -183,7 +175,7 @@ TYPED_TEST(ZunVectorTest, PushBackIntoAFullVectorDoublesItsSize) {
   EXPECT_EQ(v.numbers(), (Ints{1, 2, 3, 9}));
 }
 
-TYPED_TEST(ZunVectorTest, PushBackOfAnElementOfItsOwn) {
+TYPED_TEST(ZunVector, PushBackOfAnElementOfItsOwn) {
   USE_VECTOR_KIND;
   TestAllocator a;
   for (const ZunSizeT capacity : {3U, 10U}) {
@@ -195,7 +187,7 @@ TYPED_TEST(ZunVectorTest, PushBackOfAnElementOfItsOwn) {
   }
 }
 
-TYPED_TEST(ZunVectorTest, PopBackEndsTheLastElement) {
+TYPED_TEST(ZunVector, PopBackEndsTheLastElement) {
   USE_VECTOR_KIND;
   TestAllocator a;
   Vec<Kind> v({1, 2, 3}, a, 3, a);
@@ -208,7 +200,7 @@ TYPED_TEST(ZunVectorTest, PopBackEndsTheLastElement) {
   EXPECT_EQ(a.live_blocks(), 1U);
 }
 
-TYPED_TEST(ZunVectorTest, ReserveTakesExactlyWhatIsAsked) {
+TYPED_TEST(ZunVector, ReserveTakesExactlyWhatIsAsked) {
   USE_VECTOR_KIND;
   TestAllocator a;
   Vec<Kind> v(a.get());
@@ -223,7 +215,7 @@ TYPED_TEST(ZunVectorTest, ReserveTakesExactlyWhatIsAsked) {
   EXPECT_EQ(a.live_blocks(), 1U);
 }
 
-TYPED_TEST(ZunVectorTest, ReserveBelowTheCapacityChangesNothing) {
+TYPED_TEST(ZunVector, ReserveBelowTheCapacityChangesNothing) {
   USE_VECTOR_KIND;
   TestAllocator a;
   Vec<Kind> v({1, 2, 3}, a, 5);
@@ -237,7 +229,7 @@ TYPED_TEST(ZunVectorTest, ReserveBelowTheCapacityChangesNothing) {
   EXPECT_EQ(a.calls(), calls);
 }
 
-TYPED_TEST(ZunVectorTest, ClearKeepsTheStorage) {
+TYPED_TEST(ZunVector, ClearKeepsTheStorage) {
   USE_VECTOR_KIND;
   TestAllocator a;
   Vec<Kind> v({1, 2, 3}, a, 4, a);
@@ -251,7 +243,7 @@ TYPED_TEST(ZunVectorTest, ClearKeepsTheStorage) {
 
 // ---- Assign
 
-TYPED_TEST(ZunVectorTest, AssignToItselfChangesNothing) {
+TYPED_TEST(ZunVector, AssignToItselfChangesNothing) {
   USE_VECTOR_KIND;
   TestAllocator a;
   Vec<Kind> v({1, 2}, a, 4);
@@ -264,7 +256,7 @@ TYPED_TEST(ZunVectorTest, AssignToItselfChangesNothing) {
 }
 
 // All sizes of both, and of spare room: within the capacity the storage stays, beyond it it is replaced exactly.
-TYPED_TEST(ZunVectorTest, AssignOfEverySizeOverEverySize) {
+TYPED_TEST(ZunVector, AssignOfEverySizeOverEverySize) {
   USE_VECTOR_KIND;
   TestAllocator a;
   TestAllocator other;
@@ -295,7 +287,7 @@ TYPED_TEST(ZunVectorTest, AssignOfEverySizeOverEverySize) {
   }
 }
 
-TYPED_TEST(ZunVectorTest, RefusedAssignIsEmptyAndWithoutStorage) {
+TYPED_TEST(ZunVector, RefusedAssignIsEmptyAndWithoutStorage) {
   USE_VECTOR_KIND;
   TestAllocator a;
   TestAllocator other;
@@ -313,7 +305,7 @@ TYPED_TEST(ZunVectorTest, RefusedAssignIsEmptyAndWithoutStorage) {
 
 // ---- Swap
 
-TYPED_TEST(ZunVectorTest, SwapWithTheSameAllocatorExchangesStorage) {
+TYPED_TEST(ZunVector, SwapWithTheSameAllocatorExchangesStorage) {
   USE_VECTOR_KIND;
   TestAllocator a;
   Vec<Kind> x({1, 2, 3}, a, 5);
@@ -335,7 +327,7 @@ TYPED_TEST(ZunVectorTest, SwapWithTheSameAllocatorExchangesStorage) {
   EXPECT_TRUE(IsBare(*y.get()));
 }
 
-TYPED_TEST(ZunVectorTest, SwapOfTwoEmptyVectorsChangesNothing) {
+TYPED_TEST(ZunVector, SwapOfTwoEmptyVectorsChangesNothing) {
   USE_VECTOR_KIND;
   TestAllocator a;
   TestAllocator b;
@@ -352,7 +344,7 @@ TYPED_TEST(ZunVectorTest, SwapOfTwoEmptyVectorsChangesNothing) {
 
 // One of the two reuses its storage, the other one's becomes exact; TestAllocator sees to it that each block goes back
 // to the allocator that it came from.
-TYPED_TEST(ZunVectorTest, SwapWithDifferentAllocatorsExchangesContents) {
+TYPED_TEST(ZunVector, SwapWithDifferentAllocatorsExchangesContents) {
   USE_VECTOR_KIND;
   TestAllocator a;
   TestAllocator b;
@@ -381,7 +373,7 @@ TYPED_TEST(ZunVectorTest, SwapWithDifferentAllocatorsExchangesContents) {
 
 // ---- Insert, InsertN, InsertRange
 
-TYPED_TEST(ZunVectorTest, InsertGrowsLikePushBackAndReturnsTheNewElement) {
+TYPED_TEST(ZunVector, InsertGrowsLikePushBackAndReturnsTheNewElement) {
   USE_VECTOR_KIND;
   TestAllocator a;
   const One<Kind> one(9);
@@ -402,7 +394,7 @@ TYPED_TEST(ZunVectorTest, InsertGrowsLikePushBackAndReturnsTheNewElement) {
   }
 }
 
-TYPED_TEST(ZunVectorTest, InsertNAtEveryPosition) {
+TYPED_TEST(ZunVector, InsertNAtEveryPosition) {
   USE_VECTOR_KIND;
   TestAllocator a;
   const One<Kind> one(9);
@@ -423,7 +415,7 @@ TYPED_TEST(ZunVectorTest, InsertNAtEveryPosition) {
   }
 }
 
-TYPED_TEST(ZunVectorTest, InsertRangeAtEveryPosition) {
+TYPED_TEST(ZunVector, InsertRangeAtEveryPosition) {
   USE_VECTOR_KIND;
   TestAllocator a;
   const Ints more = {11, 12, 13, 14, 15, 16};
@@ -445,7 +437,7 @@ TYPED_TEST(ZunVectorTest, InsertRangeAtEveryPosition) {
   }
 }
 
-TYPED_TEST(ZunVectorTest, InsertOfNothingIntoAVectorWithoutStorage) {
+TYPED_TEST(ZunVector, InsertOfNothingIntoAVectorWithoutStorage) {
   USE_VECTOR_KIND;
   TestAllocator a;
   a.RefuseFrom(0);
@@ -458,7 +450,7 @@ TYPED_TEST(ZunVectorTest, InsertOfNothingIntoAVectorWithoutStorage) {
 
 // With and without room, at every position: as if the value, or the range, had been copied first. Where there is room no
 // storage is asked for.
-TYPED_TEST(ZunVectorTest, InsertOfItsOwnElements) {
+TYPED_TEST(ZunVector, InsertOfItsOwnElements) {
   USE_VECTOR_KIND;
   TestAllocator a;
   const Ints before = {1, 2, 3, 4};
@@ -491,7 +483,7 @@ TYPED_TEST(ZunVectorTest, InsertOfItsOwnElements) {
 
 // ---- Erase, EraseRange
 
-TYPED_TEST(ZunVectorTest, EraseAtEveryPositionReturnsThePosition) {
+TYPED_TEST(ZunVector, EraseAtEveryPositionReturnsThePosition) {
   USE_VECTOR_KIND;
   TestAllocator a;
   for (ZunSizeT pos = 0; pos < 4; ++pos) {
@@ -502,7 +494,7 @@ TYPED_TEST(ZunVectorTest, EraseAtEveryPositionReturnsThePosition) {
   }
 }
 
-TYPED_TEST(ZunVectorTest, EraseRangeReturnsTheLastPointerItWasGiven) {
+TYPED_TEST(ZunVector, EraseRangeReturnsTheLastPointerItWasGiven) {
   USE_VECTOR_KIND;
   TestAllocator a;
   for (ZunSizeT first = 0; first <= 5; ++first) {
@@ -518,7 +510,7 @@ TYPED_TEST(ZunVectorTest, EraseRangeReturnsTheLastPointerItWasGiven) {
 
 // ---- Resize
 
-TYPED_TEST(ZunVectorTest, ResizeReservesTheSumOfOldAndNewSize) {
+TYPED_TEST(ZunVector, ResizeReservesTheSumOfOldAndNewSize) {
   USE_VECTOR_KIND;
   TestAllocator a;
   const One<Kind> one(9);
@@ -534,7 +526,7 @@ TYPED_TEST(ZunVectorTest, ResizeReservesTheSumOfOldAndNewSize) {
   EXPECT_EQ(roomy.numbers(), (Ints{1, 9, 9, 9}));
 }
 
-TYPED_TEST(ZunVectorTest, ResizeToLessOrTheSameNeedsNoValue) {
+TYPED_TEST(ZunVector, ResizeToLessOrTheSameNeedsNoValue) {
   USE_VECTOR_KIND;
   TestAllocator a;
   Vec<Kind> v({1, 2, 3}, a, 3, a);
@@ -547,7 +539,7 @@ TYPED_TEST(ZunVectorTest, ResizeToLessOrTheSameNeedsNoValue) {
   EXPECT_EQ(a.live_blocks(), 1U);
 }
 
-TYPED_TEST(ZunVectorTest, ResizeToMoreWithoutAValueChangesNothing) {
+TYPED_TEST(ZunVector, ResizeToMoreWithoutAValueChangesNothing) {
   USE_VECTOR_KIND;
   TestAllocator a;
   Vec<Kind> v({1, 2, 3}, a);
@@ -556,7 +548,7 @@ TYPED_TEST(ZunVectorTest, ResizeToMoreWithoutAValueChangesNothing) {
   EXPECT_EQ(v.capacity(), 3U);
 }
 
-TYPED_TEST(ZunVectorTest, ResizeWithAnElementOfItsOwn) {
+TYPED_TEST(ZunVector, ResizeWithAnElementOfItsOwn) {
   USE_VECTOR_KIND;
   TestAllocator a;
   for (const ZunSizeT capacity : {3U, 20U}) {
@@ -620,7 +612,7 @@ void ExpectWalks(typename It::I first, typename It::I past) {
   static_assert(std::is_same_v<typename It::D, ZunDistanceT>);
 }
 
-TYPED_TEST(ZunVectorTest, IteratorsOfAllFourKindsWalk) {
+TYPED_TEST(ZunVector, IteratorsOfAllFourKindsWalk) {
   USE_VECTOR_KIND;
   TestAllocator a;
   Vec<Kind> up({1, 2, 3, 4}, a, 6);
@@ -637,7 +629,7 @@ TYPED_TEST(ZunVectorTest, IteratorsOfAllFourKindsWalk) {
 
 // ---- random operations against a model
 
-TYPED_TEST(ZunVectorTest, RandomOperationsAgreeWithAModel) {
+TYPED_TEST(ZunVector, RandomOperationsAgreeWithAModel) {
   USE_VECTOR_KIND;
   std::mt19937 random(4711);
   const auto below = [&](ZunSizeT limit) { return static_cast<ZunSizeT>(random() % limit); };

@@ -11,17 +11,14 @@
 
 namespace {
 
-using test::Datagram;
-using test::Hex;
-using test::TestAllocator;
-using test::Text;
+using namespace test;
 using zun::BodyReader;
 
 BodyReader Reader(const Datagram& b, ZunSizeT begin, ZunSizeT end) {
   return BodyReader(zun::BodyIn(b, begin, end, {0, 0}));
 }
 
-TEST(BodyReaderTest, FieldsAreReadInOrderMostSignificantFirst) {
+TEST(BodyReader, FieldsAreReadInOrderMostSignificantFirst) {
   const Datagram b(Hex(R"(
       FF FF                    | in front of the body
       81                       | U8
@@ -67,7 +64,7 @@ ZunSizeT Readable(const Datagram& b, ZunSizeT begin, ZunSizeT end) {
   return begin < limit ? limit - begin : 0;
 }
 
-TEST(BodyReaderTest, ReadThatDoesNotFitStoresAndMovesNothing) {
+TEST(BodyReader, ReadThatDoesNotFitStoresAndMovesNothing) {
   ForEveryExtent([](const Datagram& b, ZunSizeT begin, ZunSizeT end) {
     const ZunSizeT readable = Readable(b, begin, end);
     ZunUint8 u8 = 0xAA;
@@ -104,7 +101,7 @@ TEST(BodyReaderTest, ReadThatDoesNotFitStoresAndMovesNothing) {
 }
 
 // Octets that nobody reads need only lie before the end; what follows them can be read where it is readable.
-TEST(BodyReaderTest, SkipBeforeEndLooksAtTheEndAlone) {
+TEST(BodyReader, SkipBeforeEndLooksAtTheEndAlone) {
   ForEveryExtent([](const Datagram& b, ZunSizeT begin, ZunSizeT end) {
     for (const ZunSizeT count : {ZunSizeT{0}, ZunSizeT{1}, ZunSizeT{3}, ZunSizeT{11}, SIZE_MAX}) {
       BodyReader r = Reader(b, begin, end);
@@ -117,7 +114,7 @@ TEST(BodyReaderTest, SkipBeforeEndLooksAtTheEndAlone) {
 }
 
 // A run of fields is stored as far as it is readable, whether it is compared with the limit once or field by field.
-TEST(BodyReaderTest, FieldsAreStoredUpToTheFirstThatIsNotReadable) {
+TEST(BodyReader, FieldsAreStoredUpToTheFirstThatIsNotReadable) {
   const Datagram b(Hex("01 0203 04050607 08090A0B0C0D0E0F"));
   for (ZunSizeT end = 0; end <= b->size; ++end) {
     BodyReader r = Reader(b, 0, end);
@@ -135,7 +132,7 @@ TEST(BodyReaderTest, FieldsAreStoredUpToTheFirstThatIsNotReadable) {
   }
 }
 
-TEST(BodyReaderTest, ReadAfterAnotherIsBoundedByWhatIsLeft) {
+TEST(BodyReader, ReadAfterAnotherIsBoundedByWhatIsLeft) {
   const Datagram b(Hex("01 02 03 04 05 06"));
   BodyReader r = Reader(b, 1, 5);
   ZunUint8 u8 = 0;
@@ -154,7 +151,7 @@ TEST(BodyReaderTest, ReadAfterAnotherIsBoundedByWhatIsLeft) {
 }
 
 // The end counts as it was given, even where the string is shorter.
-TEST(BodyReaderTest, EndIsTakenAsGiven) {
+TEST(BodyReader, EndIsTakenAsGiven) {
   ForEveryExtent([](const Datagram& b, ZunSizeT begin, ZunSizeT end) {
     const BodyReader r = Reader(b, begin, end);
     EXPECT_EQ(r.AtEnd(), begin == end);
@@ -162,7 +159,7 @@ TEST(BodyReaderTest, EndIsTakenAsGiven) {
   });
 }
 
-TEST(BodyReaderTest, StringsAreCopiedOutOrRefusedWhole) {
+TEST(BodyReader, StringsAreCopiedOutOrRefusedWhole) {
   ForEveryExtent([](const Datagram& b, ZunSizeT begin, ZunSizeT end) {
     const ZunSizeT readable = Readable(b, begin, end);
     for (const ZunSizeT count : {ZunSizeT{0}, ZunSizeT{1}, ZunSizeT{4}, ZunSizeT{10}, SIZE_MAX}) {
@@ -170,19 +167,19 @@ TEST(BodyReaderTest, StringsAreCopiedOutOrRefusedWhole) {
       Text s("before");
       const bool fits = readable >= count && begin <= b->size;
       EXPECT_EQ(r.String(s, count), fits);
-      EXPECT_EQ(s.str(), fits ? test::Str(b).substr(begin, count) : "before");
+      EXPECT_EQ(s.str(), fits ? Str(b).substr(begin, count) : "before");
       EXPECT_EQ(r.Position(), fits ? begin + count : begin);
     }
   });
 }
 
-TEST(BodyReaderTest, StringToEndReachesTheEndOrFails) {
+TEST(BodyReader, StringToEndReachesTheEndOrFails) {
   ForEveryExtent([](const Datagram& b, ZunSizeT begin, ZunSizeT end) {
     BodyReader r = Reader(b, begin, end);
     Text s("before");
     const bool fits = begin <= end && end <= b->size;
     EXPECT_EQ(r.StringToEnd(s), fits);
-    EXPECT_EQ(s.str(), fits ? test::Str(b).substr(begin, end - begin) : "before");
+    EXPECT_EQ(s.str(), fits ? Str(b).substr(begin, end - begin) : "before");
     EXPECT_EQ(r.Position(), fits ? end : begin);
     if (fits) {
       EXPECT_TRUE(r.AtEnd());
@@ -190,7 +187,7 @@ TEST(BodyReaderTest, StringToEndReachesTheEndOrFails) {
   });
 }
 
-TEST(BodyReaderTest, RefusedStringMovesNothing) {
+TEST(BodyReader, RefusedStringMovesNothing) {
   TestAllocator a;
   a.RefuseFrom(0);
   const Datagram b(Hex("01 02 03 04"));
@@ -202,7 +199,7 @@ TEST(BodyReaderTest, RefusedStringMovesNothing) {
   EXPECT_EQ(s.str(), "");
 }
 
-TEST(BodyReaderTest, EmptyBufferHasNothing) {
+TEST(BodyReader, EmptyBufferHasNothing) {
   const Text empty;
   BodyReader r(zun::BodyIn(empty.get(), 0, 0, {0, 0}));
   ZunUint8 u8 = 0;

@@ -10,9 +10,7 @@
 
 namespace {
 
-using test::Hex;
-using test::TestAllocator;
-using test::Text;
+using namespace test;
 using zun::BodyWriter;
 using zun::Output;
 
@@ -39,7 +37,7 @@ bool WriteFields(BodyWriter& w) {
          w.Number(0xFFFFFF1718191A1BU, 5) && w.Octets(octets, 2) && w.Zeros(3);
 }
 
-// A string with room for exactly `room` bytes behind "x...", whose allocator refuses everything from now on.
+// A string with room for exactly `room` bytes after "x...", whose allocator refuses everything from now on.
 struct Cramped {
   explicit Cramped(ZunSizeT room) : text(a.get()) {
     EXPECT_NE(ZunStringAppendN(text, 64, 'x'), nullptr);
@@ -54,7 +52,7 @@ struct Cramped {
   std::string before;
 };
 
-TEST(BodyWriterTest, FieldsAreAppendedMostSignificantFirst) {
+TEST(BodyWriter, FieldsAreAppendedMostSignificantFirst) {
   TestAllocator a;
   Text b("x", a);
   {
@@ -68,7 +66,7 @@ TEST(BodyWriterTest, FieldsAreAppendedMostSignificantFirst) {
   EXPECT_EQ(b->buf[b->size], '\0');
 }
 
-TEST(BodyWriterTest, StringsAndBytesAreAppended) {
+TEST(BodyWriter, StringsAndBytesAreAppended) {
   Text b;
   const Text text(Hex("01 00 02"));
   const Text empty;
@@ -81,7 +79,7 @@ TEST(BodyWriterTest, StringsAndBytesAreAppended) {
   EXPECT_EQ(b.str(), Hex("01 00 02 61 62"));
 }
 
-TEST(BodyWriterTest, WholeLengthIsAskedForOnce) {
+TEST(BodyWriter, WholeLengthIsAskedForOnce) {
   TestAllocator a;
   Text b(a.get());
   {
@@ -102,7 +100,7 @@ TEST(BodyWriterTest, WholeLengthIsAskedForOnce) {
   EXPECT_EQ(b.str(), std::string(1000, '\0'));
 }
 
-TEST(BodyWriterTest, LessThanAskedForMayBeWritten) {
+TEST(BodyWriter, LessThanAskedForMayBeWritten) {
   Text b("x");
   {
     Output out(b);
@@ -122,7 +120,7 @@ TEST(BodyWriterTest, LessThanAskedForMayBeWritten) {
   EXPECT_EQ(b.str(), "x" + Hex("01 02"));
 }
 
-TEST(BodyWriterTest, EmptyLengthOnAFreshStringAllocatesNothing) {
+TEST(BodyWriter, EmptyLengthOnAFreshStringAllocatesNothing) {
   TestAllocator a;
   Text b(a.get());
   {
@@ -135,7 +133,7 @@ TEST(BodyWriterTest, EmptyLengthOnAFreshStringAllocatesNothing) {
 }
 
 // The string takes exactly the bytes that fit, whatever field they cut through.
-TEST(BodyWriterTest, RefusedReservationKeepsEveryByteThatFits) {
+TEST(BodyWriter, RefusedReservationKeepsEveryByteThatFits) {
   for (ZunSizeT room = 0; room < kFieldsSize; ++room) {
     Cramped c(room);
     {
@@ -158,7 +156,7 @@ TEST(BodyWriterTest, RefusedReservationKeepsEveryByteThatFits) {
 }
 
 // A string is one append: it is there whole or not at all.
-TEST(BodyWriterTest, RefusedReservationTakesAStringWholeOrNotAtAll) {
+TEST(BodyWriter, RefusedReservationTakesAStringWholeOrNotAtAll) {
   const Text text("0123456789");
   for (ZunSizeT room = 0; room < 12; ++room) {
     Cramped c(room);
@@ -172,7 +170,7 @@ TEST(BodyWriterTest, RefusedReservationTakesAStringWholeOrNotAtAll) {
 }
 
 // The whole does not fit but the beginning does: growing for single fields is still tried.
-TEST(BodyWriterTest, RefusedReservationStillGrowsForSmallerAppends) {
+TEST(BodyWriter, RefusedReservationStillGrowsForSmallerAppends) {
   TestAllocator a;
   a.RefuseAbove(600);
   Text b(a.get());
@@ -185,7 +183,7 @@ TEST(BodyWriterTest, RefusedReservationStillGrowsForSmallerAppends) {
   EXPECT_EQ(b.str().substr(96), Hex("01 02 03 04"));
 }
 
-TEST(BodyWriterTest, LengthThatOverflowsIsARefusedReservation) {
+TEST(BodyWriter, LengthThatOverflowsIsARefusedReservation) {
   TestAllocator a;
   Text b("x", a);
   {
@@ -198,7 +196,7 @@ TEST(BodyWriterTest, LengthThatOverflowsIsARefusedReservation) {
 
 // ---- a block of the caller's
 
-TEST(BodyWriterTest, ABlockTakesWhatFitsAndNeverMore) {
+TEST(BodyWriter, ABlockTakesWhatFitsAndNeverMore) {
   for (ZunSizeT capacity = 0; capacity <= kFieldsSize + 1; ++capacity) {
     std::string block(capacity + 8, '#');
     Output out(reinterpret_cast<ZunUint8*>(block.data()), capacity);
@@ -214,7 +212,7 @@ TEST(BodyWriterTest, ABlockTakesWhatFitsAndNeverMore) {
   }
 }
 
-TEST(BodyWriterTest, SeveralWritersFillABlockOneAfterTheOther) {
+TEST(BodyWriter, SeveralWritersFillABlockOneAfterTheOther) {
   ZunUint8 block[8] = {};
   Output out(block, sizeof(block));
   for (ZunUint32 i = 1; i <= 2; ++i) {
@@ -224,13 +222,13 @@ TEST(BodyWriterTest, SeveralWritersFillABlockOneAfterTheOther) {
   }
   BodyWriter full(out, 1);
   EXPECT_FALSE(full.U8(1));
-  EXPECT_EQ(test::ToHex(std::string(reinterpret_cast<char*>(block), sizeof(block))), "0000000100000002");
+  EXPECT_EQ(ToHex(std::string(reinterpret_cast<char*>(block), sizeof(block))), "0000000100000002");
 }
 
 // ---- a length function that says too little
 
 // In release builds the write fails; in debug builds it is a failed assertion.
-TEST(BodyWriterTest, MoreThanTheLengthIsNeverWritten) {
+TEST(BodyWriter, MoreThanTheLengthIsNeverWritten) {
   Text b(std::string(64, 'x'));  // so that there is room in the string itself
   ZunStringClear(b);
   const auto overrun = [&] {
@@ -258,31 +256,31 @@ std::string Header(bool pad, ZunUint8 count, ZunRtcpSubpacketType type, ZunSizeT
   return b.str();
 }
 
-TEST(SubpacketHeaderTest, FieldsStandWhereTheyBelong) {
+TEST(SubpacketHeader, FieldsStandWhereTheyBelong) {
   EXPECT_EQ(Header(false, 3, 207, 12), Hex("83 CF 00 02"));
   EXPECT_EQ(Header(true, 3, 207, 12), Hex("A3 CF 00 02"));
   EXPECT_EQ(Header(false, 31, 0, 4), Hex("9F 00 00 00"));
   EXPECT_EQ(Header(false, 0, 200, 262144), Hex("80 C8 FF FF"));
 }
 
-TEST(SubpacketHeaderTest, TypeIsCutTo8Bits) {
+TEST(SubpacketHeader, TypeIsCutTo8Bits) {
   EXPECT_EQ(Header(false, 0, 0x1C9, 8), Hex("80 C9 00 01"));
   EXPECT_EQ(Header(false, 0, -1, 8), Hex("80 FF 00 01"));
 }
 
-TEST(SubpacketHeaderTest, CountAbove31SpillsIntoPaddingAndVersion) {
+TEST(SubpacketHeader, CountAbove31SpillsIntoPaddingAndVersion) {
   EXPECT_EQ(Header(false, 32, 207, 4), Hex("A0 CF 00 00"));
   EXPECT_EQ(Header(false, 64, 207, 4), Hex("C0 CF 00 00"));
   EXPECT_EQ(Header(false, 255, 207, 4), Hex("FF CF 00 00"));
 }
 
-TEST(SubpacketHeaderTest, LengthIsCountedInWordsModulo16Bits) {
+TEST(SubpacketHeader, LengthIsCountedInWordsModulo16Bits) {
   EXPECT_EQ(Header(false, 0, 207, 0), Hex("80 CF FF FF"));
   EXPECT_EQ(Header(false, 0, 207, 7), Hex("80 CF 00 00"));
   EXPECT_EQ(Header(false, 0, 207, 262148), Hex("80 CF 00 00"));
 }
 
-TEST(SubpacketHeaderTest, RefusedAppendKeepsTheBytesBeforeIt) {
+TEST(SubpacketHeader, RefusedAppendKeepsTheBytesBeforeIt) {
   for (ZunSizeT room = 0; room < 4; ++room) {
     Cramped c(room);
     {

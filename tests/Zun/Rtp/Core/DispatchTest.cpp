@@ -13,6 +13,8 @@
 
 namespace {
 
+using namespace test;
+
 using Calls = std::vector<std::string>;
 
 Calls calls;
@@ -75,7 +77,7 @@ struct Level {
 };
 using TestDispatch = zun::Dispatch<Level>;
 
-class DispatchTest : public ::testing::Test {
+class Dispatch : public ::testing::Test {
  protected:
   void SetUp() override {
     calls.clear();
@@ -105,11 +107,11 @@ class DispatchTest : public ::testing::Test {
   }
 
   ZunAllocator* own_allocator_ = nullptr;
-  test::TestAllocator a_;
-  test::TestAllocator b_;
+  TestAllocator a_;
+  TestAllocator b_;
 };
 
-TEST_F(DispatchTest, RowsAreFoundByValue) {
+TEST_F(Dispatch, RowsAreFoundByValue) {
   EXPECT_EQ(Level::RowOf(10).destruct, Recorder<'a'>::Destruct);
   EXPECT_EQ(Level::RowOf(12).destruct, Recorder<'c'>::Destruct);
   EXPECT_EQ(Level::RowOf(10).type, 10);
@@ -117,13 +119,13 @@ TEST_F(DispatchTest, RowsAreFoundByValue) {
   EXPECT_FALSE(table.Has(11));
 }
 
-TEST_F(DispatchTest, ValuesWithoutARowAndEmptyRowsFallToUnknown) {
+TEST_F(Dispatch, ValuesWithoutARowAndEmptyRowsFallToUnknown) {
   for (const ZunInt32 value : {11, 9, 13, 0, -1, 255, INT32_MIN, INT32_MAX}) {
     EXPECT_EQ(&Level::RowOf(value), &unknown_row) << value;
   }
 }
 
-TEST_F(DispatchTest, EqualValuesAndUnknownOnesAreEquivalent) {
+TEST_F(Dispatch, EqualValuesAndUnknownOnesAreEquivalent) {
   EXPECT_TRUE(TestDispatch::AreEquivalent(10, 10));
   EXPECT_TRUE(TestDispatch::AreEquivalent(9, 9));
   EXPECT_TRUE(TestDispatch::AreEquivalent(9, 13));
@@ -134,14 +136,14 @@ TEST_F(DispatchTest, EqualValuesAndUnknownOnesAreEquivalent) {
   EXPECT_TRUE(TestDispatch::AreEquivalent(11, 9)) << "a place without a row is as unknown as any other value";
 }
 
-TEST_F(DispatchTest, OperationsGoToTheRowOfTheObject) {
+TEST_F(Dispatch, OperationsGoToTheRowOfTheObject) {
   ZunRtcpSubpacket p;
   ZunRtcpSubpacket o = Object(12, a_);
   EXPECT_EQ(TestDispatch::ConstructCopy(&p, &o), &p);
   EXPECT_EQ(allocator_asked_for, a_.get());
   EXPECT_EQ(TestDispatch::ConstructCopyAllocator(&p, &o, b_), &p);
   EXPECT_EQ(allocator_asked_for, b_.get());
-  test::Text written;
+  Text written;
   zun::Output out(written);
   EXPECT_TRUE(TestDispatch::Write(&o, out, false));
   EXPECT_TRUE(TestDispatch::Write(&o, out, true));
@@ -151,7 +153,7 @@ TEST_F(DispatchTest, OperationsGoToTheRowOfTheObject) {
   EXPECT_EQ(Taken(), (Calls{"c copies", "c copies", "c writes", "c writes with pad", "c destructs"}));
 }
 
-TEST_F(DispatchTest, AssignWithinAKindIsInPlace) {
+TEST_F(Dispatch, AssignWithinAKindIsInPlace) {
   ZunRtcpSubpacket p = Object(10, a_);
   ZunRtcpSubpacket o = Object(10, b_);
   EXPECT_EQ(TestDispatch::Assign(&p, &o), &p);
@@ -166,7 +168,7 @@ TEST_F(DispatchTest, AssignWithinAKindIsInPlace) {
   EXPECT_EQ(Taken(), Calls{"a assigns"}) << "the object stays constructed";
 }
 
-TEST_F(DispatchTest, AssignAcrossKindsRebuildsWithTheDestinationsAllocator) {
+TEST_F(Dispatch, AssignAcrossKindsRebuildsWithTheDestinationsAllocator) {
   ZunRtcpSubpacket p = Object(10, a_);
   ZunRtcpSubpacket o = Object(12, b_);
   EXPECT_EQ(TestDispatch::Assign(&p, &o), &p);
@@ -175,14 +177,14 @@ TEST_F(DispatchTest, AssignAcrossKindsRebuildsWithTheDestinationsAllocator) {
   EXPECT_EQ(p.unk.type, 12);
 }
 
-TEST_F(DispatchTest, AssignOverAnObjectWithoutAllocatorTakesTheSources) {
+TEST_F(Dispatch, AssignOverAnObjectWithoutAllocatorTakesTheSources) {
   ZunRtcpSubpacket p = Object(10, nullptr);
   ZunRtcpSubpacket o = Object(12, b_);
   EXPECT_EQ(TestDispatch::Assign(&p, &o), &p);
   EXPECT_EQ(allocator_asked_for, b_.get());
 }
 
-TEST_F(DispatchTest, FailedRebuildLeavesAnEmptyUnknown) {
+TEST_F(Dispatch, FailedRebuildLeavesAnEmptyUnknown) {
   ZunRtcpSubpacket p = Object(10, a_);
   ZunRtcpSubpacket o = Object(12, b_);
   fails = true;
@@ -192,7 +194,7 @@ TEST_F(DispatchTest, FailedRebuildLeavesAnEmptyUnknown) {
   EXPECT_EQ(p.unk.data.allocator, a_.get());
 }
 
-TEST_F(DispatchTest, ReadWithinAKindIsInPlace) {
+TEST_F(Dispatch, ReadWithinAKindIsInPlace) {
   ZunRtcpSubpacket p = Object(12, a_);
   EXPECT_EQ(Read(12, &p), true);
   EXPECT_EQ(Taken(), Calls{"c is read over"});
@@ -204,7 +206,7 @@ TEST_F(DispatchTest, ReadWithinAKindIsInPlace) {
   EXPECT_EQ(Taken(), Calls{"c is read over"});
 }
 
-TEST_F(DispatchTest, ReadOfAnotherKindRebuildsWithTheAllocatorGiven) {
+TEST_F(Dispatch, ReadOfAnotherKindRebuildsWithTheAllocatorGiven) {
   ZunRtcpSubpacket p = Object(10, a_);
   EXPECT_EQ(Read(12, &p), true);
   EXPECT_EQ(Taken(), (Calls{"a destructs", "c is read anew"}));
