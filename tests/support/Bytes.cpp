@@ -34,6 +34,18 @@ std::string ToHex(const std::string& bytes) {
   return text;
 }
 
+std::string Subpacket(int type, int count, const std::string& body) {
+  EXPECT_EQ(body.size() % 4, 0U);
+  const std::size_t words = body.size() / 4;
+  const std::string header = {static_cast<char>(0x80 | count), static_cast<char>(type), static_cast<char>(words >> 8),
+                              static_cast<char>(words & 0xFF)};
+  return header + body;
+}
+
+std::string Psfb(int fmt, const std::string& fci) { return Subpacket(206, fmt, Hex("01020304 11121314") + fci); }
+
+std::string Afb(const std::string& fci) { return Psfb(15, fci); }
+
 Text::Text(const std::string& bytes, ZunAllocator* a) {
   ZunStringConstructDefault(&string_, a);
   EXPECT_NE(ZunStringAppendCStrLen(&string_, bytes.data(), bytes.size()), nullptr);
@@ -58,12 +70,12 @@ std::string Written(const ZunRtcpSubpacket& sp) {
 
 Parsed::Parsed(const std::string& bytes, ZunAllocator* a) : ok(false) {
   ZunRtcpPacketConstructDefault(&packet, a);
-  ok = Again(bytes);
+  ok = Read(bytes);
 }
 
 Parsed::~Parsed() { ZunRtcpPacketDestruct(&packet); }
 
-bool Parsed::Again(const std::string& bytes) {
+bool Parsed::Read(const std::string& bytes) {
   const Datagram datagram(bytes);
   return ZunRtcpPacketParseNetworkPacket(&packet, datagram) != 0;
 }
@@ -76,7 +88,7 @@ const ZunRtcpSubpacket& Parsed::operator[](ZunSizeT n) const {
   return sp != nullptr ? *sp : nothing;
 }
 
-std::string Parsed::Rewritten() const {
+std::string Parsed::bytes() const {
   Text out;
   return ZunRtcpPacketGetNetworkPacket(&packet, out) ? out.str() : std::string();
 }

@@ -1,4 +1,4 @@
-// Bytes in tests: written as hex, held flush, and owned strings and packets that end themselves.
+// Bytes in tests: written as hex, held flush, in owned strings and owned packets.
 #ifndef TESTS_SUPPORT_BYTES_H
 #define TESTS_SUPPORT_BYTES_H
 
@@ -15,6 +15,16 @@ std::string Hex(const std::string& text);
 
 // The bytes as hex digits, for messages.
 std::string ToHex(const std::string& bytes);
+
+// The wire form of one subpacket: the common header, whose length field is that of `body`, and `body`, which must be whole
+// words.
+std::string Subpacket(int type, int count, const std::string& body);
+
+// A feedback message of type 206 with this FMT, or with FMT 15, from kSender about kSource.
+inline constexpr ZunRtpSourceId kSender = 0x01020304;
+inline constexpr ZunRtpSourceId kSource = 0x11121314;
+std::string Psfb(int fmt, const std::string& fci);
+std::string Afb(const std::string& fci);
 
 // An owned ZunString.
 class Text {
@@ -62,10 +72,10 @@ struct Parsed {
   Parsed(const Parsed&) = delete;
   Parsed& operator=(const Parsed&) = delete;
 
-  bool Again(const std::string& bytes);  // parses in place
+  bool Read(const std::string& bytes);  // over what it holds
   const ZunRtcpSubpacket& operator[](ZunSizeT n) const;
   ZunSizeT count() const { return ZunRtcpPacketGetSubpacketCount(&packet); }
-  std::string Rewritten() const;  // empty when it cannot be written
+  std::string bytes() const;  // what it writes; empty when it cannot be written
 
   ZunRtcpPacket packet;
   bool ok;

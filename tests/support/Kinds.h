@@ -1,96 +1,210 @@
-// What the tests of all kinds of subpackets do alike.
+// What the tests of all kinds of subpackets do alike: the rows of all kinds, objects that are read, written and
+// destructed through their row, and the places at which a wire form can be cut.
 #ifndef TESTS_SUPPORT_KINDS_H
 #define TESTS_SUPPORT_KINDS_H
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
+#include <vector>
 
+#include "Zun/Rtp/ZunRtcpPacket.h"
 #include "tests/support/Bytes.h"
 #include "tests/support/TestAllocator.h"
 
 namespace test {
 
-// An object of one kind inside the storage of a subpacket, default-constructed at first and destructed at last.
-template <class Kind, Kind* (*ConstructDefault)(Kind*, ZunAllocator*), void (*Destruct)(Kind*)>
-class Built {
- public:
-  explicit Built(ZunAllocator* a = ZunAllocatorGetSystem()) { EXPECT_NE(ConstructDefault(get(), a), nullptr); }
-  ~Built() { Destruct(get()); }
-  Built(const Built&) = delete;
-  Built& operator=(const Built&) = delete;
+// What a kind is told by: the packet type, or the type of a message in one of the three envelopes.
+enum class Level { kSubpacket, kRtpfb, kPsfb, kAfb };
 
-  Kind* get() { return reinterpret_cast<Kind*>(&storage_); }
-  const Kind* get() const { return reinterpret_cast<const Kind*>(&storage_); }
-  Kind* operator->() { return get(); }
-  operator Kind*() { return get(); }
-  operator const Kind*() const { return get(); }
-  ZunRtcpSubpacket* sp() { return &storage_; }
-  const ZunRtcpSubpacket* sp() const { return &storage_; }
-
- private:
-  ZunRtcpSubpacket storage_;
+// A kind: the value that it is told by, the name of its type and its eight public operations.
+struct Row {
+  Level level;
+  ZunInt32 value;
+  const char* kind;
+  ZunRtcpSubpacket* (*construct_copy_allocator)(ZunRtcpSubpacket* p, const ZunRtcpSubpacket* o, ZunAllocator* a);
+  void (*destruct)(ZunRtcpSubpacket* p);
+  ZunRtcpSubpacket* (*assign)(ZunRtcpSubpacket* p, const ZunRtcpSubpacket* o);
+  ZunAllocator* (*get_allocator)(ZunRtcpSubpacket* p);
+  ZunBool (*write_packet)(const ZunRtcpSubpacket* p, ZunString* b, ZunBool pad);
+  ZunSizeT (*get_packet_length)(const ZunRtcpSubpacket* p);
+  ZunBool (*construct_from_buffer)(ZunRtcpSubpacket* p, const ZunString* b, ZunSizeT begin, ZunSizeT end,
+                                   ZunRtcpSubpacketType pt, ZunUint8 count, ZunAllocator* a);
+  ZunBool (*assign_from_buffer)(ZunRtcpSubpacket* p, const ZunString* b, ZunSizeT begin, ZunSizeT end,
+                                ZunRtcpSubpacketType pt, ZunUint8 count);
 };
 
-using WriteFunction = ZunBool (*)(const ZunRtcpSubpacket* p, ZunString* b, ZunBool pad);
-using ReadFunction = ZunBool (*)(ZunRtcpSubpacket* p, const ZunString* b, ZunSizeT begin, ZunSizeT end,
-                                 ZunRtcpSubpacketType pt, ZunUint8 count);
+// The row of each kind: kRowOf<ZunRtcpRtpfbNack>. A kind has one as soon as a list of kinds holds it.
+template <class Kind>
+extern const Row kRowOf;
 
-// Reads the body of `packet`, header included, into `sp`, which must be of the reader's kind. `beyond` bytes that
-// the string does not hold are announced to follow.
-inline bool Read(ReadFunction read, ZunRtcpSubpacket* sp, const std::string& packet, ZunSizeT beyond = 0) {
-  const Datagram datagram(packet);
-  const auto pt = static_cast<unsigned char>(packet[1]);
-  return read(sp, datagram, 4, packet.size() + beyond, pt, static_cast<ZunUint8>(packet[0] & 0x1F)) != 0;
-}
+#define TEST_DEFINE_ROW(level, value, Kind)                          \
+  template <>                                                        \
+  inline constexpr Row kRowOf<Kind> = {level,                        \
+                                       value,                        \
+                                       #Kind,                        \
+                                       Kind##ConstructCopyAllocator, \
+                                       Kind##DestructWrap,           \
+                                       Kind##AssignWrap,             \
+                                       Kind##GetAllocatorWrap,       \
+                                       Kind##WritePacket,            \
+                                       Kind##GetPacketLength,        \
+                                       Kind##ConstructFromBuffer,    \
+                                       Kind##AssignFromBuffer};
+#define TEST_DEFINE_SUBPACKET_ROW(value, Kind, member, Getter) TEST_DEFINE_ROW(Level::kSubpacket, value, Kind)
+#define TEST_DEFINE_RTPFB_ROW(value, Kind, member, Getter) TEST_DEFINE_ROW(Level::kRtpfb, value, Kind)
+#define TEST_DEFINE_PSFB_ROW(value, Kind, member, Getter) TEST_DEFINE_ROW(Level::kPsfb, value, Kind)
+#define TEST_DEFINE_AFB_ROW(value, Kind, member, Getter) TEST_DEFINE_ROW(Level::kAfb, value, Kind)
 
-// What `write` appends to an empty string; empty, with a test failure, when it fails.
-inline std::string Append(WriteFunction write, const ZunRtcpSubpacket* sp, bool pad = false) {
-  Text out;
-  const bool written = write(sp, out, pad) != 0;
-  EXPECT_TRUE(written);
-  return written ? out.str() : std::string();
-}
+ZUN_RTCPSUBPACKET_KINDS(TEST_DEFINE_SUBPACKET_ROW)
+ZUN_RTCPRTPFB_KINDS(TEST_DEFINE_RTPFB_ROW)
+ZUN_RTCPPSFB_KINDS(TEST_DEFINE_PSFB_ROW)
+ZUN_RTCPPSFBAFB_KINDS(TEST_DEFINE_AFB_ROW)
+TEST_DEFINE_ROW(Level::kSubpacket, ZUN_RTCPSUBPACKET_TYPE_Unknown, ZunRtcpUnknown)
+TEST_DEFINE_ROW(Level::kRtpfb, ZUN_RTCPRTPFB_TYPE_Unknown, ZunRtcpRtpfbUnknown)
+TEST_DEFINE_ROW(Level::kPsfb, ZUN_RTCPPSFB_TYPE_Unknown, ZunRtcpPsfbUnknown)
+TEST_DEFINE_ROW(Level::kAfb, ZUN_RTCPPSFBAFB_TYPE_Unknown, ZunRtcpPsfbAfbUnknown)
 
-// Writes `sp`, whose wire form is `whole`, into strings that are refused an allocation or room: what they hold then
-// must be the first bytes of the wire form. Into a string that has held it before, writing must allocate nothing.
-inline void ExpectSafeWriting(WriteFunction write, const ZunRtcpSubpacket* sp, const std::string& whole) {
-  const auto expect_prefix = [&](TestAllocator& allocator) {
-    Text out(allocator.get());
-    const bool written = write(sp, out, 0) != 0;
-    EXPECT_EQ(out.str(), whole.substr(0, out->size));
-    EXPECT_EQ(written, out->size == whole.size());
-  };
-  ForEveryRefusal(expect_prefix);
-  for (std::size_t room = 0; room <= whole.size() + 1; ++room) {
-    SCOPED_TRACE(room);
-    TestAllocator cramped;
-    cramped.RefuseAbove(room);
-    expect_prefix(cramped);
+// All of them, envelopes included.
+const std::vector<const Row*>& AllRows();
+
+// The row of the envelope that holds messages of this kind; null for a kind of the first level.
+const Row* EnvelopeOf(const Row& row);
+
+// The value that `sp` is told by at that level.
+ZunInt32 ValueAt(Level level, const ZunRtcpSubpacket& sp);
+
+// Whether `sp` is of this kind, or is an envelope with a message of this kind, as its values tell.
+bool IsOfKind(const Row& row, const ZunRtcpSubpacket& sp);
+
+// Whether the value has no row at that level.
+bool IsUnknown(Level level, ZunInt32 value);
+
+// The first value from `from` on that has no row at that level.
+ZunInt32 UnassignedValue(Level level, ZunInt32 from);
+
+// Where the body begins in the wire form of one subpacket.
+inline constexpr ZunSizeT kBodyBegin = 4;
+
+inline ZunRtcpSubpacketType PacketTypeOf(const std::string& wire) { return static_cast<unsigned char>(wire[1]); }
+inline ZunUint8 CountOf(const std::string& wire) { return static_cast<unsigned char>(wire[0]) & 0x1F; }
+
+// What the row writes of a subpacket. It must be written, and as long as was announced.
+std::string Bytes(const Row& row, const ZunRtcpSubpacket& sp, bool pad = false);
+
+// All that can be seen of a subpacket: what it writes, and the length that it announces. Unlike the bytes alone it may
+// be asked of one that cannot be written, or is written in another length than it announces.
+std::string Seen(const Row& row, const ZunRtcpSubpacket& sp);
+
+// How a wire form is given to a reader: so many bytes that the string does not hold are said to follow, and the
+// string has this allocator.
+struct Reading {
+  ZunSizeT beyond = 0;
+  ZunAllocator* buffer_allocator = ZunAllocatorGetSystem();
+};
+
+// A subpacket that is read, written and destructed through its row. It is owned: destructed with this object, twice,
+// as the second time must do nothing.
+class Owned {
+ public:
+  ~Owned() {
+    row_.destruct(&sp_);
+    row_.destruct(&sp_);
+  }
+  Owned(const Owned&) = delete;
+  Owned& operator=(const Owned&) = delete;
+
+  // Reads over what it holds.
+  bool Read(const std::string& wire, Reading how = {});
+
+  std::string bytes(bool pad = false) const { return Bytes(row_, sp_, pad); }
+  std::string seen() const { return Seen(row_, sp_); }
+  ZunAllocator* allocator() { return row_.get_allocator(&sp_); }
+  const Row& row() const { return row_; }
+  ZunRtcpSubpacket* sp() { return &sp_; }
+  const ZunRtcpSubpacket* sp() const { return &sp_; }
+
+ protected:
+  explicit Owned(const Row& row) : row_(row) {}
+
+ private:
+  const Row& row_;
+  ZunRtcpSubpacket sp_;
+};
+
+// A subpacket that its row reads from a wire form.
+class Received : public Owned {
+ public:
+  Received(const Row& row, const std::string& wire, ZunAllocator* a = ZunAllocatorGetSystem(), Reading how = {});
+
+  bool ok;  // whether it was read
+};
+
+// An object of one kind, default-constructed at first:
+//   using Nack = TEST_OBJECT(ZunRtcpRtpfbNack);
+template <class Kind, Kind* (*ConstructDefault)(Kind*, ZunAllocator*)>
+class Object : public Owned {
+ public:
+  explicit Object(ZunAllocator* a = ZunAllocatorGetSystem()) : Owned(kRowOf<Kind>) {
+    EXPECT_EQ(ConstructDefault(get(), a), get());
   }
 
-  TestAllocator allocator;
-  Text out(allocator.get());
-  EXPECT_TRUE(write(sp, out, 0));
-  const std::size_t calls = allocator.calls();
-  ZunStringClear(out);
-  EXPECT_TRUE(write(sp, out, 0));
-  EXPECT_EQ(ToHex(out.str()), ToHex(whole));
-  EXPECT_EQ(allocator.calls(), calls);
+  Kind* get() { return reinterpret_cast<Kind*>(sp()); }
+  const Kind* get() const { return reinterpret_cast<const Kind*>(sp()); }
+  Kind* operator->() { return get(); }
+  const Kind* operator->() const { return get(); }
+  operator Kind*() { return get(); }
+  operator const Kind*() const { return get(); }
+};
+#define TEST_OBJECT(Kind) test::Object<Kind, Kind##ConstructDefault>
+
+// A part of a message that may own memory, such as an item or a list: default-constructed at first, and owned.
+//   using Item = TEST_PART(ZunRtcpSdesItem);
+template <class Value, Value* (*ConstructDefault)(Value*, ZunAllocator*), void (*Destruct)(Value*)>
+class Part {
+ public:
+  explicit Part(ZunAllocator* a = ZunAllocatorGetSystem()) { EXPECT_EQ(ConstructDefault(&value_, a), &value_); }
+  ~Part() {
+    Destruct(&value_);
+    Destruct(&value_);
+  }
+  Part(const Part&) = delete;
+  Part& operator=(const Part&) = delete;
+
+  Value* get() { return &value_; }
+  const Value* get() const { return &value_; }
+  Value* operator->() { return &value_; }
+  const Value* operator->() const { return &value_; }
+  operator Value*() { return &value_; }
+  operator const Value*() const { return &value_; }
+
+ private:
+  Value value_;
+};
+#define TEST_PART(Value) test::Part<Value, Value##ConstructDefault, Value##Destruct>
+
+// Gives a message the SSRCs that most samples have.
+template <class Message>
+void SetSsrcs(Message& p) {
+  p->sender = kSender;
+  p->source = kSource;
 }
 
-// Parses `first` and then `second` into one packet object, which must then be what parsing `second` gives.
-inline void ExpectReadAgain(const std::string& first, const std::string& second) {
-  TestAllocator allocator;
-  Parsed used(first, allocator);
-  ASSERT_TRUE(used.ok);
-  const std::size_t calls = allocator.calls();
-  ASSERT_TRUE(used.Again(second));
-  EXPECT_EQ(ToHex(used.Rewritten()), ToHex(Parsed(second).Rewritten()));
-  if (first.size() >= second.size()) {
-    EXPECT_EQ(allocator.calls(), calls) << "there was storage for this";
-  }
+// A message seen as the subpacket that the operations of a row take.
+template <class Kind>
+ZunRtcpSubpacket* AsSubpacket(Kind* p) {
+  return reinterpret_cast<ZunRtcpSubpacket*>(p);
 }
+template <class Kind>
+const ZunRtcpSubpacket* AsSubpacket(const Kind* p) {
+  return reinterpret_cast<const ZunRtcpSubpacket*>(p);
+}
+
+// Reads each beginning of the body, `size` bytes long, that lies on a heap block of exactly its size: once with the
+// body ending there, once with it ending where the whole one would.
+void ForEveryCut(const Row& row, const std::string& wire,
+                 const std::function<void(const Received& p, ZunSizeT size, bool end_is_beyond)>& check);
 
 }  // namespace test
 

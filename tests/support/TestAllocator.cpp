@@ -31,32 +31,31 @@ bool IsGuard(const unsigned char* bytes, std::size_t count) {
 }  // namespace
 
 TestAllocator::TestAllocator()
-    : allocator_{Allocate, Deallocate, SIZE_MAX, this}, refuse_first_(kNever), refuse_last_(kNever), largest_(kNever) {}
+    : allocator_{Allocate, Deallocate, SIZE_MAX, this}, refused_from_(kNever), largest_(kNever) {}
 
 TestAllocator::~TestAllocator() {
   EXPECT_EQ(live_blocks_, 0U) << "blocks were not given back";
   EXPECT_EQ(live_bytes_, 0U);
 }
 
-void TestAllocator::RefuseOnce(std::size_t n) {
-  refuse_first_ = allocations_ + n;
-  refuse_last_ = refuse_first_;
+void TestAllocator::RefuseThese(const std::set<std::size_t>& numbers) {
+  RefuseNothing();
+  for (const std::size_t n : numbers) refused_numbers_.insert(allocations_ + n);
 }
 
 void TestAllocator::RefuseFrom(std::size_t n) {
-  refuse_first_ = allocations_ + n;
-  refuse_last_ = kNever;
+  RefuseNothing();
+  refused_from_ = allocations_ + n;
 }
 
 void TestAllocator::RefuseNothing() {
-  refuse_first_ = kNever;
-  refuse_last_ = kNever;
+  refused_numbers_.clear();
+  refused_from_ = kNever;
   largest_ = kNever;
 }
 
 bool TestAllocator::IsRefused(std::size_t number, std::size_t size) const {
-  return (number >= refuse_first_ && number <= refuse_last_ && number != kNever) || size > largest_ ||
-         size > kNever / 2;
+  return number >= refused_from_ || refused_numbers_.count(number) != 0 || size > largest_ || size > kNever / 2;
 }
 
 ZunVoidPtr TestAllocator::Allocate(ZunAllocator* a, ZunSizeT size) {
@@ -87,7 +86,7 @@ void TestAllocator::Deallocate(ZunAllocator* a, ZunVoidPtr block, ZunSizeT size)
   const auto* const prefix = reinterpret_cast<const Prefix*>(raw);
   ASSERT_EQ(prefix->size, size) << "a block was given back with another size than was asked for";
   EXPECT_TRUE(IsGuard(prefix->guard, sizeof(prefix->guard))) << "bytes in front of a block were written";
-  EXPECT_TRUE(IsGuard(raw + sizeof(Prefix) + size, kGuardSize)) << "bytes behind a block were written";
+  EXPECT_TRUE(IsGuard(raw + sizeof(Prefix) + size, kGuardSize)) << "bytes after a block were written";
   --self->live_blocks_;
   self->live_bytes_ -= size;
   std::memset(raw, 0xDD, sizeof(Prefix) + size + kGuardSize);
@@ -107,7 +106,7 @@ std::size_t ForEveryRefusalAfter(
     bool met = false;
     for (const bool for_ever : {false, true}) {
       TestAllocator refusing;
-      SCOPED_TRACE(::testing::Message() << "allocation " << n << (for_ever ? " and all behind it" : "") << " refused");
+      SCOPED_TRACE(::testing::Message() << "allocation " << n << (for_ever ? " and all after it" : "") << " refused");
       scenario(refusing, [&] { for_ever ? refusing.RefuseFrom(n) : refusing.RefuseOnce(n); });
       met = met || refusing.refused() > 0;
     }

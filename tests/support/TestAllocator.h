@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <set>
 
 #include "Zun/Utils/ZunAllocator.h"
 
@@ -30,8 +31,10 @@ class TestAllocator {
   std::size_t calls() const { return allocations_ + deallocations_; }
   std::size_t refused() const { return refused_; }
 
-  // Refuses the allocation number `n` from now on (0 is the next one), or that one and all behind it.
-  void RefuseOnce(std::size_t n);
+  // Refuses the allocation number `n` from now on (0 is the next one), those of these numbers, or number `n` and all
+  // after it.
+  void RefuseOnce(std::size_t n) { RefuseThese({n}); }
+  void RefuseThese(const std::set<std::size_t>& numbers);
   void RefuseFrom(std::size_t n);
   void RefuseNothing();
   // Refuses every block of more than `size` bytes.
@@ -49,8 +52,8 @@ class TestAllocator {
   std::size_t allocations_ = 0;
   std::size_t deallocations_ = 0;
   std::size_t refused_ = 0;
-  std::size_t refuse_first_;
-  std::size_t refuse_last_;
+  std::set<std::size_t> refused_numbers_;
+  std::size_t refused_from_;
   std::size_t largest_;
 };
 

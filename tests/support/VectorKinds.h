@@ -1,5 +1,5 @@
 // The elements that vector tests are run on: plain ones, ones that own memory, and one that records what is done to it
-// and in which order; and vectors of them that end themselves.
+// and in which order; and owned vectors of them.
 #ifndef TESTS_SUPPORT_VECTORKINDS_H
 #define TESTS_SUPPORT_VECTORKINDS_H
 
@@ -98,7 +98,7 @@ struct SubpacketKind {
     if (number != 0) bytes = std::string(4U * static_cast<unsigned>(1 + number % 3), static_cast<char>(number));
     if (number != 0) bytes[1] = static_cast<char>(number >> 8);
     const Text data(bytes);
-    ASSERT_NE(ZunRtcpUnknownConstructFull(&e->unk, 207, static_cast<ZunUint8>(number % 32), data.get(), a), nullptr);
+    ASSERT_NE(ZunRtcpUnknownConstructFull(&e->unk, 100, static_cast<ZunUint8>(number % 32), data.get(), a), nullptr);
   }
   static int Number(const E* e) {
     const ZunString* const data = ZunRtcpUnknownGetData(&e->unk);
@@ -154,7 +154,7 @@ struct ProbeKind {
   static void End(E* e) { probes::live.erase(e); }
 };
 
-// An element that ends itself.
+// An owned element.
 template <class Kind>
 class One {
  public:
@@ -168,7 +168,7 @@ class One {
   typename Kind::E e_;
 };
 
-// A vector that ends itself, with elements of another allocator than its own unless told otherwise.
+// An owned vector, with elements of another allocator than its own unless told otherwise.
 template <class Kind>
 class Vec {
  public:

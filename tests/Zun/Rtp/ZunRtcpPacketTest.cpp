@@ -8,35 +8,26 @@
 #include <string>
 #include <vector>
 
-#include "tests/support/Bytes.h"
 #include "tests/support/LogCapture.h"
-#include "tests/support/TestAllocator.h"
+#include "tests/support/Samples.h"
 
 namespace {
 
-using test::Datagram;
-using test::ForEveryRefusal;
-using test::ForEveryRefusalAfter;
-using test::Hex;
-using test::LogCapture;
-using test::Str;
-using test::TestAllocator;
-using test::Text;
+using namespace test;
 
 using Subpackets = ZunVector_ZunRtcpSubpacket;
 
-// The wire form of a subpacket of a type that the library does not model: `words` words, all of the byte `fill`.
+// The wire form of a subpacket of a type that the library does not model: `words` words, all of the byte `fill`. The
+// types that are used here are none that RTCP can have, or reserved: no kind will ever have them.
 std::string Wire(int type, std::size_t words, char fill = 'd', int subtype = 3) {
-  std::string wire = {static_cast<char>(0x80 | subtype), static_cast<char>(type), static_cast<char>(words >> 8),
-                      static_cast<char>(words)};
-  return wire + std::string(4 * words, fill);
+  return Subpacket(type, subtype, std::string(4 * words, fill));
 }
 
-const std::string kFirst = Wire(207, 2, 'a');
+const std::string kFirst = Wire(100, 2, 'a');
 const std::string kSecond = Wire(192, 0);
 const std::string kThird = Wire(255, 5, 'c', 31);
 
-// A subpacket of such a type that ends itself.
+// An owned subpacket of such a type.
 struct Unknown {
   Unknown(ZunRtcpSubpacketType type, std::size_t words, char fill, ZunAllocator* a = ZunAllocatorGetSystem()) {
     const Text data(std::string(4 * words, fill));
@@ -50,7 +41,7 @@ struct Unknown {
   ZunRtcpSubpacket sp;
 };
 
-// A packet that ends itself.
+// An owned packet.
 struct Packet {
   explicit Packet(ZunAllocator* a = ZunAllocatorGetSystem()) { ZunRtcpPacketConstructDefault(&p, a); }
   Packet(const std::string& bytes, ZunAllocator* a) : Packet(a) { EXPECT_TRUE(Parse(bytes)); }
@@ -82,7 +73,7 @@ struct Packet {
 
 // ---- construction
 
-TEST(ZunRtcpPacketTest, DefaultIsEmptyAndWithoutStorage) {
+TEST(ZunRtcpPacket, DefaultIsEmptyAndWithoutStorage) {
   TestAllocator a;
   ZunRtcpPacket p;
   EXPECT_EQ(ZunRtcpPacketConstructDefault(&p, a), &p);
@@ -96,7 +87,7 @@ TEST(ZunRtcpPacketTest, DefaultIsEmptyAndWithoutStorage) {
   EXPECT_EQ(a.calls(), 0U);
 }
 
-TEST(ZunRtcpPacketTest, FromSubpacketsOfTheSameAllocatorIsACopy) {
+TEST(ZunRtcpPacket, FromSubpacketsOfTheSameAllocatorIsACopy) {
   TestAllocator a;
   const Packet source(kFirst + kThird, a);
   const Packet empty(a.get());
@@ -110,7 +101,7 @@ TEST(ZunRtcpPacketTest, FromSubpacketsOfTheSameAllocatorIsACopy) {
   ZunRtcpPacketDestruct(&p);
 }
 
-TEST(ZunRtcpPacketTest, FromSubpacketsOfAnotherAllocatorIsSet) {
+TEST(ZunRtcpPacket, FromSubpacketsOfAnotherAllocatorIsSet) {
   TestAllocator a;
   TestAllocator b;
   const Packet source(kFirst + kThird, b);
@@ -121,7 +112,7 @@ TEST(ZunRtcpPacketTest, FromSubpacketsOfAnotherAllocatorIsSet) {
   EXPECT_EQ(p.p.subpackets.begin[0].unk.data.allocator, b.get()) << "a copy takes the allocator of its source";
 }
 
-TEST(ZunRtcpPacketTest, FromNoSubpacketsOfAnotherAllocatorFails) {
+TEST(ZunRtcpPacket, FromNoSubpacketsOfAnotherAllocatorFails) {
   TestAllocator a;
   TestAllocator b;
   const Packet empty(b.get());
@@ -130,7 +121,7 @@ TEST(ZunRtcpPacketTest, FromNoSubpacketsOfAnotherAllocatorFails) {
   EXPECT_EQ(a.live_blocks(), 0U);
 }
 
-TEST(ZunRtcpPacketTest, FromNetworkPacketIsParsed) {
+TEST(ZunRtcpPacket, FromNetworkPacketIsParsed) {
   TestAllocator a;
   Packet p;
   ASSERT_EQ(ZunRtcpPacketConstructFromNetworkPacket(p, Datagram(kFirst + kSecond), a), &p.p);
@@ -144,7 +135,7 @@ TEST(ZunRtcpPacketTest, FromNetworkPacketIsParsed) {
   }
 }
 
-TEST(ZunRtcpPacketTest, CopyAndAssign) {
+TEST(ZunRtcpPacket, CopyAndAssign) {
   TestAllocator a;
   TestAllocator b;
   const Packet source(kFirst + kThird, a);
@@ -163,7 +154,7 @@ TEST(ZunRtcpPacketTest, CopyAndAssign) {
   EXPECT_EQ(assigned.count(), 0U);
 }
 
-TEST(ZunRtcpPacketTest, RefusedConstructionOwnsNothing) {
+TEST(ZunRtcpPacket, RefusedConstructionOwnsNothing) {
   const std::function<ZunRtcpPacket*(ZunRtcpPacket*, const Packet&, ZunAllocator*)> constructors[] = {
       [](ZunRtcpPacket* p, const Packet& o, ZunAllocator*) { return ZunRtcpPacketConstructCopy(p, o); },
       [](ZunRtcpPacket* p, const Packet& o, ZunAllocator* a) {
@@ -194,7 +185,7 @@ TEST(ZunRtcpPacketTest, RefusedConstructionOwnsNothing) {
   }
 }
 
-TEST(ZunRtcpPacketTest, RefusedAssignKeepsWhatWasDone) {
+TEST(ZunRtcpPacket, RefusedAssignKeepsWhatWasDone) {
   ForEveryRefusalAfter([&](TestAllocator& a, const std::function<void()>& begin) {
     Packet p(kSecond + kFirst + kSecond, a);
     const Packet o(Wire(199, 9, 'x') + Wire(198, 8, 'y'), ZunAllocatorGetSystem());
@@ -205,12 +196,12 @@ TEST(ZunRtcpPacketTest, RefusedAssignKeepsWhatWasDone) {
       EXPECT_EQ(p.bytes(), o.bytes());
     } else {
       const std::string either[] = {kSecond + kFirst + kSecond, Wire(199, 9, 'x') + kFirst + kSecond};
-      EXPECT_TRUE(p.bytes() == either[0] || p.bytes() == either[1]) << test::ToHex(p.bytes());
+      EXPECT_TRUE(p.bytes() == either[0] || p.bytes() == either[1]) << ToHex(p.bytes());
     }
   });
 }
 
-TEST(ZunRtcpPacketTest, ResetKeepsTheStorage) {
+TEST(ZunRtcpPacket, ResetKeepsTheStorage) {
   TestAllocator a;
   Packet p(kFirst + kThird, a);
   ZunRtcpPacketReset(p);
@@ -219,7 +210,7 @@ TEST(ZunRtcpPacketTest, ResetKeepsTheStorage) {
   EXPECT_EQ(a.live_blocks(), 1U);
 }
 
-TEST(ZunRtcpPacketTest, DestructReleasesEverythingAndMayBeRepeated) {
+TEST(ZunRtcpPacket, DestructReleasesEverythingAndMayBeRepeated) {
   TestAllocator a;
   Packet p(kFirst + kThird, a);
   ZunRtcpPacketDestruct(p);
@@ -232,7 +223,7 @@ TEST(ZunRtcpPacketTest, DestructReleasesEverythingAndMayBeRepeated) {
 
 // ---- editing the sequence
 
-TEST(ZunRtcpPacketTest, SetSubpacketsReplacesThem) {
+TEST(ZunRtcpPacket, SetSubpacketsReplacesThem) {
   TestAllocator a;
   const Packet source(kThird + kFirst + kSecond, ZunAllocatorGetSystem());
   Packet p(kFirst, a);
@@ -243,14 +234,14 @@ TEST(ZunRtcpPacketTest, SetSubpacketsReplacesThem) {
   EXPECT_EQ(p.bytes(), kThird + kFirst + kSecond);
 }
 
-TEST(ZunRtcpPacketTest, SetSubpacketsWithAnEmptyVectorFails) {
+TEST(ZunRtcpPacket, SetSubpacketsWithAnEmptyVectorFails) {
   const Packet empty;
   Packet p(kFirst, ZunAllocatorGetSystem());
   EXPECT_EQ(ZunRtcpPacketSetSubpackets(p, &empty.p.subpackets), 0);
   EXPECT_EQ(p.bytes(), kFirst);
 }
 
-TEST(ZunRtcpPacketTest, SetSubpacketCountBelowDropsTheSurplus) {
+TEST(ZunRtcpPacket, SetSubpacketCountBelowDropsTheSurplus) {
   TestAllocator a;
   Packet p(kFirst + kSecond + kThird, a);
   EXPECT_EQ(ZunRtcpPacketSetSubpacketCount(p, 3), 1);
@@ -261,7 +252,7 @@ TEST(ZunRtcpPacketTest, SetSubpacketCountBelowDropsTheSurplus) {
   EXPECT_EQ(p.count(), 0U);
 }
 
-TEST(ZunRtcpPacketTest, SetSubpacketCountAboveOnlyReserves) {
+TEST(ZunRtcpPacket, SetSubpacketCountAboveOnlyReserves) {
   TestAllocator a;
   Packet p(kFirst + kSecond, a);
   EXPECT_EQ(ZunRtcpPacketSetSubpacketCount(p, 7), 1);
@@ -278,7 +269,7 @@ TEST(ZunRtcpPacketTest, SetSubpacketCountAboveOnlyReserves) {
   EXPECT_EQ(p.bytes(), kFirst + kSecond);
 }
 
-TEST(ZunRtcpPacketTest, GetSubpacketBelowTheCountOnly) {
+TEST(ZunRtcpPacket, GetSubpacketBelowTheCountOnly) {
   const Packet p(kFirst + kSecond, ZunAllocatorGetSystem());
   EXPECT_EQ(ZunRtcpPacketGetSubpacket(p, 0), p.p.subpackets.begin);
   EXPECT_EQ(ZunRtcpPacketGetSubpacket(p, 1), p.p.subpackets.begin + 1);
@@ -287,7 +278,7 @@ TEST(ZunRtcpPacketTest, GetSubpacketBelowTheCountOnly) {
   EXPECT_EQ(ZunRtcpPacketGetSubpacket(Packet(), 0), nullptr);
 }
 
-TEST(ZunRtcpPacketTest, SetSubpacketBelowTheCountAssigns) {
+TEST(ZunRtcpPacket, SetSubpacketBelowTheCountAssigns) {
   TestAllocator a;
   TestAllocator b;
   Packet p(kFirst + kSecond, a);
@@ -297,7 +288,7 @@ TEST(ZunRtcpPacketTest, SetSubpacketBelowTheCountAssigns) {
   EXPECT_EQ(p.p.subpackets.begin->unk.data.allocator, a.get()) << "the one that was there keeps its allocator";
 }
 
-TEST(ZunRtcpPacketTest, SetSubpacketAtTheCountAppends) {
+TEST(ZunRtcpPacket, SetSubpacketAtTheCountAppends) {
   TestAllocator a;
   TestAllocator b;
   Packet p(a.get());
@@ -308,7 +299,7 @@ TEST(ZunRtcpPacketTest, SetSubpacketAtTheCountAppends) {
   EXPECT_EQ(p.p.subpackets.begin->unk.data.allocator, b.get());
 }
 
-TEST(ZunRtcpPacketTest, SetSubpacketAboveTheCountFails) {
+TEST(ZunRtcpPacket, SetSubpacketAboveTheCountFails) {
   Packet p(kFirst, ZunAllocatorGetSystem());
   const Unknown sp(199, 1, 'x');
   EXPECT_EQ(ZunRtcpPacketSetSubpacket(p, 2, sp), 0);
@@ -316,7 +307,7 @@ TEST(ZunRtcpPacketTest, SetSubpacketAboveTheCountFails) {
   EXPECT_EQ(p.bytes(), kFirst);
 }
 
-TEST(ZunRtcpPacketTest, SetSubpacketToOneOfItsOwn) {
+TEST(ZunRtcpPacket, SetSubpacketToOneOfItsOwn) {
   TestAllocator a;
   Packet p(kFirst + kSecond + kThird, a);
   EXPECT_EQ(ZunRtcpPacketSetSubpacket(p, 0, ZunRtcpPacketGetSubpacket(p, 0)), 1);
@@ -327,7 +318,7 @@ TEST(ZunRtcpPacketTest, SetSubpacketToOneOfItsOwn) {
   EXPECT_EQ(p.bytes(), kFirst + kThird + kThird + kFirst + kFirst);
 }
 
-TEST(ZunRtcpPacketTest, AppendSubpacketGrowsLikeAVectorAndKeepsTheAllocatorOfTheSubpacket) {
+TEST(ZunRtcpPacket, AppendSubpacketGrowsLikeAVectorAndKeepsTheAllocatorOfTheSubpacket) {
   TestAllocator a;
   TestAllocator b;
   Packet p(a.get());
@@ -343,7 +334,7 @@ TEST(ZunRtcpPacketTest, AppendSubpacketGrowsLikeAVectorAndKeepsTheAllocatorOfThe
   EXPECT_EQ(a.live_blocks(), 1U);
 }
 
-TEST(ZunRtcpPacketTest, AppendSubpacketOfItsOwn) {
+TEST(ZunRtcpPacket, AppendSubpacketOfItsOwn) {
   TestAllocator a;
   Packet p(kFirst + kThird, a);
   ASSERT_EQ(p.capacity(), 2U) << "so that it must grow";
@@ -352,7 +343,7 @@ TEST(ZunRtcpPacketTest, AppendSubpacketOfItsOwn) {
   EXPECT_EQ(p.bytes(), kFirst + kThird + kFirst + kThird);
 }
 
-TEST(ZunRtcpPacketTest, AppendSubpacketsAppendsAll) {
+TEST(ZunRtcpPacket, AppendSubpacketsAppendsAll) {
   TestAllocator a;
   const Packet source(kThird + kSecond, ZunAllocatorGetSystem());
   const Packet empty;
@@ -366,7 +357,7 @@ TEST(ZunRtcpPacketTest, AppendSubpacketsAppendsAll) {
   EXPECT_EQ(p.bytes(), kThird + kSecond + kThird + kSecond);
 }
 
-TEST(ZunRtcpPacketTest, AppendSubpacketsOfItsOwn) {
+TEST(ZunRtcpPacket, AppendSubpacketsOfItsOwn) {
   TestAllocator a;
   for (const ZunSizeT capacity : {3U, 20U}) {
     Packet p(kFirst + kSecond + kThird, a);
@@ -376,7 +367,7 @@ TEST(ZunRtcpPacketTest, AppendSubpacketsOfItsOwn) {
   }
 }
 
-TEST(ZunRtcpPacketTest, RefusedEditsLeaveTheSubpackets) {
+TEST(ZunRtcpPacket, RefusedEditsLeaveTheSubpackets) {
   const std::function<ZunBool(ZunRtcpPacket*, const Packet&)> edits[] = {
       [](ZunRtcpPacket* p, const Packet& o) {
         return ZunRtcpPacketAppendSubpacket(p, ZunRtcpPacketGetSubpacket(o, 0));
@@ -409,7 +400,7 @@ TEST(ZunRtcpPacketTest, RefusedEditsLeaveTheSubpackets) {
 
 // ---- parse
 
-TEST(ZunRtcpPacketParseTest, EverySubpacketIsReadInOrder) {
+TEST(ZunRtcpPacketParse, EverySubpacketIsReadInOrder) {
   TestAllocator a;
   Packet p(a.get());
   ASSERT_TRUE(p.Parse(kFirst + kSecond + kThird));
@@ -421,7 +412,7 @@ TEST(ZunRtcpPacketParseTest, EverySubpacketIsReadInOrder) {
   EXPECT_EQ(ZunRtcpUnknownGetData(ZunRtcpSubpacketGetUnknown(third))->size, 20U);
 }
 
-TEST(ZunRtcpPacketParseTest, EmptyBufferFailsAndLeavesThePacket) {
+TEST(ZunRtcpPacketParse, EmptyBufferFailsAndLeavesThePacket) {
   TestAllocator a;
   Packet p(kFirst + kSecond, a);
   const std::size_t calls = a.calls();
@@ -433,17 +424,8 @@ TEST(ZunRtcpPacketParseTest, EmptyBufferFailsAndLeavesThePacket) {
   EXPECT_EQ(fresh.count(), 0U);
 }
 
-// A receiver report with one block, whoever reads it.
-TEST(ZunRtcpPacketParseTest, ReceiverReportGoesToItsRow) {
-  const std::string report = Hex(R"(
-      81 C9 00 07  | one block
-      00 00 00 01  | sender
-      00 00 00 02  | source
-      00 00 00 00  | nothing lost
-      00 00 00 05  | highest sequence number
-      00 00 00 06  | jitter
-      00 00 00 07  | last SR
-      00 00 00 08  | delay since)");
+TEST(ZunRtcpPacketParse, ReceiverReportGoesToItsRow) {
+  const std::string report = Golden("RrOneBlock");
   Packet p;
   ASSERT_TRUE(p.Parse(report));
   ASSERT_EQ(p.count(), 1U);
@@ -454,10 +436,10 @@ TEST(ZunRtcpPacketParseTest, ReceiverReportGoesToItsRow) {
   EXPECT_FALSE(p.Parse(report + Hex("00 00")));
 }
 
-TEST(ZunRtcpPacketParseTest, OnlyVersionTwoIsReadAndThePaddingBitIsIgnored) {
+TEST(ZunRtcpPacketParse, OnlyVersionTwoIsReadAndThePaddingBitIsIgnored) {
   for (const std::string& front : {std::string(), kFirst}) {
     for (int first = 0; first < 256; ++first) {
-      std::string bytes = Wire(207, 1);
+      std::string bytes = Wire(100, 1);
       bytes[0] = static_cast<char>(first);
       Packet p;
       const bool is_version_two = first >> 6 == 2;
@@ -470,7 +452,7 @@ TEST(ZunRtcpPacketParseTest, OnlyVersionTwoIsReadAndThePaddingBitIsIgnored) {
 }
 
 // A length field of 0 is a header alone.
-TEST(ZunRtcpPacketParseTest, HeaderAloneIsASubpacketWithoutBody) {
+TEST(ZunRtcpPacketParse, HeaderAloneIsASubpacketWithoutBody) {
   Packet p;
   ASSERT_TRUE(p.Parse(kSecond));
   ASSERT_EQ(p.count(), 1U);
@@ -479,8 +461,8 @@ TEST(ZunRtcpPacketParseTest, HeaderAloneIsASubpacketWithoutBody) {
   EXPECT_EQ(p.count(), 3U);
 }
 
-TEST(ZunRtcpPacketParseTest, LongestBody) {
-  const std::string longest = Wire(207, 0xFFFF);
+TEST(ZunRtcpPacketParse, LongestBody) {
+  const std::string longest = Wire(100, 0xFFFF);
   Packet p;
   ASSERT_TRUE(p.Parse(longest));
   EXPECT_EQ(p.bytes(), longest);
@@ -489,7 +471,7 @@ TEST(ZunRtcpPacketParseTest, LongestBody) {
 }
 
 // Cut at every length: it parses exactly where a subpacket ends. Into a fresh packet, what was read before stays.
-TEST(ZunRtcpPacketParseTest, TruncationAtEveryLength) {
+TEST(ZunRtcpPacketParse, TruncationAtEveryLength) {
   const std::string whole = kFirst + kSecond + kThird;
   const ZunSizeT ends[] = {kFirst.size(), kFirst.size() + kSecond.size(), whole.size()};
   for (ZunSizeT size = 1; size <= whole.size(); ++size) {
@@ -501,7 +483,7 @@ TEST(ZunRtcpPacketParseTest, TruncationAtEveryLength) {
     EXPECT_EQ(fresh.Parse(whole.substr(0, size)), is_whole) << size;
     EXPECT_EQ(fresh.bytes(), whole.substr(0, complete == 0 ? 0 : ends[complete - 1]));
 
-    // Into a used one: the new ones in front, the old ones behind.
+    // Into a used one: the new ones in front, the old ones after them.
     Packet used(kThird + kThird + kThird + kThird, a);
     EXPECT_EQ(used.Parse(whole.substr(0, size)), is_whole) << size;
     const std::string read = whole.substr(0, complete == 0 ? 0 : ends[complete - 1]);
@@ -511,7 +493,7 @@ TEST(ZunRtcpPacketParseTest, TruncationAtEveryLength) {
   }
 }
 
-TEST(ZunRtcpPacketParseTest, TrailingBytesFail) {
+TEST(ZunRtcpPacketParse, TrailingBytesFail) {
   for (ZunSizeT extra = 1; extra <= 3; ++extra) {
     Packet p;
     EXPECT_FALSE(p.Parse(kFirst + Wire(192, 0).substr(0, extra)));
@@ -519,12 +501,12 @@ TEST(ZunRtcpPacketParseTest, TrailingBytesFail) {
   }
   Packet p;
   EXPECT_FALSE(p.Parse(kFirst + Hex("00 00 00 00")));
-  EXPECT_FALSE(p.Parse(kFirst + Hex("80 CF 00 01")));
+  EXPECT_FALSE(p.Parse(kFirst + Hex("80 64 00 01")));
 }
 
 // The announced length counts, whatever the kind would have been content with: the body lacks its last word.
-TEST(ZunRtcpPacketParseTest, LengthPastTheBufferFailsForEveryType) {
-  for (const int type : {200, 201, 202, 203, 204, 205, 206, 207}) {
+TEST(ZunRtcpPacketParse, LengthPastTheBufferFailsForEveryType) {
+  for (const int type : {200, 201, 202, 203, 204, 205, 206, 100}) {
     const std::string complete = Wire(type, 10, '\0', 0);
     Packet p;
     EXPECT_FALSE(p.Parse(complete.substr(0, complete.size() - 4))) << type;
@@ -533,7 +515,7 @@ TEST(ZunRtcpPacketParseTest, LengthPastTheBufferFailsForEveryType) {
   }
 }
 
-TEST(ZunRtcpPacketParseTest, FewerSubpacketsThanBefore) {
+TEST(ZunRtcpPacketParse, FewerSubpacketsThanBefore) {
   TestAllocator a;
   Packet p(kFirst + kSecond + kThird, a);
   ASSERT_TRUE(p.Parse(kThird + kFirst));
@@ -541,7 +523,7 @@ TEST(ZunRtcpPacketParseTest, FewerSubpacketsThanBefore) {
   EXPECT_EQ(p.capacity(), 4U);
 }
 
-TEST(ZunRtcpPacketParseTest, MoreSubpacketsThanBefore) {
+TEST(ZunRtcpPacketParse, MoreSubpacketsThanBefore) {
   TestAllocator a;
   Packet p(kFirst + kSecond + kThird, a);
   ASSERT_TRUE(p.Parse(kSecond + kThird + kThird + kFirst));
@@ -551,7 +533,7 @@ TEST(ZunRtcpPacketParseTest, MoreSubpacketsThanBefore) {
   EXPECT_EQ(p.capacity(), 8U);
 }
 
-TEST(ZunRtcpPacketParseTest, SubpacketsTakeThePacketsAllocator) {
+TEST(ZunRtcpPacketParse, SubpacketsTakeThePacketsAllocator) {
   TestAllocator a;
   TestAllocator of_buffer;
   const Datagram datagram(kFirst + kThird, of_buffer);
@@ -561,7 +543,7 @@ TEST(ZunRtcpPacketParseTest, SubpacketsTakeThePacketsAllocator) {
   EXPECT_EQ(of_buffer.calls(), 0U);
 }
 
-TEST(ZunRtcpPacketParseTest, SubpacketsReadInPlaceKeepTheirAllocator) {
+TEST(ZunRtcpPacketParse, SubpacketsReadInPlaceKeepTheirAllocator) {
   TestAllocator a;
   TestAllocator of_subpacket;
   Packet p(a.get());
@@ -573,7 +555,7 @@ TEST(ZunRtcpPacketParseTest, SubpacketsReadInPlaceKeepTheirAllocator) {
   EXPECT_EQ(p.p.subpackets.begin[1].unk.data.allocator, a.get());
 }
 
-TEST(ZunRtcpPacketParseTest, SubpacketOfAnotherKindIsRebuiltWithThePacketsAllocator) {
+TEST(ZunRtcpPacketParse, SubpacketOfAnotherKindIsRebuiltWithThePacketsAllocator) {
   const std::string report = Hex("80 C9 00 01 00 00 00 01");
   TestAllocator a;
   TestAllocator of_subpacket;
@@ -588,7 +570,7 @@ TEST(ZunRtcpPacketParseTest, SubpacketOfAnotherKindIsRebuiltWithThePacketsAlloca
   EXPECT_EQ(p.p.subpackets.begin[0].unk.data.allocator, a.get());
 }
 
-TEST(ZunRtcpPacketParseTest, SameShapeInPlaceMakesNoAllocatorCall) {
+TEST(ZunRtcpPacketParse, SameShapeInPlaceMakesNoAllocatorCall) {
   TestAllocator a;
   const std::string whole = kFirst + kSecond + kThird;
   Packet p(whole, a);
@@ -596,27 +578,27 @@ TEST(ZunRtcpPacketParseTest, SameShapeInPlaceMakesNoAllocatorCall) {
   for (int i = 0; i < 3; ++i) {
     ASSERT_TRUE(p.Parse(whole));
     EXPECT_EQ(p.bytes(), whole);
-    const std::string other = Wire(199, 2, 'z') + Wire(0, 0) + Wire(207, 5, 'q');
+    const std::string other = Wire(199, 2, 'z') + Wire(0, 0) + Wire(100, 5, 'q');
     ASSERT_TRUE(p.Parse(other));
     EXPECT_EQ(p.bytes(), other);
   }
   EXPECT_EQ(a.calls(), calls);
 }
 
-TEST(ZunRtcpPacketParseTest, NothingIsLogged) {
+TEST(ZunRtcpPacketParse, NothingIsLogged) {
   LogCapture log;
   Packet p;
   EXPECT_FALSE(p.Parse(""));
   EXPECT_FALSE(p.Parse("abc"));
-  EXPECT_FALSE(p.Parse(Hex("41 CF 00 00")));
-  EXPECT_FALSE(p.Parse(Hex("81 CF 00 01")));
+  EXPECT_FALSE(p.Parse(Hex("41 64 00 00")));
+  EXPECT_FALSE(p.Parse(Hex("81 64 00 01")));
   EXPECT_TRUE(p.Parse(kFirst));
   log.ExpectNone();
 }
 
 // After a refusal: what was read is there, the one being read is the old one or the new one or gone, and the old
-// ones behind it stay.
-TEST(ZunRtcpPacketParseTest, RefusedParseIntoAFreshPacket) {
+// ones after it stay.
+TEST(ZunRtcpPacketParse, RefusedParseIntoAFreshPacket) {
   const std::string pieces[] = {kFirst, kThird, kSecond, kThird, kFirst};
   std::string whole;
   for (const std::string& piece : pieces) whole += piece;
@@ -637,9 +619,9 @@ TEST(ZunRtcpPacketParseTest, RefusedParseIntoAFreshPacket) {
   EXPECT_EQ(allocations, 1U + 4U) << "one for the vector, one for each subpacket that has a body";
 }
 
-TEST(ZunRtcpPacketParseTest, RefusedParseIntoAUsedPacket) {
+TEST(ZunRtcpPacketParse, RefusedParseIntoAUsedPacket) {
   const std::string old_ones[] = {Wire(199, 1, 'o'), Wire(198, 1, 'p'), Wire(197, 1, 'q')};
-  const std::string new_ones[] = {Wire(207, 4, 'x'), Wire(208, 30, 'y'), Wire(209, 1, 'z'), Wire(210, 9, 'w')};
+  const std::string new_ones[] = {Wire(100, 4, 'x'), Wire(101, 30, 'y'), Wire(102, 1, 'z'), Wire(103, 9, 'w')};
   const std::string whole = new_ones[0] + new_ones[1] + new_ones[2] + new_ones[3];
   ForEveryRefusalAfter([&](TestAllocator& a, const std::function<void()>& begin) {
     Packet p(old_ones[0] + old_ones[1] + old_ones[2], a);
@@ -655,12 +637,12 @@ TEST(ZunRtcpPacketParseTest, RefusedParseIntoAUsedPacket) {
     for (ZunSizeT read = 0; read <= 3; ++read) {
       for (ZunSizeT i = 0; i < 3; ++i) states[read] += i < read ? new_ones[i] : old_ones[i];
     }
-    EXPECT_NE(std::find(std::begin(states), std::end(states), p.bytes()), std::end(states)) << test::ToHex(p.bytes());
+    EXPECT_NE(std::find(std::begin(states), std::end(states), p.bytes()), std::end(states)) << ToHex(p.bytes());
   });
 }
 
 // Any datagram of the pieces, whole or damaged, into any used packet: as into a fresh one.
-TEST(ZunRtcpPacketParseTest, UsedPacketsReadLikeFreshOnes) {
+TEST(ZunRtcpPacketParse, UsedPacketsReadLikeFreshOnes) {
   std::mt19937 random(31337);
   TestAllocator a;
   Packet used(a.get());
@@ -691,28 +673,28 @@ TEST(ZunRtcpPacketParseTest, UsedPacketsReadLikeFreshOnes) {
 
 // ---- write and length
 
-TEST(ZunRtcpPacketWriteTest, LengthIsTheSumOfAll) {
+TEST(ZunRtcpPacketWrite, LengthIsTheSumOfAll) {
   Packet p;
   EXPECT_EQ(ZunRtcpPacketGetNetworkPacketLength(p), 0U);
   ASSERT_TRUE(p.Parse(kFirst + kSecond + kThird));
   EXPECT_EQ(ZunRtcpPacketGetNetworkPacketLength(p), 12U + 4U + 24U);
 }
 
-TEST(ZunRtcpPacketWriteTest, EmptyPacketWritesNothing) {
+TEST(ZunRtcpPacketWrite, EmptyPacketWritesNothing) {
   const Packet p;
   Text out("before");
   EXPECT_EQ(ZunRtcpPacketGetNetworkPacket(p, out), 0);
   EXPECT_EQ(out.str(), "before");
 }
 
-TEST(ZunRtcpPacketWriteTest, OutputReplacesWhatTheStringHeld) {
+TEST(ZunRtcpPacketWrite, OutputReplacesWhatTheStringHeld) {
   const Packet p(kFirst + kSecond + kThird, ZunAllocatorGetSystem());
   Text out("before");
   EXPECT_EQ(ZunRtcpPacketGetNetworkPacket(p, out), 1);
   EXPECT_EQ(out.str(), kFirst + kSecond + kThird);
 }
 
-TEST(ZunRtcpPacketWriteTest, PaddingBitIsNeverWritten) {
+TEST(ZunRtcpPacketWrite, PaddingBitIsNeverWritten) {
   std::string padded = kFirst + kThird;
   padded[0] = static_cast<char>(padded[0] | 0x20);
   padded[kFirst.size()] = static_cast<char>(padded[kFirst.size()] | 0x20);
@@ -722,7 +704,7 @@ TEST(ZunRtcpPacketWriteTest, PaddingBitIsNeverWritten) {
   EXPECT_EQ(out.str(), kFirst + kThird);
 }
 
-TEST(ZunRtcpPacketWriteTest, UsedStringMakesNoAllocatorCall) {
+TEST(ZunRtcpPacketWrite, UsedStringMakesNoAllocatorCall) {
   TestAllocator of_packet;
   TestAllocator a;
   const Packet p(kFirst + kSecond + kThird, of_packet);
@@ -738,7 +720,7 @@ TEST(ZunRtcpPacketWriteTest, UsedStringMakesNoAllocatorCall) {
   EXPECT_EQ(a.calls() + of_packet.calls(), calls);
 }
 
-TEST(ZunRtcpPacketWriteTest, RefusedWriteLeavesABeginning) {
+TEST(ZunRtcpPacketWrite, RefusedWriteLeavesABeginning) {
   const Packet p(kFirst + Wire(199, 50, 'x') + kThird + Wire(198, 400, 'y'), ZunAllocatorGetSystem());
   const std::string whole = p.bytes();
   const std::size_t allocations = ForEveryRefusal([&](TestAllocator& a) {
@@ -756,7 +738,7 @@ TEST(ZunRtcpPacketWriteTest, RefusedWriteLeavesABeginning) {
 }
 
 // Room for so many bytes: whole subpackets, then a header byte by byte, then its data whole or not at all.
-TEST(ZunRtcpPacketWriteTest, CrampedStringTakesWhatFits) {
+TEST(ZunRtcpPacketWrite, CrampedStringTakesWhatFits) {
   const Packet p(kFirst + kThird, ZunAllocatorGetSystem());
   const std::string whole = kFirst + kThird;
   for (ZunSizeT room = 1; room <= whole.size(); ++room) {
@@ -790,9 +772,9 @@ Partial Write(const ZunRtcpPacket* p, ZunSizeT first, ZunSizeT max_size, const S
   return partial;
 }
 
-class ZunRtcpPacketPartialTest : public ::testing::Test {
+class ZunRtcpPacketPartialWrite : public ::testing::Test {
  protected:
-  ZunRtcpPacketPartialTest()
+  ZunRtcpPacketPartialWrite()
       : p_(kFirst + kSecond + kThird, ZunAllocatorGetSystem()), prefix_(Wire(199, 1, 'p'), ZunAllocatorGetSystem()) {}
 
   void ExpectWarning(ZunSizeT max_size, ZunSizeT first, unsigned type, ZunSizeT size, ZunSizeT prefix_size) {
@@ -808,7 +790,7 @@ class ZunRtcpPacketPartialTest : public ::testing::Test {
   const std::string prefix_bytes_ = Wire(199, 1, 'p');
 };
 
-TEST_F(ZunRtcpPacketPartialTest, EverythingFits) {
+TEST_F(ZunRtcpPacketPartialWrite, EverythingFits) {
   for (const ZunSizeT max_size : {ZunSizeT{40}, ZunSizeT{41}, SIZE_MAX}) {
     const Partial partial = Write(p_, 0, max_size, nullptr);
     EXPECT_EQ(partial.done, 1);
@@ -818,7 +800,7 @@ TEST_F(ZunRtcpPacketPartialTest, EverythingFits) {
   log_.ExpectNone();
 }
 
-TEST_F(ZunRtcpPacketPartialTest, BeginsAtTheFirstAskedFor) {
+TEST_F(ZunRtcpPacketPartialWrite, BeginsAtTheFirstAskedFor) {
   const Partial partial = Write(p_, 1, 1000, nullptr);
   EXPECT_EQ(partial.done, 1);
   EXPECT_EQ(partial.last, 3U);
@@ -827,28 +809,28 @@ TEST_F(ZunRtcpPacketPartialTest, BeginsAtTheFirstAskedFor) {
 }
 
 // Every size: whole subpackets in order while they fit, at least the first one.
-TEST_F(ZunRtcpPacketPartialTest, EverySizeTakesWhatFits) {
+TEST_F(ZunRtcpPacketPartialWrite, EverySizeTakesWhatFits) {
   for (ZunSizeT max_size = 0; max_size <= 45; ++max_size) {
     const Partial partial = Write(p_, 0, max_size, nullptr);
     EXPECT_EQ(partial.done, 1);
     EXPECT_EQ(partial.last, max_size >= 40 ? 3U : max_size >= 16 ? 2U : 1U);
     EXPECT_EQ(partial.bytes, (kFirst + kSecond + kThird).substr(0, max_size >= 40 ? 40 : max_size >= 16 ? 16 : 12));
     if (max_size < 12) {
-      ExpectWarning(max_size, 0, 207, 12, 0);
+      ExpectWarning(max_size, 0, 100, 12, 0);
     } else {
       log_.ExpectNone();
     }
   }
 }
 
-TEST_F(ZunRtcpPacketPartialTest, LaterSubpacketThatWouldFitIsNotTakenOutOfTurn) {
+TEST_F(ZunRtcpPacketPartialWrite, LaterSubpacketThatWouldFitIsNotTakenOutOfTurn) {
   const Packet p(kFirst + kThird + kSecond, ZunAllocatorGetSystem());
   const Partial partial = Write(p, 0, 16, nullptr);
   EXPECT_EQ(partial.last, 1U);
   EXPECT_EQ(partial.bytes, kFirst);
 }
 
-TEST_F(ZunRtcpPacketPartialTest, PrefixAndFirstSubpacketFitExactly) {
+TEST_F(ZunRtcpPacketPartialWrite, PrefixAndFirstSubpacketFitExactly) {
   const Partial partial = Write(p_, 0, 8 + 12, &prefix_.p.subpackets);
   EXPECT_EQ(partial.done, 1);
   EXPECT_EQ(partial.last, 1U);
@@ -856,17 +838,17 @@ TEST_F(ZunRtcpPacketPartialTest, PrefixAndFirstSubpacketFitExactly) {
   log_.ExpectNone();
 }
 
-TEST_F(ZunRtcpPacketPartialTest, OneByteLessWarnsAndWritesTheSameBytes) {
+TEST_F(ZunRtcpPacketPartialWrite, OneByteLessWarnsAndWritesTheSameBytes) {
   const Partial partial = Write(p_, 0, 8 + 12 - 1, &prefix_.p.subpackets);
   EXPECT_EQ(partial.done, 1);
   EXPECT_EQ(partial.last, 1U);
   EXPECT_EQ(partial.bytes, prefix_bytes_ + kFirst);
   log_.ExpectOne(ZUN_LOG_WARNING, ZunLogRtcp_, "ZunRtcpPacketGetPartialNetworkPacket",
-                 "Partial network packet must violate maxSize 19: first subpacket 0 (type 207) is 12 bytes (after 8 "
+                 "Partial network packet must violate maxSize 19: first subpacket 0 (type 100) is 12 bytes (after 8 "
                  "byte prefix)");
 }
 
-TEST_F(ZunRtcpPacketPartialTest, PrefixIsWrittenWhateverItsSize) {
+TEST_F(ZunRtcpPacketPartialWrite, PrefixIsWrittenWhateverItsSize) {
   for (const ZunSizeT max_size : {0U, 1U, 7U, 8U}) {
     const Partial partial = Write(p_, 2, max_size, &prefix_.p.subpackets);
     EXPECT_EQ(partial.done, 1);
@@ -876,7 +858,7 @@ TEST_F(ZunRtcpPacketPartialTest, PrefixIsWrittenWhateverItsSize) {
   }
 }
 
-TEST_F(ZunRtcpPacketPartialTest, PrefixOfSeveralSubpackets) {
+TEST_F(ZunRtcpPacketPartialWrite, PrefixOfSeveralSubpackets) {
   const Packet prefix(kSecond + kSecond + kFirst, ZunAllocatorGetSystem());
   const Partial partial = Write(p_, 1, 20 + 4, &prefix.p.subpackets);
   EXPECT_EQ(partial.last, 2U);
@@ -884,20 +866,20 @@ TEST_F(ZunRtcpPacketPartialTest, PrefixOfSeveralSubpackets) {
   log_.ExpectNone();
 }
 
-TEST_F(ZunRtcpPacketPartialTest, EmptyPrefixIsNone) {
+TEST_F(ZunRtcpPacketPartialWrite, EmptyPrefixIsNone) {
   const Packet empty;
   const Partial partial = Write(p_, 0, 12, &empty.p.subpackets);
   EXPECT_EQ(partial.done, 1);
   EXPECT_EQ(partial.bytes, kFirst);
 }
 
-TEST_F(ZunRtcpPacketPartialTest, OwnSubpacketsMayBeThePrefix) {
+TEST_F(ZunRtcpPacketPartialWrite, OwnSubpacketsMayBeThePrefix) {
   const Partial partial = Write(p_, 0, 40 + 12, &p_.p.subpackets);
   EXPECT_EQ(partial.last, 1U);
   EXPECT_EQ(partial.bytes, kFirst + kSecond + kThird + kFirst);
 }
 
-TEST_F(ZunRtcpPacketPartialTest, FirstAtOrAboveTheCountFails) {
+TEST_F(ZunRtcpPacketPartialWrite, FirstAtOrAboveTheCountFails) {
   const Packet empty;
   const ZunRtcpPacket* const packets[] = {p_, p_, p_, empty, empty};
   const ZunSizeT firsts[] = {3, 4, SIZE_MAX, 0, 1};
@@ -910,7 +892,7 @@ TEST_F(ZunRtcpPacketPartialTest, FirstAtOrAboveTheCountFails) {
   log_.ExpectNone();
 }
 
-TEST_F(ZunRtcpPacketPartialTest, WarningNamesTypesAsUnsigned) {
+TEST_F(ZunRtcpPacketPartialWrite, WarningNamesTypesAsUnsigned) {
   Packet p;
   const Unknown sp(-1, 1, 'x');
   ASSERT_TRUE(ZunRtcpPacketAppendSubpacket(p, sp));
@@ -919,10 +901,10 @@ TEST_F(ZunRtcpPacketPartialTest, WarningNamesTypesAsUnsigned) {
 }
 
 // Repeated calls cover a long list without a gap, each datagram with the prefix and within its size.
-TEST_F(ZunRtcpPacketPartialTest, LongListGoesOutOverSeveralDatagrams) {
+TEST_F(ZunRtcpPacketPartialWrite, LongListGoesOutOverSeveralDatagrams) {
   std::string whole;
   for (std::size_t i = 0; i < 40; ++i)
-    whole += Wire(static_cast<int>(207 + i), i * 7 % 11, static_cast<char>('a' + i % 26));
+    whole += Wire(static_cast<int>(100 + i), i * 7 % 11, static_cast<char>('a' + i % 26));
   const Packet p(whole, ZunAllocatorGetSystem());
   for (const ZunSizeT max_size : {52U, 60U, 100U, 333U, 5000U}) {
     std::string covered;
@@ -949,7 +931,7 @@ TEST_F(ZunRtcpPacketPartialTest, LongListGoesOutOverSeveralDatagrams) {
   log_.ExpectNone();
 }
 
-TEST_F(ZunRtcpPacketPartialTest, EverySubpacketTooLongStillMakesProgress) {
+TEST_F(ZunRtcpPacketPartialWrite, EverySubpacketTooLongStillMakesProgress) {
   std::string covered;
   int calls = 0;
   for (ZunSizeT first = 0; first != 3; ++calls) {
@@ -963,7 +945,7 @@ TEST_F(ZunRtcpPacketPartialTest, EverySubpacketTooLongStillMakesProgress) {
   EXPECT_EQ(log_.entries().size(), 3U);
 }
 
-TEST_F(ZunRtcpPacketPartialTest, RefusedWriteLeavesABeginningAndNoLast) {
+TEST_F(ZunRtcpPacketPartialWrite, RefusedWriteLeavesABeginningAndNoLast) {
   const Packet p(Wire(199, 50, 'x') + kThird + Wire(198, 400, 'y'), ZunAllocatorGetSystem());
   for (const ZunSizeT max_size : {0U, 250U, 5000U}) {
     const ZunSizeT count = max_size == 0 ? 1 : max_size == 250 ? 2 : 3;

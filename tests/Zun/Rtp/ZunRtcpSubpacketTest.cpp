@@ -4,44 +4,22 @@
 
 #include <string>
 
-#include "Zun/Rtp/ZunRtcpPacket.h"
-#include "tests/support/Bytes.h"
-#include "tests/support/TestAllocator.h"
+#include "tests/support/Samples.h"
 
 namespace {
 
-using test::ForEveryRefusalAfter;
-using test::Hex;
-using test::Parsed;
-using test::Str;
-using test::TestAllocator;
-using test::Text;
-using test::Written;
+using namespace test;
 
-// A sender report and a receiver report with one report block each, and a packet of an unknown type.
-const std::string kReportBlock = Hex(R"(
-    00 00 00 02  | source
-    00 00 00 00  | nothing lost
-    00 00 00 05  | highest sequence number
-    00 00 00 06  | jitter
-    00 00 00 07  | last SR
-    00 00 00 08  | delay since)");
-const std::string kSenderReport = Hex(R"(
-    81 C8 00 0C              | one block
-    00 00 00 01              | sender
-    00 00 00 0A 00 00 00 0B  | NTP time
-    00 00 00 0C              | RTP time
-    00 00 00 0D 00 00 00 0E  | packets and octets)") +
-                                  kReportBlock;
-const std::string kReceiverReport = Hex("81 C9 00 07 00 00 00 01") + kReportBlock;
-const std::string kUnknown = Hex("85 CF 00 02 01 02 03 04 05 06 07 08");
+const std::string kSenderReport = Golden("SrOneBlock");
+const std::string kReceiverReport = Golden("RrOneBlock");
+const std::string kUnknown = Golden("UnknownWithData");
 
 void MakeUnknown(ZunRtcpSubpacket* p, ZunRtcpSubpacketType type, const std::string& data, ZunAllocator* a) {
   const Text text(data);
   ASSERT_NE(ZunRtcpUnknownConstructFull(&p->unk, type, 5, text.get(), a), nullptr);
 }
 
-TEST(ZunRtcpSubpacketTest, TypesHaveTheirNumbers) {
+TEST(ZunRtcpSubpacket, TypesHaveTheirNumbers) {
   EXPECT_EQ(ZUN_RTCPSUBPACKET_TYPE_Unknown, 0);
   EXPECT_EQ(ZUN_RTCPSUBPACKET_TYPE_SR, 200);
   EXPECT_EQ(ZUN_RTCPSUBPACKET_TYPE_RR, 201);
@@ -52,14 +30,7 @@ TEST(ZunRtcpSubpacketTest, TypesHaveTheirNumbers) {
   EXPECT_EQ(ZUN_RTCPSUBPACKET_TYPE_PSFB, 206);
 }
 
-TEST(ZunRtcpSubpacketTest, TypesOutside200To206AreUnknown) {
-  for (const ZunRtcpSubpacketType type : {0, 1, 199, 207, 255, -1, INT32_MIN, INT32_MAX}) {
-    EXPECT_EQ(ZunRtcpSubpacketTypeIsUnknown(type), 1) << type;
-  }
-  for (ZunRtcpSubpacketType type = 200; type <= 206; ++type) EXPECT_EQ(ZunRtcpSubpacketTypeIsUnknown(type), 0) << type;
-}
-
-TEST(ZunRtcpSubpacketTest, EveryUnknownTypeOfTheWireIsKeptAndWrittenBack) {
+TEST(ZunRtcpSubpacket, EveryUnknownTypeOfTheWireIsKeptAndWrittenBack) {
   for (int type = 0; type < 256; ++type) {
     if (!ZunRtcpSubpacketTypeIsUnknown(type)) continue;
     std::string datagram = kUnknown;
@@ -67,12 +38,12 @@ TEST(ZunRtcpSubpacketTest, EveryUnknownTypeOfTheWireIsKeptAndWrittenBack) {
     const Parsed parsed(datagram);
     ASSERT_TRUE(parsed.ok) << type;
     EXPECT_EQ(ZunRtcpSubpacketGetType(&parsed[0]), type);
-    EXPECT_EQ(ZunRtcpUnknownGetSubtype(ZunRtcpSubpacketGetUnknown(&parsed[0])), 5);
-    EXPECT_EQ(parsed.Rewritten(), datagram);
+    EXPECT_EQ(ZunRtcpUnknownGetSubtype(ZunRtcpSubpacketGetUnknown(&parsed[0])), CountOf(kUnknown));
+    EXPECT_EQ(parsed.bytes(), datagram);
   }
 }
 
-TEST(ZunRtcpSubpacketTest, LengthIsTheWireSizeHeaderIncluded) {
+TEST(ZunRtcpSubpacket, LengthIsTheWireSizeHeaderIncluded) {
   for (const std::string& datagram : {kSenderReport, kReceiverReport, kUnknown, Hex("80 C0 00 00")}) {
     const Parsed parsed(datagram);
     ASSERT_TRUE(parsed.ok);
@@ -81,7 +52,7 @@ TEST(ZunRtcpSubpacketTest, LengthIsTheWireSizeHeaderIncluded) {
   }
 }
 
-TEST(ZunRtcpSubpacketTest, CopyTakesItsStorageFromTheSourcesAllocator) {
+TEST(ZunRtcpSubpacket, CopyTakesItsStorageFromTheSourcesAllocator) {
   for (const std::string& datagram : {kSenderReport, kUnknown}) {
     TestAllocator a;
     const Parsed parsed(datagram, a);
@@ -89,14 +60,14 @@ TEST(ZunRtcpSubpacketTest, CopyTakesItsStorageFromTheSourcesAllocator) {
     const std::size_t live = a.live_blocks();
     ZunRtcpSubpacket copy;
     ASSERT_EQ(ZunRtcpSubpacketConstructCopy(&copy, &parsed[0]), &copy);
-    EXPECT_EQ(a.live_blocks(), live + 1);
+    EXPECT_EQ(a.live_blocks(), live + live - 1) << "all but the list of subpackets";
     EXPECT_EQ(Written(copy), datagram);
     ZunRtcpSubpacketDestruct(&copy);
     EXPECT_EQ(a.live_blocks(), live);
   }
 }
 
-TEST(ZunRtcpSubpacketTest, RefusedCopyOwnsNothing) {
+TEST(ZunRtcpSubpacket, RefusedCopyOwnsNothing) {
   TestAllocator a;
   const Parsed parsed(kSenderReport + kUnknown, a);
   ASSERT_TRUE(parsed.ok);
@@ -108,10 +79,10 @@ TEST(ZunRtcpSubpacketTest, RefusedCopyOwnsNothing) {
   EXPECT_EQ(a.live_blocks(), live);
 }
 
-TEST(ZunRtcpSubpacketTest, DestructMayBeRepeated) {
+TEST(ZunRtcpSubpacket, DestructMayBeRepeated) {
   TestAllocator a;
   ZunRtcpSubpacket p;
-  MakeUnknown(&p, 207, "12345678", a);
+  MakeUnknown(&p, 100, "12345678", a);
   ZunRtcpSubpacketDestruct(&p);
   EXPECT_EQ(a.live_blocks(), 0U);
   const std::size_t calls = a.calls();
@@ -119,17 +90,17 @@ TEST(ZunRtcpSubpacketTest, DestructMayBeRepeated) {
   EXPECT_EQ(a.calls(), calls);
 }
 
-TEST(ZunRtcpSubpacketTest, UnknownTypesAreAssignedInPlace) {
+TEST(ZunRtcpSubpacket, UnknownTypesAreAssignedInPlace) {
   TestAllocator a;
   TestAllocator b;
   ZunRtcpSubpacket p;
   ZunRtcpSubpacket o;
   MakeUnknown(&p, 0, "12345678", a);
-  MakeUnknown(&o, 207, "abcd", b);
+  MakeUnknown(&o, 100, "abcd", b);
   const char* const storage = p.unk.data.buf;
   const std::size_t calls = a.calls();
   EXPECT_EQ(ZunRtcpSubpacketAssign(&p, &o), &p);
-  EXPECT_EQ(ZunRtcpSubpacketGetType(&p), 207);
+  EXPECT_EQ(ZunRtcpSubpacketGetType(&p), 100);
   EXPECT_EQ(Str(&p.unk.data), "abcd");
   EXPECT_EQ(p.unk.data.allocator, a.get());
   EXPECT_EQ(p.unk.data.buf, storage);
@@ -138,12 +109,12 @@ TEST(ZunRtcpSubpacketTest, UnknownTypesAreAssignedInPlace) {
   ZunRtcpSubpacketDestruct(&o);
 }
 
-TEST(ZunRtcpSubpacketTest, RefusedAssignInPlaceLeavesTheObject) {
+TEST(ZunRtcpSubpacket, RefusedAssignInPlaceLeavesTheObject) {
   TestAllocator a;
   ZunRtcpSubpacket p;
   ZunRtcpSubpacket o;
   MakeUnknown(&p, 192, "1234", a);
-  MakeUnknown(&o, 207, "12345678", ZunAllocatorGetSystem());
+  MakeUnknown(&o, 100, "12345678", ZunAllocatorGetSystem());
   a.RefuseFrom(0);
   EXPECT_EQ(ZunRtcpSubpacketAssign(&p, &o), nullptr);
   EXPECT_EQ(ZunRtcpSubpacketGetType(&p), 192);
@@ -152,7 +123,7 @@ TEST(ZunRtcpSubpacketTest, RefusedAssignInPlaceLeavesTheObject) {
   ZunRtcpSubpacketDestruct(&o);
 }
 
-TEST(ZunRtcpSubpacketTest, AssignToItselfChangesNothing) {
+TEST(ZunRtcpSubpacket, AssignToItselfChangesNothing) {
   TestAllocator a;
   Parsed parsed(kSenderReport + kReceiverReport + kUnknown, a);
   ASSERT_TRUE(parsed.ok);
@@ -161,12 +132,12 @@ TEST(ZunRtcpSubpacketTest, AssignToItselfChangesNothing) {
     ZunRtcpSubpacket* const sp = ZunVector_ZunRtcpSubpacketAt(&parsed.packet.subpackets, i);
     EXPECT_EQ(ZunRtcpSubpacketAssign(sp, sp), sp);
   }
-  EXPECT_EQ(parsed.Rewritten(), kSenderReport + kReceiverReport + kUnknown);
+  EXPECT_EQ(parsed.bytes(), kSenderReport + kReceiverReport + kUnknown);
   EXPECT_EQ(a.calls(), calls);
 }
 
 // Every kind over every other: the old storage goes back, the new comes from the destination's allocator.
-TEST(ZunRtcpSubpacketTest, AssignAcrossKindsRebuildsWithTheDestinationsAllocator) {
+TEST(ZunRtcpSubpacket, AssignAcrossKindsRebuildsWithTheDestinationsAllocator) {
   const std::string kinds[] = {kSenderReport, kReceiverReport, kUnknown};
   for (const std::string& from : kinds) {
     for (const std::string& to : kinds) {
@@ -176,26 +147,25 @@ TEST(ZunRtcpSubpacketTest, AssignAcrossKindsRebuildsWithTheDestinationsAllocator
       Parsed destination(to, a);
       const Parsed source(from, b);
       ASSERT_TRUE(destination.ok && source.ok);
-      const std::size_t live = a.live_blocks();
       const std::size_t other_calls = b.calls();
       ZunRtcpSubpacket* const sp = ZunVector_ZunRtcpSubpacketAt(&destination.packet.subpackets, 0);
       EXPECT_EQ(ZunRtcpSubpacketAssign(sp, &source[0]), sp);
-      EXPECT_EQ(destination.Rewritten(), from);
-      EXPECT_EQ(a.live_blocks(), live);
+      EXPECT_EQ(destination.bytes(), from);
+      EXPECT_EQ(a.live_blocks(), b.live_blocks());
       EXPECT_EQ(b.calls(), other_calls);
     }
   }
 }
 
 // It owns nothing, so it may be destructed or left alone.
-TEST(ZunRtcpSubpacketTest, RefusedRebuildLeavesAnEmptyUnknownOfTheDestinationsAllocator) {
+TEST(ZunRtcpSubpacket, RefusedRebuildLeavesAnEmptyUnknownOfTheDestinationsAllocator) {
   for (const bool is_destructed : {false, true}) {
     const std::size_t allocations = ForEveryRefusalAfter([&](TestAllocator& a, const std::function<void()>& begin) {
-      Text bytes(kReceiverReport);
+      Text bytes(Golden("NackOneMap"));
       ZunRtcpPacket packet;
       ASSERT_NE(ZunRtcpPacketConstructFromNetworkPacket(&packet, bytes, ZunAllocatorGetSystem()), nullptr);
       ZunRtcpSubpacket p;
-      MakeUnknown(&p, 207, "12345678", a);
+      MakeUnknown(&p, 100, "12345678", a);
       begin();
       ZunRtcpSubpacket* const result = ZunRtcpSubpacketAssign(&p, ZunRtcpPacketGetSubpacket(&packet, 0));
       EXPECT_EQ(result == nullptr, a.refused() > 0);
@@ -208,7 +178,7 @@ TEST(ZunRtcpSubpacketTest, RefusedRebuildLeavesAnEmptyUnknownOfTheDestinationsAl
         EXPECT_EQ(a.live_blocks(), 0U);
         if (is_destructed) ZunRtcpSubpacketDestruct(&p);
       } else {
-        EXPECT_EQ(Written(p), kReceiverReport);
+        EXPECT_EQ(Written(p), Golden("NackOneMap"));
         ZunRtcpSubpacketDestruct(&p);
       }
       ZunRtcpPacketDestruct(&packet);

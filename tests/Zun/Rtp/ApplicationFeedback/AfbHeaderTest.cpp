@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/support/FeedbackWire.h"
+#include "tests/support/Bytes.h"
 #include "tests/support/TestAllocator.h"
 
 namespace {
@@ -20,7 +20,7 @@ ZunRtcpPsfbAfbType Classified(const std::string& fci) {
   return TypeIn(body, 0, body->size);
 }
 
-TEST(AfbHeaderTest, HouseMessagesAreToldByTheirNumberKnownOrNot) {
+TEST(AfbHeader, HouseMessagesAreToldByTheirNumberKnownOrNot) {
   EXPECT_EQ(Classified(Hex("4E72 0001")), ZUN_RTCPPSFBAFB_TYPE_ABAFB);
   EXPECT_EQ(Classified(Hex("4E72 0002")), ZUN_RTCPPSFBAFB_TYPE_ALBR);
   EXPECT_EQ(Classified(Hex("4E72 0003")), ZUN_RTCPPSFBAFB_TYPE_SHOW);
@@ -32,12 +32,12 @@ TEST(AfbHeaderTest, HouseMessagesAreToldByTheirNumberKnownOrNot) {
   EXPECT_EQ(Classified(Hex("4E72 FFFF")), 65535);
 }
 
-TEST(AfbHeaderTest, RembIsToldByItsFourLetters) {
+TEST(AfbHeader, RembIsToldByItsFourLetters) {
   EXPECT_EQ(Classified("REMB"), ZUN_RTCPPSFBAFB_TYPE_REMB);
   EXPECT_EQ(Classified("REMB and more"), ZUN_RTCPPSFBAFB_TYPE_REMB);
 }
 
-TEST(AfbHeaderTest, NearMissesAreUnknown) {
+TEST(AfbHeader, NearMissesAreUnknown) {
   for (const std::string fci : {"NR\0\1", "nr\0\1", "nR\0\1", "rN\0\1", "Ns\0\1", "Mr\0\1"}) {
     EXPECT_EQ(Classified(fci + std::string("\0\1", 2)), 0) << fci;
   }
@@ -48,7 +48,7 @@ TEST(AfbHeaderTest, NearMissesAreUnknown) {
   EXPECT_EQ(Classified(" REMB"), 0);
 }
 
-TEST(AfbHeaderTest, ShortIdentifiersAreUnknown) {
+TEST(AfbHeader, ShortIdentifiersAreUnknown) {
   const std::string house = Hex("4E72 0001");
   const std::string remb = "REMB";
   for (std::size_t size = 0; size < 4; ++size) {
@@ -57,7 +57,7 @@ TEST(AfbHeaderTest, ShortIdentifiersAreUnknown) {
   }
 }
 
-TEST(AfbHeaderTest, BodiesWithoutBothSsrcsAreUnknown) {
+TEST(AfbHeader, BodiesWithoutBothSsrcsAreUnknown) {
   const std::string all = kSsrcs + "REMB";
   for (std::size_t size = 0; size < 8; ++size) {
     const Datagram body(all.substr(0, size));
@@ -65,7 +65,7 @@ TEST(AfbHeaderTest, BodiesWithoutBothSsrcsAreUnknown) {
   }
 }
 
-TEST(AfbHeaderTest, TheEndOfTheBodyBoundsTheIdentifier) {
+TEST(AfbHeader, TheEndOfTheBodyBoundsTheIdentifier) {
   const Datagram body(kSsrcs + "REMB" + Hex("4E720001"));
   for (ZunSizeT end = 0; end < 12; ++end) EXPECT_EQ(TypeIn(body, 0, end), 0) << end;
   EXPECT_EQ(TypeIn(body, 0, 12), ZUN_RTCPPSFBAFB_TYPE_REMB);
@@ -73,7 +73,7 @@ TEST(AfbHeaderTest, TheEndOfTheBodyBoundsTheIdentifier) {
   EXPECT_EQ(TypeIn(body, 4, 16), ZUN_RTCPPSFBAFB_TYPE_ABAFB) << "the body need not begin at 0";
 }
 
-TEST(AfbHeaderTest, AnEndBeyondTheStringReadsNothingBehindIt) {
+TEST(AfbHeader, AnEndBeyondTheStringReadsNothingAfterIt) {
   const std::string all = kSsrcs + "REMB";
   for (std::size_t size = 0; size < all.size(); ++size) {
     const Datagram body(all.substr(0, size));
@@ -84,7 +84,7 @@ TEST(AfbHeaderTest, AnEndBeyondTheStringReadsNothingBehindIt) {
   EXPECT_EQ(TypeIn(body, 1000, 2000), 0);
 }
 
-TEST(AfbHeaderTest, ReadsTheHouseHeader) {
+TEST(AfbHeader, ReadsTheHouseHeader) {
   const Datagram bytes(Hex("4E72 BEEF"));
   zun::BodyReader r(zun::BodyIn(bytes, 0, 4, {0, 0}));
   ZunUint16 type = 0;
@@ -93,7 +93,7 @@ TEST(AfbHeaderTest, ReadsTheHouseHeader) {
   EXPECT_EQ(r.Position(), 4U);
 }
 
-TEST(AfbHeaderTest, AFailedReadOfTheHouseHeaderStoresNoType) {
+TEST(AfbHeader, AFailedReadOfTheHouseHeaderStoresNoType) {
   for (const std::string hex : {"", "4E", "4E72", "4E72BE", "4E73BEEF", "4F72BEEF"}) {
     const Datagram bytes(Hex(hex));
     zun::BodyReader r(zun::BodyIn(bytes, 0, bytes->size, {0, 0}));
@@ -103,7 +103,7 @@ TEST(AfbHeaderTest, AFailedReadOfTheHouseHeaderStoresNoType) {
   }
 }
 
-TEST(AfbHeaderTest, WritesTheLowSixteenBitsOfTheType) {
+TEST(AfbHeader, WritesTheLowSixteenBitsOfTheType) {
   Text out;
   {
     zun::Output output(out);
@@ -114,7 +114,7 @@ TEST(AfbHeaderTest, WritesTheLowSixteenBitsOfTheType) {
   EXPECT_EQ(ToHex(out.str()), "4E7200054E72BEEF");
 }
 
-TEST(AfbHeaderTest, ARefusedHouseHeaderKeepsWhatWasAppended) {
+TEST(AfbHeader, ARefusedHouseHeaderKeepsWhatWasAppended) {
   TestAllocator allocator;
   Text out("xyz", allocator);
   const ZunSizeT filled = out->capacity - 3;

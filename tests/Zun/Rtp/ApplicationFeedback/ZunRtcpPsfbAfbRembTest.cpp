@@ -8,32 +8,20 @@
 #include <random>
 #include <vector>
 
-#include "tests/support/FeedbackWire.h"
 #include "tests/support/LogCapture.h"
-#include "tests/support/RowChecks.h"
+#include "tests/support/Samples.h"
 
 namespace {
 
 using namespace test;
 
-const Row kRow = TEST_ROW(ZunRtcpPsfbAfbRemb);
+using Remb = TEST_OBJECT(ZunRtcpPsfbAfbRemb);
+
+const Row& kRow = kRowOf<ZunRtcpPsfbAfbRemb>;
 
 constexpr ZunFloat32 kInfinity = std::numeric_limits<ZunFloat32>::infinity();
 constexpr ZunFloat32 kNan = std::numeric_limits<ZunFloat32>::quiet_NaN();
 const ZunFloat32 kLimit = std::bit_cast<ZunFloat32>(0x67FFFFC0U);  // (2^18 - 1) * 2^63
-
-const std::string kNone = Afb("REMB" + Hex("00000000"));
-const std::string kOne = Afb("REMB" + Hex("01 03D090 AABBCCDD"));
-const std::string kTwo = Hex(R"(
-    8F CE 0006      | version 2, FMT 15, type 206, 7 words
-    01020304        | sender
-    11121314        | media source
-    52454D42        | "REMB"
-    02              | two SSRCs
-    0B D090         | exponent 2, mantissa 250000: 1000000 bit/s
-    AABBCCDD
-    00000001
-)");
 
 struct Encoded {
   ZunUint32 exponent;
@@ -58,63 +46,60 @@ Encoded Decoded(const std::string& wire) {
   return {octet(17) / 4, octet(17) % 4 * 65536 + octet(18) * 256 + octet(19)};
 }
 
-class RembTest : public ::testing::Test {
- protected:
-  RembTest() { ZunRtcpPsfbAfbRembConstructDefault(&remb_, allocator_); }
-  ~RembTest() override { ZunRtcpPsfbAfbRembDestruct(&remb_); }
-
-  static ZunVector_ZunRtpSourceId Sources(std::vector<ZunRtpSourceId>& v) {
-    return {nullptr, v.data(), v.data() + v.size(), v.data() + v.size()};
-  }
-  bool Set(std::vector<ZunRtpSourceId> sources) {
-    const ZunVector_ZunRtpSourceId list = Sources(sources);
-    return ZunRtcpPsfbAfbRembSetFeedbackSources(&remb_, &list) != 0;
-  }
-  bool Set(ZunFloat32 bitrate) { return ZunRtcpPsfbAfbRembSetBitrate(&remb_, bitrate) != 0; }
-  std::string bytes() const { return Bytes(kRow, *Sub(&remb_)); }
-  ZunFloat32 ReadBack() const {
-    const Slot slot(kRow, bytes());
-    EXPECT_TRUE(slot.ok);
-    return slot.sp.psfb.afb.remb.bitrate;
-  }
-
-  void ExpectEncoding(ZunFloat32 bitrate) {
-    ASSERT_TRUE(Set(bitrate)) << bitrate;
-    const Encoded encoded = Decoded(bytes());
-    EXPECT_EQ(encoded, Expected(bitrate)) << bitrate << ": " << encoded.mantissa << " * 2^" << encoded.exponent;
-    EXPECT_LE(encoded.value(), bitrate);
-    EXPECT_EQ(double{ReadBack()}, encoded.value());
-  }
-
-  TestAllocator allocator_;
-  ZunRtcpPsfbAfbRemb remb_;
-};
-
-TEST_F(RembTest, ConstructDefaultIsEmpty) {
-  EXPECT_EQ(remb_.type, 206);
-  EXPECT_EQ(remb_.fmt, 15);
-  EXPECT_EQ(remb_.sender, 0U);
-  EXPECT_EQ(remb_.source, 0U);
-  EXPECT_EQ(remb_.afbType, 65537);
-  EXPECT_EQ(ZunRtcpPsfbAfbRembGetBitrate(&remb_), 0.0F);
-  EXPECT_TRUE(ZunVector_ZunRtpSourceIdEmpty(ZunRtcpPsfbAfbRembGetFeedbackSources(&remb_)));
-  EXPECT_EQ(ZunRtcpPsfbAfbRembGetAllocator(&remb_), allocator_.get());
-  EXPECT_EQ(allocator_.calls(), 0U);
+// A view of these sources, without an allocator.
+ZunVector_ZunRtpSourceId Sources(std::vector<ZunRtpSourceId>& v) {
+  return {nullptr, v.data(), v.data() + v.size(), v.data() + v.size()};
 }
 
-TEST_F(RembTest, WritesGoldenBytes) {
+bool Set(ZunRtcpPsfbAfbRemb* p, std::vector<ZunRtpSourceId> sources) {
+  const ZunVector_ZunRtpSourceId list = Sources(sources);
+  return ZunRtcpPsfbAfbRembSetFeedbackSources(p, &list) != 0;
+}
+
+bool Set(ZunRtcpPsfbAfbRemb* p, ZunFloat32 bitrate) { return ZunRtcpPsfbAfbRembSetBitrate(p, bitrate) != 0; }
+
+ZunFloat32 ReadBack(const Remb& remb) {
+  const Received received(kRow, remb.bytes());
+  EXPECT_TRUE(received.ok);
+  return received.sp()->psfb.afb.remb.bitrate;
+}
+
+void ExpectEncoding(Remb& remb, ZunFloat32 bitrate) {
+  ASSERT_TRUE(Set(remb, bitrate)) << bitrate;
+  const Encoded encoded = Decoded(remb.bytes());
+  EXPECT_EQ(encoded, Expected(bitrate)) << bitrate << ": " << encoded.mantissa << " * 2^" << encoded.exponent;
+  EXPECT_LE(encoded.value(), bitrate);
+  EXPECT_EQ(double{ReadBack(remb)}, encoded.value());
+}
+
+TEST(ZunRtcpPsfbAfbRemb, ConstructDefaultIsEmpty) {
+  TestAllocator allocator;
+  Remb remb(allocator);
+  EXPECT_EQ(remb->type, 206);
+  EXPECT_EQ(remb->fmt, 15);
+  EXPECT_EQ(remb->sender, 0U);
+  EXPECT_EQ(remb->source, 0U);
+  EXPECT_EQ(remb->afbType, 65537);
+  EXPECT_EQ(ZunRtcpPsfbAfbRembGetBitrate(remb), 0.0F);
+  EXPECT_TRUE(ZunVector_ZunRtpSourceIdEmpty(ZunRtcpPsfbAfbRembGetFeedbackSources(remb)));
+  EXPECT_EQ(ZunRtcpPsfbAfbRembGetAllocator(remb), allocator.get());
+  EXPECT_EQ(allocator.calls(), 0U);
+}
+
+TEST(ZunRtcpPsfbAfbRemb, WritesGoldenBytes) {
+  TestAllocator allocator;
   std::vector<ZunRtpSourceId> ids = {0xAABBCCDD, 1};
-  const ZunVector_ZunRtpSourceId list = {allocator_, ids.data(), ids.data() + 2, ids.data() + 2};
+  const ZunVector_ZunRtpSourceId list = {allocator, ids.data(), ids.data() + 2, ids.data() + 2};
   ZunRtcpPsfbAfbRemb remb;
   ASSERT_EQ(ZunRtcpPsfbAfbRembConstructFull(&remb, kSender, 1000000.7F, &list, nullptr), &remb);
   EXPECT_EQ(remb.source, 0U);
   remb.source = kSource;
-  EXPECT_EQ(ToHex(Bytes(kRow, *Sub(&remb))), ToHex(kTwo));
+  EXPECT_EQ(ToHex(Bytes(kRow, *AsSubpacket(&remb))), ToHex(Golden("RembTwoSources")));
   ZunRtcpPsfbAfbRembDestruct(&remb);
 }
 
-TEST_F(RembTest, ReadsGoldenBytes) {
-  const Parsed parsed(kTwo);
+TEST(ZunRtcpPsfbAfbRemb, ReadsGoldenBytes) {
+  const Parsed parsed(Golden("RembTwoSources"));
   ASSERT_TRUE(parsed.ok);
   const ZunRtcpPsfbAfb* const afb = ZunRtcpPsfbGetAfb(&parsed[0].psfb);
   ASSERT_EQ(ZunRtcpPsfbAfbGetType(afb), ZUN_RTCPPSFBAFB_TYPE_REMB);
@@ -132,7 +117,7 @@ TEST_F(RembTest, ReadsGoldenBytes) {
 
 // Sender reports of Chromium, each with a SDES and a REMB and some with an extended report; bitrates as another
 // dissector shows them.
-TEST_F(RembTest, ReadsTheMessagesOfAStranger) {
+TEST(ZunRtcpPsfbAfbRemb, ReadsTheMessagesOfAStranger) {
   struct Message {
     std::string datagram;
     ZunFloat32 bitrate;
@@ -169,61 +154,67 @@ TEST_F(RembTest, ReadsTheMessagesOfAStranger) {
   }
 }
 
-TEST_F(RembTest, BitrateLimitIsExclusive) {
+TEST(ZunRtcpPsfbAfbRemb, BitrateLimitIsExclusive) {
   LogCapture log;
+  Remb remb;
   const ZunFloat32 largest = std::nextafter(kLimit, 0.0F);
   EXPECT_EQ(double{kLimit}, std::ldexp(262143.0, 63));
-  EXPECT_TRUE(Set(largest));
-  EXPECT_TRUE(Set(0.0F));
-  EXPECT_TRUE(Set(1.5F));
+  EXPECT_TRUE(Set(remb, largest));
+  EXPECT_TRUE(Set(remb, 0.0F));
+  EXPECT_TRUE(Set(remb, 1.5F));
   for (const ZunFloat32 refused : {kLimit, std::nextafter(kLimit, kInfinity), std::numeric_limits<ZunFloat32>::max(),
                                    kInfinity, -kInfinity, kNan, -kNan, -1.0F, -1e-45F}) {
-    EXPECT_FALSE(Set(refused)) << refused;
-    EXPECT_EQ(remb_.bitrate, 1.5F);
+    EXPECT_FALSE(Set(remb, refused)) << refused;
+    EXPECT_EQ(remb->bitrate, 1.5F);
     std::vector<ZunRtpSourceId> ids = {1};
     const ZunVector_ZunRtpSourceId list = Sources(ids);
-    ZunRtcpPsfbAfbRemb remb;
-    EXPECT_EQ(ZunRtcpPsfbAfbRembConstructFull(&remb, 1, refused, &list, nullptr), nullptr);
+    ZunRtcpPsfbAfbRemb made;
+    EXPECT_EQ(ZunRtcpPsfbAfbRembConstructFull(&made, 1, refused, &list, nullptr), nullptr);
   }
   log.ExpectNone();
 }
 
-TEST_F(RembTest, NegativeZeroIsStoredAndWrittenAsZero) {
-  ASSERT_TRUE(Set(-0.0F));
-  EXPECT_TRUE(std::signbit(remb_.bitrate));
-  EXPECT_EQ(Decoded(bytes()), (Encoded{0, 0}));
-  EXPECT_FALSE(std::signbit(ReadBack()));
+TEST(ZunRtcpPsfbAfbRemb, NegativeZeroIsStoredAndWrittenAsZero) {
+  Remb remb;
+  ASSERT_TRUE(Set(remb, -0.0F));
+  EXPECT_TRUE(std::signbit(remb->bitrate));
+  EXPECT_EQ(Decoded(remb.bytes()), (Encoded{0, 0}));
+  EXPECT_FALSE(std::signbit(ReadBack(remb)));
 }
 
-TEST_F(RembTest, TruncatesAndDoesNotRound) {
-  ASSERT_TRUE(Set(262143.9F));
-  EXPECT_EQ(Decoded(bytes()), (Encoded{0, 262143}));
-  ASSERT_TRUE(Set(262144.0F));
-  EXPECT_EQ(Decoded(bytes()), (Encoded{1, 131072}));
-  ASSERT_TRUE(Set(524287.0F));  // 262143.5 * 2
-  EXPECT_EQ(Decoded(bytes()), (Encoded{1, 262143}));
-  ASSERT_TRUE(Set(1000000.7F));
-  EXPECT_EQ(Decoded(bytes()), (Encoded{2, 250000}));
-  ASSERT_TRUE(Set(0.99F));
-  EXPECT_EQ(Decoded(bytes()), (Encoded{0, 0}));
+TEST(ZunRtcpPsfbAfbRemb, TruncatesAndDoesNotRound) {
+  Remb remb;
+  ASSERT_TRUE(Set(remb, 262143.9F));
+  EXPECT_EQ(Decoded(remb.bytes()), (Encoded{0, 262143}));
+  ASSERT_TRUE(Set(remb, 262144.0F));
+  EXPECT_EQ(Decoded(remb.bytes()), (Encoded{1, 131072}));
+  ASSERT_TRUE(Set(remb, 524287.0F));  // 262143.5 * 2
+  EXPECT_EQ(Decoded(remb.bytes()), (Encoded{1, 262143}));
+  ASSERT_TRUE(Set(remb, 1000000.7F));
+  EXPECT_EQ(Decoded(remb.bytes()), (Encoded{2, 250000}));
+  ASSERT_TRUE(Set(remb, 0.99F));
+  EXPECT_EQ(Decoded(remb.bytes()), (Encoded{0, 0}));
 }
 
-TEST_F(RembTest, TheLargestBitrateHasTheLargestExponent) {
-  ASSERT_TRUE(Set(std::nextafter(kLimit, 0.0F)));
-  EXPECT_EQ(Decoded(bytes()), (Encoded{63, 262142}));
+TEST(ZunRtcpPsfbAfbRemb, TheLargestBitrateHasTheLargestExponent) {
+  Remb remb;
+  ASSERT_TRUE(Set(remb, std::nextafter(kLimit, 0.0F)));
+  EXPECT_EQ(Decoded(remb.bytes()), (Encoded{63, 262142}));
 }
 
-TEST_F(RembTest, EncodesEveryPowerOfTwoAndItsNeighbours) {
+TEST(ZunRtcpPsfbAfbRemb, EncodesEveryPowerOfTwoAndItsNeighbours) {
+  Remb remb;
   for (int exponent = -149; exponent <= 80; ++exponent) {
     const ZunFloat32 power = std::ldexp(1.0F, exponent);
     ASSERT_GT(power, 0.0F);
-    ExpectEncoding(std::nextafter(power, 0.0F));
-    ExpectEncoding(power);
-    ExpectEncoding(std::nextafter(power, kInfinity));
+    ExpectEncoding(remb, std::nextafter(power, 0.0F));
+    ExpectEncoding(remb, power);
+    ExpectEncoding(remb, std::nextafter(power, kInfinity));
   }
 }
 
-TEST_F(RembTest, EncodesEveryBitPatternAtEveryExponent) {
+TEST(ZunRtcpPsfbAfbRemb, EncodesEveryBitPatternAtEveryExponent) {
+  Remb remb;
   std::mt19937 random(1);
   for (ZunUint32 exponent = 0; exponent <= 127 + 80; ++exponent) {
     std::vector<ZunUint32> fractions = {0, 0x7FFFFF, 0x3F, 0x40, 0x7FFF80};
@@ -232,109 +223,115 @@ TEST_F(RembTest, EncodesEveryBitPatternAtEveryExponent) {
     for (const ZunUint32 fraction : fractions) {
       const ZunFloat32 bitrate = std::bit_cast<ZunFloat32>(exponent << 23 | fraction);
       if (bitrate < kLimit) {
-        ExpectEncoding(bitrate);
+        ExpectEncoding(remb, bitrate);
       } else {
-        EXPECT_FALSE(Set(bitrate));
+        EXPECT_FALSE(Set(remb, bitrate));
       }
     }
   }
 }
 
-TEST_F(RembTest, DecodesEveryExponentExactly) {
+TEST(ZunRtcpPsfbAfbRemb, DecodesEveryExponentExactly) {
   std::vector<ZunUint32> mantissas = {0, 262143, 250000};
   for (ZunUint32 bit = 0; bit < 18; ++bit) mantissas.push_back(1U << bit);
   for (ZunUint32 exponent = 0; exponent < 64; ++exponent) {
     for (const ZunUint32 mantissa : mantissas) {
-      std::string wire = kNone;
+      std::string wire = Golden("RembWithoutSources");
       wire[17] = static_cast<char>(exponent << 2 | mantissa >> 16);
       wire[18] = static_cast<char>(mantissa >> 8 & 0xFF);
       wire[19] = static_cast<char>(mantissa & 0xFF);
-      const Slot slot(kRow, wire);
-      ASSERT_TRUE(slot.ok);
-      EXPECT_EQ(slot.sp.psfb.afb.remb.bitrate,
+      const Received received(kRow, wire);
+      ASSERT_TRUE(received.ok);
+      EXPECT_EQ(received.sp()->psfb.afb.remb.bitrate,
                 std::ldexp(static_cast<ZunFloat32>(mantissa), static_cast<int>(exponent)));
     }
   }
 }
 
-TEST_F(RembTest, ABitrateThatWasPutBeyondTheWireFailsBehindTheCount) {
+TEST(ZunRtcpPsfbAfbRemb, ABitrateThatWasPutBeyondTheWireFailsAfterTheCount) {
+  Remb remb;
   Text out;
   for (const ZunFloat32 beyond : {std::ldexp(1.0F, 81), kInfinity, kNan}) {
-    remb_.bitrate = beyond;  // no setter lets it in
+    remb->bitrate = beyond;  // no setter lets it in
     ZunStringClear(out);
-    EXPECT_FALSE(kRow.write_packet(Sub(&remb_), out, 0));
+    EXPECT_FALSE(kRow.write_packet(remb.sp(), out, 0));
     EXPECT_EQ(ToHex(out.str()), ToHex(Hex("8FCE0004 00000000 00000000 52454D42 00")));
   }
 }
 
-TEST_F(RembTest, TakesOneToTwoHundredFiftyFiveSources) {
-  EXPECT_TRUE(Set(std::vector<ZunRtpSourceId>(255, 7)));
-  EXPECT_TRUE(Set(std::vector<ZunRtpSourceId>{5}));
-  EXPECT_FALSE(Set(std::vector<ZunRtpSourceId>{}));
-  EXPECT_FALSE(Set(std::vector<ZunRtpSourceId>(256, 7)));
-  ASSERT_EQ(ZunVector_ZunRtpSourceIdSize(&remb_.sources), 1U);
-  EXPECT_EQ(remb_.sources.begin[0], 5U);
-  ZunRtcpPsfbAfbRemb remb;
+TEST(ZunRtcpPsfbAfbRemb, TakesOneToTwoHundredFiftyFiveSources) {
+  Remb remb;
+  EXPECT_TRUE(Set(remb, std::vector<ZunRtpSourceId>(255, 7)));
+  EXPECT_TRUE(Set(remb, std::vector<ZunRtpSourceId>{5}));
+  EXPECT_FALSE(Set(remb, std::vector<ZunRtpSourceId>{}));
+  EXPECT_FALSE(Set(remb, std::vector<ZunRtpSourceId>(256, 7)));
+  ASSERT_EQ(ZunVector_ZunRtpSourceIdSize(&remb->sources), 1U);
+  EXPECT_EQ(remb->sources.begin[0], 5U);
+  ZunRtcpPsfbAfbRemb made;
   for (const std::size_t count : std::initializer_list<std::size_t>{0, 256}) {
     std::vector<ZunRtpSourceId> ids(count, 7);
     const ZunVector_ZunRtpSourceId list = Sources(ids);
-    EXPECT_EQ(ZunRtcpPsfbAfbRembConstructFull(&remb, 1, 1.0F, &list, nullptr), nullptr);
+    EXPECT_EQ(ZunRtcpPsfbAfbRembConstructFull(&made, 1, 1.0F, &list, nullptr), nullptr);
   }
 }
 
-TEST_F(RembTest, ConstructFullTakesTheAllocatorOfTheSourcesAndNotItsOwn) {
+TEST(ZunRtcpPsfbAfbRemb, ConstructFullTakesTheAllocatorOfTheSourcesAndNotItsOwn) {
+  TestAllocator allocator;
+  Remb remb(allocator);
   TestAllocator given;
-  ASSERT_TRUE(Set(std::vector<ZunRtpSourceId>{1, 2}));
-  ZunRtcpPsfbAfbRemb remb;
-  ASSERT_EQ(ZunRtcpPsfbAfbRembConstructFull(&remb, 1, 2.0F, &remb_.sources, given), &remb);
-  EXPECT_EQ(ZunRtcpPsfbAfbRembGetAllocator(&remb), allocator_.get());
+  ASSERT_TRUE(Set(remb, std::vector<ZunRtpSourceId>{1, 2}));
+  ZunRtcpPsfbAfbRemb made;
+  ASSERT_EQ(ZunRtcpPsfbAfbRembConstructFull(&made, 1, 2.0F, &remb->sources, given), &made);
+  EXPECT_EQ(ZunRtcpPsfbAfbRembGetAllocator(&made), allocator.get());
   EXPECT_EQ(given.calls(), 0U);
-  ZunRtcpPsfbAfbRembDestruct(&remb);
-  allocator_.RefuseFrom(0);
-  EXPECT_EQ(ZunRtcpPsfbAfbRembConstructFull(&remb, 1, 2.0F, &remb_.sources, given), nullptr);
+  ZunRtcpPsfbAfbRembDestruct(&made);
+  allocator.RefuseFrom(0);
+  EXPECT_EQ(ZunRtcpPsfbAfbRembConstructFull(&made, 1, 2.0F, &remb->sources, given), nullptr);
 }
 
-TEST_F(RembTest, ReceivedMessagesMayHaveNoSources) {
-  ExpectComesBackUnchanged(kNone);
-  const Slot slot(kRow, kNone);
-  EXPECT_TRUE(ZunVector_ZunRtpSourceIdEmpty(&slot.sp.psfb.afb.remb.sources));
+TEST(ZunRtcpPsfbAfbRemb, ReceivedMessagesMayHaveNoSources) {
+  const Received received(kRow, Golden("RembWithoutSources"));
+  EXPECT_TRUE(ZunVector_ZunRtpSourceIdEmpty(&received.sp()->psfb.afb.remb.sources));
 }
 
-TEST_F(RembTest, SourceCountIsReadAsSigned) {
+TEST(ZunRtcpPsfbAfbRemb, SourceCountIsReadAsSigned) {
+  Remb remb;
   for (const std::size_t count : std::initializer_list<std::size_t>{1, 127, 128, 200, 255}) {
     SCOPED_TRACE(count);
-    ASSERT_TRUE(Set(std::vector<ZunRtpSourceId>(count, 7)));
-    const std::string wire = bytes();
+    ASSERT_TRUE(Set(remb, std::vector<ZunRtpSourceId>(count, 7)));
+    const std::string wire = remb.bytes();
     EXPECT_EQ(static_cast<unsigned char>(wire[16]), count);
-    const Slot slot(kRow, wire);
-    EXPECT_EQ(slot.ok, count <= 127);
-    EXPECT_EQ(ZunVector_ZunRtpSourceIdSize(&slot.sp.psfb.afb.remb.sources), count) << "those that are there are kept";
+    const Received received(kRow, wire);
+    EXPECT_EQ(received.ok, count <= 127);
+    EXPECT_EQ(ZunVector_ZunRtpSourceIdSize(&received.sp()->psfb.afb.remb.sources), count)
+        << "those that are there are kept";
   }
 }
 
-TEST_F(RembTest, AFewerOrMoreSourcesThanAnnouncedFail) {
+TEST(ZunRtcpPsfbAfbRemb, AFewerOrMoreSourcesThanAnnouncedFail) {
   for (const int announced : {0, 1, 3, 128, 255}) {
-    std::string wire = kTwo;
+    std::string wire = Golden("RembTwoSources");
     wire[16] = static_cast<char>(announced);
-    const Slot slot(kRow, wire);
-    EXPECT_FALSE(slot.ok) << announced;
-    EXPECT_EQ(slot.sp.psfb.afb.remb.bitrate, 1000000.0F);
-    EXPECT_EQ(ZunVector_ZunRtpSourceIdSize(&slot.sp.psfb.afb.remb.sources), announced > 2 ? 2U : ZunSizeT(announced));
+    const Received received(kRow, wire);
+    EXPECT_FALSE(received.ok) << announced;
+    EXPECT_EQ(received.sp()->psfb.afb.remb.bitrate, 1000000.0F);
+    EXPECT_EQ(ZunVector_ZunRtpSourceIdSize(&received.sp()->psfb.afb.remb.sources),
+              announced > 2 ? 2U : ZunSizeT(announced));
   }
 }
 
-TEST_F(RembTest, AnotherIdentifierFails) {
-  std::string wire = kTwo;
+TEST(ZunRtcpPsfbAfbRemb, AnotherIdentifierFails) {
+  std::string wire = Golden("RembTwoSources");
   wire[15] = 'b';
-  Slot slot(kRow, kOne);
-  EXPECT_FALSE(slot.Again(wire));
-  EXPECT_EQ(ZunVector_ZunRtpSourceIdSize(&slot.sp.psfb.afb.remb.sources), 1U) << "the sources were not reached";
+  Received received(kRow, Golden("RembOneSource"));
+  EXPECT_FALSE(received.Read(wire));
+  EXPECT_EQ(ZunVector_ZunRtpSourceIdSize(&received.sp()->psfb.afb.remb.sources), 1U) << "the sources were not reached";
 }
 
-TEST_F(RembTest, CutAnywhereKeepsWhatWasRead) {
-  ForEveryCut(kRow, kTwo, [](const Slot& slot, ZunSizeT size, bool) {
-    const ZunRtcpPsfbAfbRemb& p = slot.sp.psfb.afb.remb;
-    EXPECT_FALSE(slot.ok);
+TEST(ZunRtcpPsfbAfbRemb, CutAnywhereKeepsWhatWasRead) {
+  ForEveryCut(kRow, Golden("RembTwoSources"), [](const Received& received, ZunSizeT size, bool) {
+    const ZunRtcpPsfbAfbRemb& p = received.sp()->psfb.afb.remb;
+    EXPECT_FALSE(received.ok);
     EXPECT_EQ(p.sender, size >= 4 ? kSender : 0U);
     EXPECT_EQ(p.source, size >= 8 ? kSource : 0U);
     EXPECT_EQ(p.bitrate, size >= 16 ? 1000000.0F : 0.0F);
@@ -342,54 +339,40 @@ TEST_F(RembTest, CutAnywhereKeepsWhatWasRead) {
   });
 }
 
-TEST_F(RembTest, AnEndBeyondTheStringFailsWithAllItsSources) {
-  const Slot slot(kRow, kTwo, kTwo.size() + 4, ZunAllocatorGetSystem());
-  EXPECT_FALSE(slot.ok);
-  EXPECT_EQ(ZunVector_ZunRtpSourceIdSize(&slot.sp.psfb.afb.remb.sources), 2U);
+TEST(ZunRtcpPsfbAfbRemb, AnEndBeyondTheStringFailsWithAllItsSources) {
+  const Received received(kRow, Golden("RembTwoSources"), ZunAllocatorGetSystem(), {.beyond = 4});
+  EXPECT_FALSE(received.ok);
+  EXPECT_EQ(ZunVector_ZunRtpSourceIdSize(&received.sp()->psfb.afb.remb.sources), 2U);
 }
 
-TEST_F(RembTest, SourcesThatFitAreReadBeforeARefusal) {
-  ASSERT_TRUE(Set(std::vector<ZunRtpSourceId>(10, 7)));
+TEST(ZunRtcpPsfbAfbRemb, SourcesThatFitAreReadBeforeARefusal) {
+  Remb remb;
+  ASSERT_TRUE(Set(remb, std::vector<ZunRtpSourceId>(10, 7)));
   TestAllocator four;
   four.RefuseAbove(4 * sizeof(ZunRtpSourceId));
-  const Slot slot(kRow, bytes(), four.get());
-  EXPECT_FALSE(slot.ok);
-  EXPECT_EQ(ZunVector_ZunRtpSourceIdSize(&slot.sp.psfb.afb.remb.sources), 4U);
+  const Received received(kRow, remb.bytes(), four.get());
+  EXPECT_FALSE(received.ok);
+  EXPECT_EQ(ZunVector_ZunRtpSourceIdSize(&received.sp()->psfb.afb.remb.sources), 4U);
 }
 
-TEST_F(RembTest, RefusedAssignmentsLeaveNoSourcesAndTheBitrateThatWas) {
-  ASSERT_TRUE(Set(std::vector<ZunRtpSourceId>{1}));
-  ASSERT_TRUE(Set(5.0F));
-  const Slot source(kRow, kTwo);
-  allocator_.RefuseFrom(0);
-  EXPECT_EQ(ZunRtcpPsfbAfbRembAssign(&remb_, &source.sp.psfb.afb.remb), nullptr);
-  EXPECT_EQ(remb_.bitrate, 5.0F);
-  EXPECT_EQ(remb_.sender, 0U);
-  EXPECT_EQ(remb_.sources.begin, nullptr);
-  EXPECT_FALSE(Set(std::vector<ZunRtpSourceId>{1, 2, 3}));
+TEST(ZunRtcpPsfbAfbRemb, RefusedAssignmentsLeaveNoSourcesAndTheBitrateThatWas) {
+  TestAllocator allocator;
+  Remb remb(allocator);
+  ASSERT_TRUE(Set(remb, std::vector<ZunRtpSourceId>{1}));
+  ASSERT_TRUE(Set(remb, 5.0F));
+  const Received source(kRow, Golden("RembTwoSources"));
+  allocator.RefuseFrom(0);
+  EXPECT_EQ(ZunRtcpPsfbAfbRembAssign(remb, &source.sp()->psfb.afb.remb), nullptr);
+  EXPECT_EQ(remb->bitrate, 5.0F);
+  EXPECT_EQ(remb->sender, 0U);
+  EXPECT_EQ(remb->sources.begin, nullptr);
+  EXPECT_FALSE(Set(remb, std::vector<ZunRtpSourceId>{1, 2, 3}));
 }
 
-TEST_F(RembTest, CopiesTakeTheAllocatorOfTheirSource) {
-  const Slot source(kRow, kTwo, allocator_.get());
-  ZunRtcpPsfbAfbRemb copy;
-  ASSERT_EQ(ZunRtcpPsfbAfbRembConstructCopy(&copy, &source.sp.psfb.afb.remb), &copy);
-  EXPECT_EQ(ZunRtcpPsfbAfbRembGetAllocator(&copy), allocator_.get());
-  EXPECT_EQ(ToHex(Bytes(kRow, *Sub(&copy))), ToHex(kTwo));
-  ZunRtcpPsfbAfbRembDestruct(&copy);
-}
-
-TEST_F(RembTest, AFreshReadAllocatesOnce) {
-  const Slot slot(kRow, kTwo, allocator_.get());
-  EXPECT_EQ(allocator_.calls(), 1U);
-}
-
-TEST_F(RembTest, KeepsTheRulesOfEveryRow) {
-  ExpectComesBackUnchanged(kTwo);
-  ExpectAllocatorRules(kRow, kTwo, kOne);
-  ExpectRefusalsLoseNothing(kRow, kTwo, kOne);
-  ExpectFailedWriteLeavesABeginning(kRow, kTwo);
-  ExpectReadsInPlaceAsFresh(kRow, {kTwo, kOne, kNone});
-  ExpectWritesInPlace(kRow, kTwo);
+TEST(ZunRtcpPsfbAfbRemb, AFreshReadAllocatesOnce) {
+  TestAllocator allocator;
+  const Received received(kRow, Golden("RembTwoSources"), allocator.get());
+  EXPECT_EQ(allocator.calls(), 1U);
 }
 
 }  // namespace

@@ -2,45 +2,23 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/support/RowChecks.h"
+#include "tests/support/Samples.h"
 
 namespace {
 
 using namespace test;
 
-const Row kRow = TEST_ROW(ZunRtcpPsfbRpsi);
+using Rpsi = TEST_OBJECT(ZunRtcpPsfbRpsi);
 
-const std::string kThreeOctets = Hex(R"(
-    83 CE 0004    | version 2, FMT 3, type 206, 5 words
-    01020304      | sender
-    11121314      | media source
-    1D            | padding bits: 3 zero octets and 5 unused bits
-    60            | payload type 96
-    A1 A2 A3      | bit string
-    00 00 00      | padding
-)");
-const std::string kTwoOctets = Hex("83CE0003 00000007 00000008 03 61 B1B2");
+const Row& kRow = kRowOf<ZunRtcpPsfbRpsi>;
 
-class RpsiTest : public ::testing::Test {
- protected:
-  RpsiTest() {
-    ZunRtcpPsfbRpsiConstructDefault(&rpsi_, allocator_);
-    rpsi_.sender = 0x01020304;
-    rpsi_.source = 0x11121314;
-  }
-  ~RpsiTest() override { ZunRtcpPsfbRpsiDestruct(&rpsi_); }
-  std::string bytes() const { return Bytes(kRow, *reinterpret_cast<const ZunRtcpSubpacket*>(&rpsi_)); }
+// A message with these octets after the media source; its length field is not looked at.
+std::string WithFci(const std::string& fci) { return Hex("83CE0000 01020304 11121314") + fci; }
 
-  // A message with these octets behind the media source; its length field is not looked at.
-  static std::string WithFci(const std::string& fci) { return Hex("83CE0000 01020304 11121314") + fci; }
-
-  TestAllocator allocator_;
-  ZunRtcpPsfbRpsi rpsi_;
-};
-
-TEST_F(RpsiTest, ConstructDefaultIsEmpty) {
+TEST(ZunRtcpPsfbRpsi, ConstructDefaultIsEmpty) {
+  TestAllocator allocator;
   ZunRtcpPsfbRpsi rpsi;
-  ASSERT_EQ(ZunRtcpPsfbRpsiConstructDefault(&rpsi, allocator_), &rpsi);
+  ASSERT_EQ(ZunRtcpPsfbRpsiConstructDefault(&rpsi, allocator), &rpsi);
   EXPECT_EQ(rpsi.type, 206);
   EXPECT_EQ(rpsi.fmt, 3);
   EXPECT_EQ(rpsi.sender, 0U);
@@ -48,20 +26,22 @@ TEST_F(RpsiTest, ConstructDefaultIsEmpty) {
   EXPECT_EQ(ZunRtcpPsfbRpsiGetUnusedBits(&rpsi), 0);
   EXPECT_EQ(ZunRtcpPsfbRpsiGetPt(&rpsi), 0);
   EXPECT_EQ(ZunRtcpPsfbRpsiGetRpsi(&rpsi)->size, 0U);
-  EXPECT_EQ(ZunRtcpPsfbRpsiGetAllocator(&rpsi), allocator_.get());
-  EXPECT_EQ(allocator_.calls(), 0U);
+  EXPECT_EQ(ZunRtcpPsfbRpsiGetAllocator(&rpsi), allocator.get());
+  EXPECT_EQ(allocator.calls(), 0U);
   ZunRtcpPsfbRpsiDestruct(&rpsi);
 }
 
-TEST_F(RpsiTest, WritesGoldenBytes) {
-  ASSERT_TRUE(ZunRtcpPsfbRpsiSetRpsi(&rpsi_, Text(Hex("A1A2A3"))));
-  ASSERT_TRUE(ZunRtcpPsfbRpsiSetUnusedBits(&rpsi_, 5));
-  ASSERT_TRUE(ZunRtcpPsfbRpsiSetPt(&rpsi_, 96));
-  EXPECT_EQ(ToHex(bytes()), ToHex(kThreeOctets));
+TEST(ZunRtcpPsfbRpsi, WritesGoldenBytes) {
+  Rpsi rpsi;
+  SetSsrcs(rpsi);
+  ASSERT_TRUE(ZunRtcpPsfbRpsiSetRpsi(rpsi, Text(Hex("A1A2A3"))));
+  ASSERT_TRUE(ZunRtcpPsfbRpsiSetUnusedBits(rpsi, 5));
+  ASSERT_TRUE(ZunRtcpPsfbRpsiSetPt(rpsi, 96));
+  EXPECT_EQ(ToHex(rpsi.bytes()), ToHex(Golden("RpsiThreeOctets")));
 }
 
-TEST_F(RpsiTest, ReadsGoldenBytes) {
-  const Parsed parsed(kThreeOctets);
+TEST(ZunRtcpPsfbRpsi, ReadsGoldenBytes) {
+  const Parsed parsed(Golden("RpsiThreeOctets"));
   ASSERT_TRUE(parsed.ok);
   ASSERT_EQ(ZunRtcpPsfbGetFeedbackMessageType(&parsed[0].psfb), ZUN_RTCPPSFB_TYPE_RPSI);
   const ZunRtcpPsfbRpsi* const rpsi = ZunRtcpPsfbGetRpsi(&parsed[0].psfb);
@@ -72,7 +52,9 @@ TEST_F(RpsiTest, ReadsGoldenBytes) {
   EXPECT_EQ(Str(ZunRtcpPsfbRpsiGetRpsi(rpsi)), Hex("A1A2A3"));
 }
 
-TEST_F(RpsiTest, EverySizeIsPaddedToAWordAndComesBack) {
+TEST(ZunRtcpPsfbRpsi, EverySizeIsPaddedToAWordAndComesBack) {
+  Rpsi rpsi;
+  SetSsrcs(rpsi);
   const struct {
     std::string bit_string;
     std::string fci;
@@ -84,102 +66,110 @@ TEST_F(RpsiTest, EverySizeIsPaddedToAWordAndComesBack) {
       {"A1A2A3A4A5", "0A 00 A1A2 A3A4A500"},
       {"A1A2A3A4A5A6", "02 00 A1A2 A3A4A5A6"},
   };
-  rpsi_.unbits = 2;
+  rpsi->unbits = 2;
   for (const auto& row : rows) {
-    ASSERT_TRUE(ZunRtcpPsfbRpsiSetRpsi(&rpsi_, Text(Hex(row.bit_string))));
-    const std::string wire = bytes();
+    ASSERT_TRUE(ZunRtcpPsfbRpsiSetRpsi(rpsi, Text(Hex(row.bit_string))));
+    const std::string wire = rpsi.bytes();
     EXPECT_EQ(ToHex(wire.substr(12)), ToHex(Hex(row.fci)));
     EXPECT_EQ(wire.size() % 4, 0U);
-    const Slot slot(kRow, wire);
-    ASSERT_TRUE(slot.ok);
-    EXPECT_EQ(slot.sp.psfb.rpsi.unbits, 2);
-    EXPECT_EQ(Str(&slot.sp.psfb.rpsi.rpsi), Hex(row.bit_string));
+    const Received received(kRow, wire);
+    ASSERT_TRUE(received.ok);
+    EXPECT_EQ(received.sp()->psfb.rpsi.unbits, 2);
+    EXPECT_EQ(Str(&received.sp()->psfb.rpsi.rpsi), Hex(row.bit_string));
   }
 }
 
-TEST_F(RpsiTest, PaddingOfAnEmptyBitStringIsNotCountedAndReadsBackAsTwoZeroOctets) {
-  const std::string wire = bytes();
+TEST(ZunRtcpPsfbRpsi, PaddingOfAnEmptyBitStringIsNotCountedAndReadsBackAsTwoZeroOctets) {
+  Rpsi rpsi;
+  SetSsrcs(rpsi);
+  const std::string wire = rpsi.bytes();
   EXPECT_EQ(ToHex(wire), ToHex(Hex("83CE0003 01020304 11121314 00 00 0000")));
-  const Slot slot(kRow, wire);
-  ASSERT_TRUE(slot.ok);
-  EXPECT_EQ(Str(&slot.sp.psfb.rpsi.rpsi), Hex("0000"));
-  EXPECT_EQ(slot.sp.psfb.rpsi.unbits, 0);
+  const Received received(kRow, wire);
+  ASSERT_TRUE(received.ok);
+  EXPECT_EQ(Str(&received.sp()->psfb.rpsi.rpsi), Hex("0000"));
+  EXPECT_EQ(received.sp()->psfb.rpsi.unbits, 0);
 }
 
-TEST_F(RpsiTest, UnusedBitsOfAnyValueAreAddedToThePaddingBits) {
-  ASSERT_TRUE(ZunRtcpPsfbRpsiSetRpsi(&rpsi_, Text(Hex("A1A2A3"))));
-  EXPECT_TRUE(ZunRtcpPsfbRpsiSetUnusedBits(&rpsi_, 255));
-  EXPECT_EQ(ZunRtcpPsfbRpsiGetUnusedBits(&rpsi_), 255);
-  EXPECT_EQ(ToHex(bytes().substr(12)), ToHex(Hex("17 00 A1A2 A3000000"))) << "24 + 255, cut to 8 bits";
+TEST(ZunRtcpPsfbRpsi, UnusedBitsOfAnyValueAreAddedToThePaddingBits) {
+  Rpsi rpsi;
+  ASSERT_TRUE(ZunRtcpPsfbRpsiSetRpsi(rpsi, Text(Hex("A1A2A3"))));
+  EXPECT_TRUE(ZunRtcpPsfbRpsiSetUnusedBits(rpsi, 255));
+  EXPECT_EQ(ZunRtcpPsfbRpsiGetUnusedBits(rpsi), 255);
+  EXPECT_EQ(ToHex(rpsi.bytes().substr(12)), ToHex(Hex("17 00 A1A2 A3000000"))) << "24 + 255, cut to 8 bits";
 }
 
-TEST_F(RpsiTest, PayloadTypeHasSevenBits) {
-  EXPECT_TRUE(ZunRtcpPsfbRpsiSetPt(&rpsi_, 127));
-  EXPECT_FALSE(ZunRtcpPsfbRpsiSetPt(&rpsi_, 128));
-  EXPECT_FALSE(ZunRtcpPsfbRpsiSetPt(&rpsi_, 255));
-  EXPECT_EQ(ZunRtcpPsfbRpsiGetPt(&rpsi_), 127);
-  rpsi_.pt = 0xE0;
-  EXPECT_EQ(ToHex(bytes().substr(12)), ToHex(Hex("00 60 0000"))) << "the reserved bit is written as 0";
-  const Slot slot(kRow, WithFci(Hex("00 E0 A1A2")));
-  ASSERT_TRUE(slot.ok);
-  EXPECT_EQ(slot.sp.psfb.rpsi.pt, 96) << "the reserved bit is not looked at";
+TEST(ZunRtcpPsfbRpsi, PayloadTypeHasSevenBits) {
+  Rpsi rpsi;
+  EXPECT_TRUE(ZunRtcpPsfbRpsiSetPt(rpsi, 127));
+  EXPECT_FALSE(ZunRtcpPsfbRpsiSetPt(rpsi, 128));
+  EXPECT_FALSE(ZunRtcpPsfbRpsiSetPt(rpsi, 255));
+  EXPECT_EQ(ZunRtcpPsfbRpsiGetPt(rpsi), 127);
+  rpsi->pt = 0xE0;
+  EXPECT_EQ(ToHex(rpsi.bytes().substr(12)), ToHex(Hex("00 60 0000"))) << "the reserved bit is written as 0";
+  const Received received(kRow, WithFci(Hex("00 E0 A1A2")));
+  ASSERT_TRUE(received.ok);
+  EXPECT_EQ(received.sp()->psfb.rpsi.pt, 96) << "the reserved bit is not looked at";
 }
 
-TEST_F(RpsiTest, WholePaddingOctetsAreDroppedFromTheEnd) {
-  const Slot slot(kRow, WithFci(Hex("0F 00 A1A2 A3A4A5A6")));
-  ASSERT_TRUE(slot.ok);
-  EXPECT_EQ(Str(&slot.sp.psfb.rpsi.rpsi), Hex("A1A2A3A4A5"));
-  EXPECT_EQ(slot.sp.psfb.rpsi.unbits, 7);
+TEST(ZunRtcpPsfbRpsi, WholePaddingOctetsAreDroppedFromTheEnd) {
+  const Received received(kRow, WithFci(Hex("0F 00 A1A2 A3A4A5A6")));
+  ASSERT_TRUE(received.ok);
+  EXPECT_EQ(Str(&received.sp()->psfb.rpsi.rpsi), Hex("A1A2A3A4A5"));
+  EXPECT_EQ(received.sp()->psfb.rpsi.unbits, 7);
 }
 
-TEST_F(RpsiTest, WithoutABitStringTheWholePaddingCountIsUnusedBits) {
-  Slot slot(kRow, kThreeOctets);
-  ASSERT_TRUE(slot.Again(WithFci(Hex("35 61 A1A2 A3A4A5A6"))));
-  EXPECT_EQ(slot.sp.psfb.rpsi.unbits, 0x35);
-  EXPECT_EQ(slot.sp.psfb.rpsi.rpsi.size, 0U);
-  ASSERT_TRUE(slot.Again(kThreeOctets));
-  ASSERT_TRUE(slot.Again(WithFci(Hex("05 61"))));
-  EXPECT_EQ(slot.sp.psfb.rpsi.unbits, 5);
-  EXPECT_EQ(slot.sp.psfb.rpsi.rpsi.size, 0U);
+TEST(ZunRtcpPsfbRpsi, WithoutABitStringTheWholePaddingCountIsUnusedBits) {
+  Received received(kRow, Golden("RpsiThreeOctets"));
+  ASSERT_TRUE(received.Read(WithFci(Hex("35 61 A1A2 A3A4A5A6"))));
+  EXPECT_EQ(received.sp()->psfb.rpsi.unbits, 0x35);
+  EXPECT_EQ(received.sp()->psfb.rpsi.rpsi.size, 0U);
+  ASSERT_TRUE(received.Read(Golden("RpsiThreeOctets")));
+  ASSERT_TRUE(received.Read(WithFci(Hex("05 61"))));
+  EXPECT_EQ(received.sp()->psfb.rpsi.unbits, 5);
+  EXPECT_EQ(received.sp()->psfb.rpsi.rpsi.size, 0U);
 }
 
-TEST_F(RpsiTest, MorePaddingThanThereIsFails) {
-  Slot slot(kRow, kThreeOctets);
-  EXPECT_FALSE(slot.Again(WithFci(Hex("38 61 A1A2 A3A4A5A6"))));
-  EXPECT_EQ(slot.sp.psfb.rpsi.pt, 97) << "what stands in front was read";
-  EXPECT_EQ(slot.sp.psfb.rpsi.unbits, 5);
-  EXPECT_EQ(Str(&slot.sp.psfb.rpsi.rpsi), Hex("A1A2A3"));
+TEST(ZunRtcpPsfbRpsi, MorePaddingThanThereIsFails) {
+  Received received(kRow, Golden("RpsiThreeOctets"));
+  EXPECT_FALSE(received.Read(WithFci(Hex("38 61 A1A2 A3A4A5A6"))));
+  EXPECT_EQ(received.sp()->psfb.rpsi.pt, 97) << "what stands in front was read";
+  EXPECT_EQ(received.sp()->psfb.rpsi.unbits, 5);
+  EXPECT_EQ(Str(&received.sp()->psfb.rpsi.rpsi), Hex("A1A2A3"));
 }
 
-TEST_F(RpsiTest, RefusedBitStringLeavesTheOldOne) {
-  ASSERT_TRUE(ZunRtcpPsfbRpsiSetRpsi(&rpsi_, Text("a")));
-  allocator_.RefuseFrom(0);
+TEST(ZunRtcpPsfbRpsi, RefusedBitStringLeavesTheOldOne) {
+  TestAllocator allocator;
+  Rpsi rpsi(allocator);
+  SetSsrcs(rpsi);
+  ASSERT_TRUE(ZunRtcpPsfbRpsiSetRpsi(rpsi, Text("a")));
+  allocator.RefuseFrom(0);
   const Text longer("0123456789abcdef0123456789abcdef");
-  EXPECT_FALSE(ZunRtcpPsfbRpsiSetRpsi(&rpsi_, longer.get()));
-  EXPECT_EQ(Str(&rpsi_.rpsi), "a");
+  EXPECT_FALSE(ZunRtcpPsfbRpsiSetRpsi(rpsi, longer.get()));
+  EXPECT_EQ(Str(&rpsi->rpsi), "a");
 
-  ZunRtcpPsfbRpsi source = rpsi_;
-  source.sender = 9;
-  source.rpsi = *longer.get();
-  EXPECT_EQ(ZunRtcpPsfbRpsiAssign(&rpsi_, &source), nullptr);
-  EXPECT_EQ(rpsi_.sender, 0x01020304U);
-  EXPECT_EQ(Str(&rpsi_.rpsi), "a");
+  Rpsi source;
+  source->sender = 9;
+  ASSERT_TRUE(ZunRtcpPsfbRpsiSetRpsi(source, longer.get()));
+  EXPECT_EQ(ZunRtcpPsfbRpsiAssign(rpsi, source), nullptr);
+  EXPECT_EQ(rpsi->sender, 0x01020304U);
+  EXPECT_EQ(Str(&rpsi->rpsi), "a");
 }
 
-TEST_F(RpsiTest, AssignCopiesEveryField) {
-  const Slot source(kRow, kThreeOctets);
-  ASSERT_EQ(ZunRtcpPsfbRpsiAssign(&rpsi_, &source.sp.psfb.rpsi), &rpsi_);
-  EXPECT_EQ(rpsi_.unbits, 5);
-  EXPECT_EQ(rpsi_.pt, 96);
-  EXPECT_EQ(Str(&rpsi_.rpsi), Hex("A1A2A3"));
+TEST(ZunRtcpPsfbRpsi, AssignCopiesEveryField) {
+  Rpsi rpsi;
+  const Received source(kRow, Golden("RpsiThreeOctets"));
+  ASSERT_EQ(ZunRtcpPsfbRpsiAssign(rpsi, &source.sp()->psfb.rpsi), rpsi);
+  EXPECT_EQ(rpsi->unbits, 5);
+  EXPECT_EQ(rpsi->pt, 96);
+  EXPECT_EQ(Str(&rpsi->rpsi), Hex("A1A2A3"));
 }
 
-TEST_F(RpsiTest, CutAnywhereKeepsWhatWasRead) {
-  ForEveryCut(kRow, kThreeOctets, [](const Slot& slot, ZunSizeT size, bool end_is_beyond) {
-    const ZunRtcpPsfbRpsi& rpsi = slot.sp.psfb.rpsi;
+TEST(ZunRtcpPsfbRpsi, CutAnywhereKeepsWhatWasRead) {
+  ForEveryCut(kRow, Golden("RpsiThreeOctets"), [](const Received& received, ZunSizeT size, bool end_is_beyond) {
+    const ZunRtcpPsfbRpsi& rpsi = received.sp()->psfb.rpsi;
     // PB counts three padding octets: a body that ends where the bytes end needs as many, and what is more is bit
     // string; one that ends beyond them needs the octets of the bit string alone.
-    EXPECT_EQ(slot.ok, size >= 13);
+    EXPECT_EQ(received.ok, size >= 13);
     EXPECT_EQ(rpsi.sender, size >= 4 ? 0x01020304U : 0U);
     EXPECT_EQ(rpsi.source, size >= 8 ? 0x11121314U : 0U);
     EXPECT_EQ(rpsi.pt, size >= 10 ? 96 : 0);
@@ -191,15 +181,6 @@ TEST_F(RpsiTest, CutAnywhereKeepsWhatWasRead) {
       EXPECT_EQ(Str(&rpsi.rpsi), size > 13 ? Hex("A1A2A3").substr(0, size - 13) : "");
     }
   });
-}
-
-TEST_F(RpsiTest, KeepsTheRulesOfEveryRow) {
-  ExpectComesBackUnchanged(kThreeOctets);
-  ExpectAllocatorRules(kRow, kThreeOctets, kTwoOctets);
-  ExpectRefusalsLoseNothing(kRow, kThreeOctets, kTwoOctets);
-  ExpectFailedWriteLeavesABeginning(kRow, kThreeOctets, 14, 17);
-  ExpectReadsInPlaceAsFresh(kRow, {kThreeOctets, Hex("83CE0004 00000007 00000008 1861 B1B2B3000000"), kTwoOctets});
-  ExpectWritesInPlace(kRow, kThreeOctets);
 }
 
 }  // namespace

@@ -2,12 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/support/Bytes.h"
-#include "tests/support/TestAllocator.h"
+#include "tests/support/Kinds.h"
 
 namespace {
 
 using namespace test;
+
+using Blocks = TEST_PART(ZunVector_ZunRtcpReportBlock);
 
 const std::string kFirst = Hex(R"(
     01020304      | source
@@ -42,29 +43,21 @@ ZunRtcpReportBlock First() {
   return block;
 }
 
-class ReportBlockTest : public ::testing::Test {
- protected:
-  ReportBlockTest() { ZunVector_ZunRtcpReportBlockConstructDefault(&blocks_, allocator_); }
-  ~ReportBlockTest() override { ZunVector_ZunRtcpReportBlockDestruct(&blocks_); }
+ZunSizeT CountOf(const Blocks& blocks) { return ZunVector_ZunRtcpReportBlockSize(blocks); }
 
-  ZunSizeT count() const { return ZunVector_ZunRtcpReportBlockSize(&blocks_); }
-  std::string Write() const {
-    Text out;
-    EXPECT_TRUE(ZunRtcpWriteReportBlockToBuffer(&blocks_, out));
-    return out.str();
-  }
+std::string Written(const Blocks& blocks) {
+  Text out;
+  EXPECT_TRUE(ZunRtcpWriteReportBlockToBuffer(blocks, out));
+  return out.str();
+}
 
-  TestAllocator allocator_;
-  ZunVector_ZunRtcpReportBlock blocks_;
-};
-
-TEST(ReportBlock, EveryAccessor) {
+TEST(ZunRtcpReportBlock, EveryAccessor) {
   const ZunRtcpReportBlock block = First();
   ExpectFirst(block);
   EXPECT_EQ(block.cum_num_packet_lost, 0xFFFFFEU);
 }
 
-TEST(ReportBlock, CopiesAllFields) {
+TEST(ZunRtcpReportBlock, CopiesAllFields) {
   const ZunRtcpReportBlock block = First();
   ZunRtcpReportBlock copy;
   EXPECT_EQ(ZunRtcpReportBlockConstructCopy(&copy, &block), &copy);
@@ -76,7 +69,7 @@ TEST(ReportBlock, CopiesAllFields) {
   ExpectFirst(assigned);
 }
 
-TEST(ReportBlock, PacketsLostSaturatesAt24Bits) {
+TEST(ZunRtcpReportBlock, PacketsLostSaturatesAt24Bits) {
   struct {
     ZunInt32 set;
     ZunUint32 stored;
@@ -100,68 +93,75 @@ TEST(ReportBlock, PacketsLostSaturatesAt24Bits) {
   }
 }
 
-TEST_F(ReportBlockTest, WritesInOrder) {
+TEST(ZunRtcpReportBlock, WritesInOrder) {
+  Blocks blocks;
   ZunRtcpReportBlock block = First();
-  ASSERT_TRUE(ZunVector_ZunRtcpReportBlockPushBack(&blocks_, &block));
+  ASSERT_TRUE(ZunVector_ZunRtcpReportBlockPushBack(blocks, &block));
   block = {0x11121314, 0, 7, 1, 2, 3, 4};
-  ASSERT_TRUE(ZunVector_ZunRtcpReportBlockPushBack(&blocks_, &block));
-  EXPECT_EQ(ToHex(Write()), ToHex(kFirst + kSecond));
+  ASSERT_TRUE(ZunVector_ZunRtcpReportBlockPushBack(blocks, &block));
+  EXPECT_EQ(ToHex(Written(blocks)), ToHex(kFirst + kSecond));
 }
 
-TEST_F(ReportBlockTest, WritesTheLow24BitsOfPacketsLost) {
+TEST(ZunRtcpReportBlock, WritesTheLow24BitsOfPacketsLost) {
+  Blocks blocks;
   const ZunRtcpReportBlock block = {0, 0x12, 0xAB345678, 0, 0, 0, 0};
-  ASSERT_TRUE(ZunVector_ZunRtcpReportBlockPushBack(&blocks_, &block));
-  EXPECT_EQ(ToHex(Write().substr(4, 4)), "12345678");
+  ASSERT_TRUE(ZunVector_ZunRtcpReportBlockPushBack(blocks, &block));
+  EXPECT_EQ(ToHex(Written(blocks).substr(4, 4)), "12345678");
 }
 
-TEST_F(ReportBlockTest, AppendsNothingWithoutBlocks) {
+TEST(ZunRtcpReportBlock, AppendsNothingWithoutBlocks) {
+  Blocks blocks;
   Text out("xy");
-  EXPECT_TRUE(ZunRtcpWriteReportBlockToBuffer(&blocks_, out));
+  EXPECT_TRUE(ZunRtcpWriteReportBlockToBuffer(blocks, out));
   EXPECT_EQ(out.str(), "xy");
 }
 
-TEST_F(ReportBlockTest, AFailedWriteKeepsWhatFits) {
+TEST(ZunRtcpReportBlock, AFailedWriteKeepsWhatFits) {
+  Blocks blocks;
   const ZunRtcpReportBlock block = First();
-  ASSERT_TRUE(ZunVector_ZunRtcpReportBlockPushBack(&blocks_, &block));
-  ASSERT_TRUE(ZunVector_ZunRtcpReportBlockPushBack(&blocks_, &block));
+  ASSERT_TRUE(ZunVector_ZunRtcpReportBlockPushBack(blocks, &block));
+  ASSERT_TRUE(ZunVector_ZunRtcpReportBlockPushBack(blocks, &block));
   const std::string whole = kFirst + kFirst;
   for (std::size_t limit = 0; limit <= whole.size(); ++limit) {
     TestAllocator cramped;
     cramped.RefuseAbove(limit);
     Text out(cramped.get());
-    const bool written = ZunRtcpWriteReportBlockToBuffer(&blocks_, out) != 0;
+    const bool written = ZunRtcpWriteReportBlockToBuffer(blocks, out) != 0;
     EXPECT_EQ(written, out->size == whole.size());
     EXPECT_EQ(ToHex(out.str()), ToHex(whole.substr(0, out->size)));
   }
 }
 
-TEST_F(ReportBlockTest, ReadsFromAPositionAndAdvancesIt) {
+TEST(ZunRtcpReportBlock, ReadsFromAPositionAndAdvancesIt) {
+  Blocks blocks;
   const Datagram datagram("head" + kFirst + kSecond + "tail");
   ZunSizeT position = 4;
-  ASSERT_TRUE(ZunRtcpAssignReportBlockFromBuffer(datagram, &position, datagram->size, 2, &blocks_));
+  ASSERT_TRUE(ZunRtcpAssignReportBlockFromBuffer(datagram, &position, datagram->size, 2, blocks));
   EXPECT_EQ(position, 52U);
-  ASSERT_EQ(count(), 2U);
-  ExpectFirst(blocks_.begin[0]);
-  EXPECT_EQ(blocks_.begin[0].cum_num_packet_lost, 0xFFFFFEU) << "no sign extension";
-  EXPECT_EQ(ToHex(Write()), ToHex(kFirst + kSecond));
+  ASSERT_EQ(CountOf(blocks), 2U);
+  ExpectFirst(blocks->begin[0]);
+  EXPECT_EQ(blocks->begin[0].cum_num_packet_lost, 0xFFFFFEU) << "no sign extension";
+  EXPECT_EQ(ToHex(Written(blocks)), ToHex(kFirst + kSecond));
 }
 
-TEST_F(ReportBlockTest, ReplacesOldBlocksEvenByNone) {
+TEST(ZunRtcpReportBlock, ReplacesOldBlocksEvenByNone) {
+  TestAllocator allocator;
+  Blocks blocks(allocator);
   const Datagram datagram(kFirst + kSecond);
   ZunSizeT position = 0;
-  ASSERT_TRUE(ZunRtcpAssignReportBlockFromBuffer(datagram, &position, datagram->size, 2, &blocks_));
-  const std::size_t calls = allocator_.calls();
+  ASSERT_TRUE(ZunRtcpAssignReportBlockFromBuffer(datagram, &position, datagram->size, 2, blocks));
+  const std::size_t calls = allocator.calls();
   position = 24;
-  ASSERT_TRUE(ZunRtcpAssignReportBlockFromBuffer(datagram, &position, datagram->size, 1, &blocks_));
-  EXPECT_EQ(ToHex(Write()), ToHex(kSecond));
+  ASSERT_TRUE(ZunRtcpAssignReportBlockFromBuffer(datagram, &position, datagram->size, 1, blocks));
+  EXPECT_EQ(ToHex(Written(blocks)), ToHex(kSecond));
   EXPECT_EQ(position, 48U);
-  ASSERT_TRUE(ZunRtcpAssignReportBlockFromBuffer(datagram, &position, datagram->size, 0, &blocks_));
-  EXPECT_EQ(count(), 0U);
+  ASSERT_TRUE(ZunRtcpAssignReportBlockFromBuffer(datagram, &position, datagram->size, 0, blocks));
+  EXPECT_EQ(CountOf(blocks), 0U);
   EXPECT_EQ(position, 48U);
-  EXPECT_EQ(allocator_.calls(), calls) << "the storage is kept";
+  EXPECT_EQ(allocator.calls(), calls) << "the storage is kept";
 }
 
-// The whole fields in front of a cut at `size` bytes; the fraction lost counts with the first byte behind it.
+// The whole fields in front of a cut at `size` bytes; the fraction lost counts with the first byte after it.
 ZunSizeT WholeFields(ZunSizeT size) {
   const ZunSizeT ends[] = {24, 20, 16, 12, 8, 6, 4};
   for (const ZunSizeT end : ends) {
@@ -170,37 +170,39 @@ ZunSizeT WholeFields(ZunSizeT size) {
   return 0;
 }
 
-TEST_F(ReportBlockTest, ACutKeepsTheBlocksBeforeItAndStandsBehindTheLastWholeField) {
+TEST(ZunRtcpReportBlock, ACutKeepsTheBlocksBeforeItAndStandsAfterTheLastWholeField) {
+  Blocks blocks;
   const std::string whole = kFirst + kSecond;
   for (ZunSizeT size = 0; size < whole.size(); ++size) {
     for (const ZunSizeT end : {size, ZunSizeT{whole.size()}, ZunSizeT{1000}, SIZE_MAX}) {
       SCOPED_TRACE(::testing::Message() << size << " bytes, end " << end);
       const Datagram datagram(whole.substr(0, size));
       ZunSizeT position = 0;
-      EXPECT_FALSE(ZunRtcpAssignReportBlockFromBuffer(datagram, &position, end, 2, &blocks_));
-      EXPECT_EQ(count(), size / 24);
+      EXPECT_FALSE(ZunRtcpAssignReportBlockFromBuffer(datagram, &position, end, 2, blocks));
+      EXPECT_EQ(CountOf(blocks), size / 24);
       EXPECT_EQ(position, size / 24 * 24 + WholeFields(size % 24));
-      if (count() == 1) ExpectFirst(blocks_.begin[0]);
+      if (CountOf(blocks) == 1) ExpectFirst(blocks->begin[0]);
     }
   }
   const Datagram datagram(whole);
   for (ZunSizeT end = 0; end < whole.size(); ++end) {
     ZunSizeT position = 0;
-    EXPECT_FALSE(ZunRtcpAssignReportBlockFromBuffer(datagram, &position, end, 2, &blocks_));
+    EXPECT_FALSE(ZunRtcpAssignReportBlockFromBuffer(datagram, &position, end, 2, blocks));
     EXPECT_EQ(position, end / 24 * 24 + WholeFields(end % 24));
   }
 }
 
-TEST_F(ReportBlockTest, APositionBeyondTheEndReadsNothing) {
+TEST(ZunRtcpReportBlock, APositionBeyondTheEndReadsNothing) {
+  Blocks blocks;
   const Datagram datagram(kFirst);
   for (const ZunSizeT start : {ZunSizeT{25}, ZunSizeT{1000}, SIZE_MAX - 1, SIZE_MAX}) {
     ZunSizeT position = start;
-    EXPECT_FALSE(ZunRtcpAssignReportBlockFromBuffer(datagram, &position, 24, 1, &blocks_));
+    EXPECT_FALSE(ZunRtcpAssignReportBlockFromBuffer(datagram, &position, 24, 1, blocks));
     EXPECT_EQ(position, start);
   }
 }
 
-TEST_F(ReportBlockTest, ARefusedListKeepsTheBlocksThatItHasRoomFor) {
+TEST(ZunRtcpReportBlock, ARefusedListKeepsTheBlocksThatItHasRoomFor) {
   std::string wire;
   for (int i = 0; i < 5; ++i) wire += kFirst;
   const Datagram datagram(wire);
@@ -208,22 +210,21 @@ TEST_F(ReportBlockTest, ARefusedListKeepsTheBlocksThatItHasRoomFor) {
   for (const ZunSizeT room : {ZunSizeT{0}, ZunSizeT{2}, ZunSizeT{4}}) {
     TestAllocator cramped;
     cramped.RefuseAbove(room * sizeof(ZunRtcpReportBlock));
-    ZunVector_ZunRtcpReportBlock blocks;
-    ZunVector_ZunRtcpReportBlockConstructDefault(&blocks, cramped);
+    Blocks in_cramped(cramped);
     ZunSizeT position = 0;
-    EXPECT_FALSE(ZunRtcpAssignReportBlockFromBuffer(datagram, &position, datagram->size, 5, &blocks));
-    EXPECT_EQ(ZunVector_ZunRtcpReportBlockSize(&blocks), room);
+    EXPECT_FALSE(ZunRtcpAssignReportBlockFromBuffer(datagram, &position, datagram->size, 5, in_cramped));
+    EXPECT_EQ(CountOf(in_cramped), room);
     EXPECT_EQ(position, (room + 1) * 24) << "the block that found no room was read";
-    ZunVector_ZunRtcpReportBlockDestruct(&blocks);
   }
 }
 
-TEST_F(ReportBlockTest, ALargeCountReservesNoMoreThanTheBodyHolds) {
+TEST(ZunRtcpReportBlock, ALargeCountReservesNoMoreThanTheBodyHolds) {
+  Blocks blocks;
   const Datagram datagram(kFirst + kSecond);
   ZunSizeT position = 0;
-  EXPECT_FALSE(ZunRtcpAssignReportBlockFromBuffer(datagram, &position, datagram->size, 255, &blocks_));
-  EXPECT_EQ(count(), 2U);
-  EXPECT_EQ(ZunVector_ZunRtcpReportBlockCapacity(&blocks_), 2U);
+  EXPECT_FALSE(ZunRtcpAssignReportBlockFromBuffer(datagram, &position, datagram->size, 255, blocks));
+  EXPECT_EQ(CountOf(blocks), 2U);
+  EXPECT_EQ(ZunVector_ZunRtcpReportBlockCapacity(blocks), 2U);
 }
 
 }  // namespace

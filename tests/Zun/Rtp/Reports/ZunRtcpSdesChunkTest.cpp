@@ -2,14 +2,15 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/support/Bytes.h"
-#include "tests/support/TestAllocator.h"
+#include "tests/support/Kinds.h"
 
 namespace {
 
 using namespace test;
 
-// Items of type CNAME that end themselves. Each takes the allocator of the list.
+using Chunk = TEST_PART(ZunRtcpSdesChunk);
+
+// Owned items of type CNAME. Each takes the allocator of the list.
 class Items {
  public:
   Items(std::initializer_list<const char*> texts, ZunAllocator* a = ZunAllocatorGetSystem()) {
@@ -31,9 +32,9 @@ class Items {
   ZunVector_ZunRtcpSdesItem items_;
 };
 
-std::string Texts(const ZunRtcpSdesChunk& chunk) {
+std::string Texts(const ZunRtcpSdesChunk* chunk) {
   std::string texts;
-  const ZunVector_ZunRtcpSdesItem* const items = ZunRtcpSdesChunkGetItems(&chunk);
+  const ZunVector_ZunRtcpSdesItem* const items = ZunRtcpSdesChunkGetItems(chunk);
   for (const ZunRtcpSdesItem* item = items->begin; item != items->end; ++item) {
     texts += ZunRtcpSdesItemGetText(item);
     texts += ';';
@@ -41,61 +42,57 @@ std::string Texts(const ZunRtcpSdesChunk& chunk) {
   return texts;
 }
 
-class SdesChunkTest : public ::testing::Test {
- protected:
-  SdesChunkTest() { EXPECT_EQ(ZunRtcpSdesChunkConstructDefault(&chunk_, allocator_), &chunk_); }
-  ~SdesChunkTest() override { ZunRtcpSdesChunkDestruct(&chunk_); }
-
-  TestAllocator allocator_;
-  ZunRtcpSdesChunk chunk_;
-};
-
-TEST_F(SdesChunkTest, ConstructDefaultIsEmpty) {
-  EXPECT_EQ(ZunRtcpSdesChunkGetSource(&chunk_), 0U);
-  EXPECT_TRUE(ZunVector_ZunRtcpSdesItemEmpty(ZunRtcpSdesChunkGetItems(&chunk_)));
-  EXPECT_EQ(ZunRtcpSdesChunkGetItems(&chunk_)->allocator, allocator_.get());
+TEST(ZunRtcpSdesChunk, ConstructDefaultIsEmpty) {
+  TestAllocator allocator;
+  Chunk chunk(allocator);
+  EXPECT_EQ(ZunRtcpSdesChunkGetSource(chunk), 0U);
+  EXPECT_TRUE(ZunVector_ZunRtcpSdesItemEmpty(ZunRtcpSdesChunkGetItems(chunk)));
+  EXPECT_EQ(ZunRtcpSdesChunkGetItems(chunk)->allocator, allocator.get());
 }
 
-TEST_F(SdesChunkTest, Setters) {
-  EXPECT_TRUE(ZunRtcpSdesChunkSetSource(&chunk_, 0xFEDCBA98));
-  EXPECT_EQ(ZunRtcpSdesChunkGetSource(&chunk_), 0xFEDCBA98U);
-  EXPECT_TRUE(ZunRtcpSdesChunkSetItems(&chunk_, Items({"one", "two"})));
-  EXPECT_EQ(Texts(chunk_), "one;two;");
-  EXPECT_EQ(ZunRtcpSdesChunkGetItems(&chunk_)->begin->type, ZUN_RTCPSDESITEM_TYPE_CNAME);
-  EXPECT_TRUE(ZunRtcpSdesChunkSetItems(&chunk_, ZunRtcpSdesChunkGetItems(&chunk_)));
-  EXPECT_EQ(Texts(chunk_), "one;two;");
-  EXPECT_TRUE(ZunRtcpSdesChunkSetItems(&chunk_, Items({})));
-  EXPECT_EQ(Texts(chunk_), "");
+TEST(ZunRtcpSdesChunk, Setters) {
+  Chunk chunk;
+  EXPECT_TRUE(ZunRtcpSdesChunkSetSource(chunk, 0xFEDCBA98));
+  EXPECT_EQ(ZunRtcpSdesChunkGetSource(chunk), 0xFEDCBA98U);
+  EXPECT_TRUE(ZunRtcpSdesChunkSetItems(chunk, Items({"one", "two"})));
+  EXPECT_EQ(Texts(chunk), "one;two;");
+  EXPECT_EQ(ZunRtcpSdesChunkGetItems(chunk)->begin->type, ZUN_RTCPSDESITEM_TYPE_CNAME);
+  EXPECT_TRUE(ZunRtcpSdesChunkSetItems(chunk, ZunRtcpSdesChunkGetItems(chunk)));
+  EXPECT_EQ(Texts(chunk), "one;two;");
+  EXPECT_TRUE(ZunRtcpSdesChunkSetItems(chunk, Items({})));
+  EXPECT_EQ(Texts(chunk), "");
 }
 
-TEST_F(SdesChunkTest, CopiesTakeTheAllocatorsOfTheirSource) {
+TEST(ZunRtcpSdesChunk, CopiesTakeTheAllocatorsOfTheirSource) {
+  TestAllocator allocator;
+  Chunk chunk(allocator);
   TestAllocator of_items;
-  ASSERT_TRUE(ZunRtcpSdesChunkSetSource(&chunk_, 7));
-  ASSERT_TRUE(ZunRtcpSdesChunkSetItems(&chunk_, Items({"one"}, of_items)));
-  EXPECT_EQ(ZunRtcpSdesChunkGetItems(&chunk_)->allocator, allocator_.get());
-  EXPECT_EQ(ZunRtcpSdesChunkGetItems(&chunk_)->begin->text.allocator, of_items.get());
+  ASSERT_TRUE(ZunRtcpSdesChunkSetSource(chunk, 7));
+  ASSERT_TRUE(ZunRtcpSdesChunkSetItems(chunk, Items({"one"}, of_items)));
+  EXPECT_EQ(ZunRtcpSdesChunkGetItems(chunk)->allocator, allocator.get());
+  EXPECT_EQ(ZunRtcpSdesChunkGetItems(chunk)->begin->text.allocator, of_items.get());
 
   ZunRtcpSdesChunk copy;
-  ASSERT_EQ(ZunRtcpSdesChunkConstructCopy(&copy, &chunk_), &copy);
+  ASSERT_EQ(ZunRtcpSdesChunkConstructCopy(&copy, chunk), &copy);
   EXPECT_EQ(ZunRtcpSdesChunkGetSource(&copy), 7U);
-  EXPECT_EQ(Texts(copy), "one;");
-  EXPECT_EQ(copy.items.allocator, allocator_.get());
+  EXPECT_EQ(Texts(&copy), "one;");
+  EXPECT_EQ(copy.items.allocator, allocator.get());
   EXPECT_EQ(copy.items.begin->text.allocator, of_items.get());
   ZunRtcpSdesChunkDestruct(&copy);
   ZunRtcpSdesChunkDestruct(&copy);
 
   TestAllocator other;
   ZunRtcpSdesChunkConstructDefault(&copy, other);
-  ASSERT_EQ(ZunRtcpSdesChunkAssign(&copy, &chunk_), &copy);
+  ASSERT_EQ(ZunRtcpSdesChunkAssign(&copy, chunk), &copy);
   EXPECT_EQ(ZunRtcpSdesChunkGetSource(&copy), 7U);
-  EXPECT_EQ(Texts(copy), "one;");
+  EXPECT_EQ(Texts(&copy), "one;");
   EXPECT_EQ(copy.items.allocator, other.get()) << "an assigned chunk keeps its own";
   ZunRtcpSdesChunkDestruct(&copy);
-  ZunRtcpSdesChunkDestruct(&chunk_);
+  ZunRtcpSdesChunkDestruct(chunk);
   EXPECT_EQ(of_items.live_blocks(), 0U);
 }
 
-TEST(SdesChunk, RefusalsLoseNothing) {
+TEST(ZunRtcpSdesChunk, RefusalsLoseNothing) {
   EXPECT_GT(ForEveryRefusal([&](TestAllocator& refusing) {
               ZunRtcpSdesChunk source;
               ZunRtcpSdesChunkConstructDefault(&source, refusing);
@@ -105,7 +102,7 @@ TEST(SdesChunk, RefusalsLoseNothing) {
                 const bool copied = ZunRtcpSdesChunkConstructCopy(&copy, &source) != nullptr;
                 EXPECT_EQ(copied, refusing.refused() == 0);
                 if (copied) {
-                  EXPECT_EQ(Texts(copy), Texts(source));
+                  EXPECT_EQ(Texts(&copy), Texts(&source));
                   ZunRtcpSdesChunkDestruct(&copy);
                 }
               }
@@ -114,7 +111,7 @@ TEST(SdesChunk, RefusalsLoseNothing) {
               const std::size_t refused = refusing.refused();
               if (ZunRtcpSdesChunkAssign(&assigned, &source) != nullptr) {
                 EXPECT_EQ(ZunRtcpSdesChunkGetSource(&assigned), 7U);
-                EXPECT_EQ(Texts(assigned), Texts(source));
+                EXPECT_EQ(Texts(&assigned), Texts(&source));
               } else {
                 EXPECT_GT(refusing.refused(), refused);
                 EXPECT_EQ(ZunRtcpSdesChunkGetSource(&assigned), 0U) << "the source is stored last";

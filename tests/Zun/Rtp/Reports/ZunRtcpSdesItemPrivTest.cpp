@@ -2,12 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/support/Bytes.h"
-#include "tests/support/TestAllocator.h"
+#include "tests/support/Kinds.h"
 
 namespace {
 
 using namespace test;
+
+using Priv = TEST_PART(ZunRtcpSdesItemPriv);
 
 // An item with a text of any bytes.
 class Item {
@@ -26,54 +27,50 @@ class Item {
   ZunRtcpSdesItem item_;
 };
 
-class PrivTest : public ::testing::Test {
- protected:
-  PrivTest() { EXPECT_EQ(ZunRtcpSdesItemPrivConstructDefault(&priv_, allocator_), &priv_); }
-  ~PrivTest() override { ZunRtcpSdesItemPrivDestruct(&priv_); }
-
-  void Set(const std::string& prefix, int prefix_len, const std::string& text) {
-    ASSERT_TRUE(ZunRtcpSdesItemPrivSetPrefix(&priv_, Text(prefix)));
-    ASSERT_TRUE(ZunRtcpSdesItemPrivSetPrefixLen(&priv_, static_cast<ZunUint8>(prefix_len)));
-    ASSERT_TRUE(ZunRtcpSdesItemPrivSetText(&priv_, Text(text)));
-  }
-  std::string prefix() const { return Str(ZunRtcpSdesItemPrivGetPrefix(&priv_)); }
-  std::string text() const { return Str(ZunRtcpSdesItemPrivGetText(&priv_)); }
-
-  TestAllocator allocator_;
-  ZunRtcpSdesItemPriv priv_;
-};
-
-TEST_F(PrivTest, ConstructDefaultIsEmpty) {
-  EXPECT_EQ(ZunRtcpSdesItemPrivGetPrefixLen(&priv_), 0);
-  EXPECT_EQ(prefix(), "");
-  EXPECT_EQ(text(), "");
-  EXPECT_EQ(priv_.prefix.allocator, allocator_.get());
-  EXPECT_EQ(priv_.text.allocator, allocator_.get());
+void Fill(ZunRtcpSdesItemPriv* priv, const std::string& prefix, int prefix_len, const std::string& text) {
+  ASSERT_TRUE(ZunRtcpSdesItemPrivSetPrefix(priv, Text(prefix)));
+  ASSERT_TRUE(ZunRtcpSdesItemPrivSetPrefixLen(priv, static_cast<ZunUint8>(prefix_len)));
+  ASSERT_TRUE(ZunRtcpSdesItemPrivSetText(priv, Text(text)));
 }
 
-TEST_F(PrivTest, SettersCopyAndLeaveThePrefixLengthAlone) {
-  ASSERT_TRUE(ZunRtcpSdesItemPrivSetPrefixLen(&priv_, 200));
-  EXPECT_TRUE(ZunRtcpSdesItemPrivSetPrefix(&priv_, Text(std::string("a\0b", 3))));
-  EXPECT_EQ(prefix(), std::string("a\0b", 3));
-  EXPECT_TRUE(ZunRtcpSdesItemPrivSetPrefixCStr(&priv_, "prefix"));
-  EXPECT_EQ(prefix(), "prefix");
-  EXPECT_TRUE(ZunRtcpSdesItemPrivSetText(&priv_, Text("text")));
-  EXPECT_EQ(text(), "text");
-  EXPECT_TRUE(ZunRtcpSdesItemPrivSetTextCStr(&priv_, "more"));
-  EXPECT_EQ(text(), "more");
-  EXPECT_EQ(ZunRtcpSdesItemPrivGetPrefixLen(&priv_), 200);
-  EXPECT_EQ(priv_.prefix.allocator, allocator_.get());
+std::string PrefixOf(const ZunRtcpSdesItemPriv* priv) { return Str(ZunRtcpSdesItemPrivGetPrefix(priv)); }
+std::string TextOf(const ZunRtcpSdesItemPriv* priv) { return Str(ZunRtcpSdesItemPrivGetText(priv)); }
 
-  allocator_.RefuseFrom(0);
-  EXPECT_FALSE(ZunRtcpSdesItemPrivSetPrefix(&priv_, Text("much too long a text")));
-  EXPECT_FALSE(ZunRtcpSdesItemPrivSetPrefixCStr(&priv_, "much too long a text"));
-  EXPECT_FALSE(ZunRtcpSdesItemPrivSetText(&priv_, Text("much too long a text")));
-  EXPECT_FALSE(ZunRtcpSdesItemPrivSetTextCStr(&priv_, "much too long a text"));
-  EXPECT_EQ(prefix(), "prefix");
-  EXPECT_EQ(text(), "more");
+TEST(ZunRtcpSdesItemPriv, ConstructDefaultIsEmpty) {
+  TestAllocator allocator;
+  Priv priv(allocator);
+  EXPECT_EQ(ZunRtcpSdesItemPrivGetPrefixLen(priv), 0);
+  EXPECT_EQ(PrefixOf(priv), "");
+  EXPECT_EQ(TextOf(priv), "");
+  EXPECT_EQ(priv->prefix.allocator, allocator.get());
+  EXPECT_EQ(priv->text.allocator, allocator.get());
 }
 
-TEST(Priv, TakesAnItemApartAndPutsItTogetherAgain) {
+TEST(ZunRtcpSdesItemPriv, SettersCopyAndLeaveThePrefixLengthAlone) {
+  TestAllocator allocator;
+  Priv priv(allocator);
+  ASSERT_TRUE(ZunRtcpSdesItemPrivSetPrefixLen(priv, 200));
+  EXPECT_TRUE(ZunRtcpSdesItemPrivSetPrefix(priv, Text(std::string("a\0b", 3))));
+  EXPECT_EQ(PrefixOf(priv), std::string("a\0b", 3));
+  EXPECT_TRUE(ZunRtcpSdesItemPrivSetPrefixCStr(priv, "prefix"));
+  EXPECT_EQ(PrefixOf(priv), "prefix");
+  EXPECT_TRUE(ZunRtcpSdesItemPrivSetText(priv, Text("text")));
+  EXPECT_EQ(TextOf(priv), "text");
+  EXPECT_TRUE(ZunRtcpSdesItemPrivSetTextCStr(priv, "more"));
+  EXPECT_EQ(TextOf(priv), "more");
+  EXPECT_EQ(ZunRtcpSdesItemPrivGetPrefixLen(priv), 200);
+  EXPECT_EQ(priv->prefix.allocator, allocator.get());
+
+  allocator.RefuseFrom(0);
+  EXPECT_FALSE(ZunRtcpSdesItemPrivSetPrefix(priv, Text("much too long a text")));
+  EXPECT_FALSE(ZunRtcpSdesItemPrivSetPrefixCStr(priv, "much too long a text"));
+  EXPECT_FALSE(ZunRtcpSdesItemPrivSetText(priv, Text("much too long a text")));
+  EXPECT_FALSE(ZunRtcpSdesItemPrivSetTextCStr(priv, "much too long a text"));
+  EXPECT_EQ(PrefixOf(priv), "prefix");
+  EXPECT_EQ(TextOf(priv), "more");
+}
+
+TEST(ZunRtcpSdesItemPriv, TakesAnItemApartAndPutsItTogetherAgain) {
   TestAllocator allocator;
   const std::string value =
       "\x03"
@@ -96,7 +93,7 @@ TEST(Priv, TakesAnItemApartAndPutsItTogetherAgain) {
   ZunRtcpSdesItemPrivDestruct(&priv);
 }
 
-TEST(Priv, ConstructItemAtItsLimits) {
+TEST(ZunRtcpSdesItemPriv, ConstructItemAtItsLimits) {
   struct {
     std::string value;
     bool ok;
@@ -107,7 +104,7 @@ TEST(Priv, ConstructItemAtItsLimits) {
       {"", false, 0, "", ""},
       {std::string(1, '\0'), false, 0, "", ""},  // less than two bytes
       {"\x01", false, 0, "", ""},
-      {std::string("\0t", 2), true, 0, "", "t"},  // no prefix: the text begins behind the length
+      {std::string("\0t", 2), true, 0, "", "t"},  // no prefix: the text begins after the length
       {std::string("\0text", 5), true, 0, "", "text"},
       {"\x01p", true, 1, "p", ""},
       {"\x04pref", true, 4, "pref", ""},  // no text
@@ -132,37 +129,40 @@ TEST(Priv, ConstructItemAtItsLimits) {
   }
 }
 
-TEST_F(PrivTest, ThePrefixLengthSaysHowMuchOfThePrefixIsWritten) {
+TEST(ZunRtcpSdesItemPriv, ThePrefixLengthSaysHowMuchOfThePrefixIsWritten) {
+  Priv priv;
   Item item("old");
-  Set("prefix", 3, "text");
-  EXPECT_TRUE(ZunRtcpSdesItemPrivWriteToItem(&priv_, item.get()));
+  Fill(priv, "prefix", 3, "text");
+  EXPECT_TRUE(ZunRtcpSdesItemPrivWriteToItem(priv, item.get()));
   EXPECT_EQ(item.text(), "\x03pretext");
-  Set("prefix", 0, "text");
-  EXPECT_TRUE(ZunRtcpSdesItemPrivWriteToItem(&priv_, item.get()));
+  Fill(priv, "prefix", 0, "text");
+  EXPECT_TRUE(ZunRtcpSdesItemPrivWriteToItem(priv, item.get()));
   EXPECT_EQ(item.text(), std::string("\0text", 5));
-  Set("", 0, "");
-  EXPECT_TRUE(ZunRtcpSdesItemPrivWriteToItem(&priv_, item.get()));
+  Fill(priv, "", 0, "");
+  EXPECT_TRUE(ZunRtcpSdesItemPrivWriteToItem(priv, item.get()));
   EXPECT_EQ(item.text(), std::string(1, '\0'));
 }
 
-TEST_F(PrivTest, APrefixShorterThanItsLengthIsNotWritten) {
+TEST(ZunRtcpSdesItemPriv, APrefixShorterThanItsLengthIsNotWritten) {
+  Priv priv;
   Item item("old");
-  Set("prefix", 7, "text");
-  EXPECT_FALSE(ZunRtcpSdesItemPrivWriteToItem(&priv_, item.get()));
+  Fill(priv, "prefix", 7, "text");
+  EXPECT_FALSE(ZunRtcpSdesItemPrivWriteToItem(priv, item.get()));
   EXPECT_EQ(item.text(), "old");
-  Set("prefix", 6, "text");
-  EXPECT_TRUE(ZunRtcpSdesItemPrivWriteToItem(&priv_, item.get()));
+  Fill(priv, "prefix", 6, "text");
+  EXPECT_TRUE(ZunRtcpSdesItemPrivWriteToItem(priv, item.get()));
   EXPECT_EQ(item.text(), "\x06prefixtext");
 }
 
-TEST_F(PrivTest, TheResultIsNotLimitedToTheSizeOfAnItem) {
+TEST(ZunRtcpSdesItemPriv, TheResultIsNotLimitedToTheSizeOfAnItem) {
+  Priv priv;
   Item item("");
-  Set(std::string(200, 'p'), 200, std::string(200, 't'));
-  EXPECT_TRUE(ZunRtcpSdesItemPrivWriteToItem(&priv_, item.get()));
+  Fill(priv, std::string(200, 'p'), 200, std::string(200, 't'));
+  EXPECT_TRUE(ZunRtcpSdesItemPrivWriteToItem(priv, item.get()));
   EXPECT_EQ(item.text(), "\xC8" + std::string(200, 'p') + std::string(200, 't'));
 }
 
-TEST(Priv, RefusalsLoseNothing) {
+TEST(ZunRtcpSdesItemPriv, RefusalsLoseNothing) {
   const std::string value = "\x20" + std::string(32, 'p') + std::string(32, 't');
   EXPECT_EQ(ForEveryRefusal([&](TestAllocator& refusing) {
               ZunRtcpSdesItem item;

@@ -2,31 +2,25 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/support/Bytes.h"
-#include "tests/support/TestAllocator.h"
+#include "tests/support/Kinds.h"
 
 namespace {
 
 using namespace test;
 
-class SdesItemTest : public ::testing::Test {
- protected:
-  SdesItemTest() { EXPECT_EQ(ZunRtcpSdesItemConstructDefault(&item_, allocator_), &item_); }
-  ~SdesItemTest() override { ZunRtcpSdesItemDestruct(&item_); }
+using Item = TEST_PART(ZunRtcpSdesItem);
 
-  TestAllocator allocator_;
-  ZunRtcpSdesItem item_;
-};
-
-TEST_F(SdesItemTest, ConstructDefaultIsEmpty) {
-  EXPECT_EQ(ZunRtcpSdesItemGetType(&item_), ZUN_RTCPSDESITEM_TYPE_EndOfList);
-  EXPECT_STREQ(ZunRtcpSdesItemGetText(&item_), "");
-  EXPECT_EQ(ZunRtcpSdesItemGetSize(&item_), 0);
-  EXPECT_EQ(ZunRtcpSdesItemGetAllocator(&item_), allocator_.get());
-  EXPECT_EQ(allocator_.calls(), 0U);
+TEST(ZunRtcpSdesItem, ConstructDefaultIsEmpty) {
+  TestAllocator allocator;
+  Item item(allocator);
+  EXPECT_EQ(ZunRtcpSdesItemGetType(item), ZUN_RTCPSDESITEM_TYPE_EndOfList);
+  EXPECT_STREQ(ZunRtcpSdesItemGetText(item), "");
+  EXPECT_EQ(ZunRtcpSdesItemGetSize(item), 0);
+  EXPECT_EQ(ZunRtcpSdesItemGetAllocator(item), allocator.get());
+  EXPECT_EQ(allocator.calls(), 0U);
 }
 
-TEST(SdesItem, TypesAreThoseOfTheRegistry) {
+TEST(ZunRtcpSdesItem, TypesAreThoseOfTheRegistry) {
   EXPECT_EQ(ZUN_RTCPSDESITEM_TYPE_CNAME, 1);
   EXPECT_EQ(ZUN_RTCPSDESITEM_TYPE_NAME, 2);
   EXPECT_EQ(ZUN_RTCPSDESITEM_TYPE_EMAIL, 3);
@@ -45,50 +39,57 @@ TEST(SdesItem, TypesAreThoseOfTheRegistry) {
   EXPECT_EQ(ZUN_RTCPSDESITEM_TYPE_MAX, 16);
 }
 
-TEST_F(SdesItemTest, SetTypeStoresAnyByte) {
+TEST(ZunRtcpSdesItem, SetTypeStoresAnyByte) {
+  Item item;
   for (const ZunUint8 type : {ZunUint8{0}, ZunUint8{15}, ZunUint8{16}, ZunUint8{255}}) {
-    EXPECT_TRUE(ZunRtcpSdesItemSetType(&item_, type));
-    EXPECT_EQ(ZunRtcpSdesItemGetType(&item_), type);
+    EXPECT_TRUE(ZunRtcpSdesItemSetType(item, type));
+    EXPECT_EQ(ZunRtcpSdesItemGetType(item), type);
   }
 }
 
-TEST_F(SdesItemTest, SetTextTakesUpTo255Characters) {
+TEST(ZunRtcpSdesItem, SetTextTakesUpTo255Characters) {
+  Item item;
   const std::string longest(255, 'a');
-  EXPECT_TRUE(ZunRtcpSdesItemSetText(&item_, longest.c_str()));
-  EXPECT_EQ(ZunRtcpSdesItemGetText(&item_), longest);
-  EXPECT_EQ(ZunRtcpSdesItemGetSize(&item_), 255);
-  EXPECT_FALSE(ZunRtcpSdesItemSetText(&item_, std::string(256, 'b').c_str()));
-  EXPECT_EQ(ZunRtcpSdesItemGetText(&item_), longest);
-  EXPECT_TRUE(ZunRtcpSdesItemSetText(&item_, ZunRtcpSdesItemGetText(&item_) + 250)) << "a part of the old text";
-  EXPECT_STREQ(ZunRtcpSdesItemGetText(&item_), "aaaaa");
-  EXPECT_TRUE(ZunRtcpSdesItemSetText(&item_, ""));
-  EXPECT_STREQ(ZunRtcpSdesItemGetText(&item_), "");
+  EXPECT_TRUE(ZunRtcpSdesItemSetText(item, longest.c_str()));
+  EXPECT_EQ(ZunRtcpSdesItemGetText(item), longest);
+  EXPECT_EQ(ZunRtcpSdesItemGetSize(item), 255);
+  EXPECT_FALSE(ZunRtcpSdesItemSetText(item, std::string(256, 'b').c_str()));
+  EXPECT_EQ(ZunRtcpSdesItemGetText(item), longest);
+  EXPECT_TRUE(ZunRtcpSdesItemSetText(item, ZunRtcpSdesItemGetText(item) + 250)) << "a part of the old text";
+  EXPECT_STREQ(ZunRtcpSdesItemGetText(item), "aaaaa");
+  EXPECT_TRUE(ZunRtcpSdesItemSetText(item, ""));
+  EXPECT_STREQ(ZunRtcpSdesItemGetText(item), "");
 }
 
-TEST_F(SdesItemTest, ARefusedTextLeavesTheOldOne) {
-  ASSERT_TRUE(ZunRtcpSdesItemSetText(&item_, "old"));
-  allocator_.RefuseFrom(0);
-  EXPECT_FALSE(ZunRtcpSdesItemSetText(&item_, "quite a bit longer"));
-  EXPECT_STREQ(ZunRtcpSdesItemGetText(&item_), "old");
+TEST(ZunRtcpSdesItem, ARefusedTextLeavesTheOldOne) {
+  TestAllocator allocator;
+  Item item(allocator);
+  ASSERT_TRUE(ZunRtcpSdesItemSetText(item, "old"));
+  allocator.RefuseFrom(0);
+  EXPECT_FALSE(ZunRtcpSdesItemSetText(item, "quite a bit longer"));
+  EXPECT_STREQ(ZunRtcpSdesItemGetText(item), "old");
 }
 
-TEST_F(SdesItemTest, ConstructCopiesATextOfAnySizeWithItsAllocator) {
-  const Text text(std::string(300, 'x'), allocator_.get());
+TEST(ZunRtcpSdesItem, ConstructCopiesATextOfAnySizeWithItsAllocator) {
+  TestAllocator allocator;
+  const Text text(std::string(300, 'x'), allocator.get());
   ZunRtcpSdesItem item;
   ASSERT_EQ(ZunRtcpSdesItemConstruct(&item, ZUN_RTCPSDESITEM_TYPE_NOTE, text.get()), &item);
   EXPECT_EQ(ZunRtcpSdesItemGetType(&item), ZUN_RTCPSDESITEM_TYPE_NOTE);
   EXPECT_EQ(Str(&item.text), text.str());
   EXPECT_EQ(ZunRtcpSdesItemGetSize(&item), 300 - 256) << "only the low 8 bits are told";
-  EXPECT_EQ(ZunRtcpSdesItemGetAllocator(&item), allocator_.get());
+  EXPECT_EQ(ZunRtcpSdesItemGetAllocator(&item), allocator.get());
   ZunRtcpSdesItemDestruct(&item);
   EXPECT_STREQ(ZunRtcpSdesItemGetText(&item), "");
   ZunRtcpSdesItemDestruct(&item);
 
-  allocator_.RefuseFrom(0);
+  allocator.RefuseFrom(0);
   EXPECT_EQ(ZunRtcpSdesItemConstruct(&item, ZUN_RTCPSDESITEM_TYPE_NOTE, text.get()), nullptr);
 }
 
-TEST_F(SdesItemTest, CopiesAndAssignments) {
+TEST(ZunRtcpSdesItem, CopiesAndAssignments) {
+  TestAllocator allocator;
+  Item item(allocator);
   TestAllocator other;
   ZunRtcpSdesItem source;
   ZunRtcpSdesItemConstructDefault(&source, other);
@@ -102,14 +103,14 @@ TEST_F(SdesItemTest, CopiesAndAssignments) {
   EXPECT_STREQ(ZunRtcpSdesItemGetText(&copy), "alice@example.org");
   ZunRtcpSdesItemDestruct(&copy);
 
-  allocator_.RefuseOnce(0);
-  EXPECT_EQ(ZunRtcpSdesItemAssign(&item_, &source), nullptr);
-  EXPECT_EQ(ZunRtcpSdesItemGetType(&item_), ZUN_RTCPSDESITEM_TYPE_EndOfList);
-  EXPECT_STREQ(ZunRtcpSdesItemGetText(&item_), "");
-  ASSERT_EQ(ZunRtcpSdesItemAssign(&item_, &source), &item_);
-  EXPECT_EQ(ZunRtcpSdesItemGetAllocator(&item_), allocator_.get()) << "an assigned item keeps its own";
-  EXPECT_EQ(ZunRtcpSdesItemGetType(&item_), ZUN_RTCPSDESITEM_TYPE_CNAME);
-  EXPECT_STREQ(ZunRtcpSdesItemGetText(&item_), "alice@example.org");
+  allocator.RefuseOnce(0);
+  EXPECT_EQ(ZunRtcpSdesItemAssign(item, &source), nullptr);
+  EXPECT_EQ(ZunRtcpSdesItemGetType(item), ZUN_RTCPSDESITEM_TYPE_EndOfList);
+  EXPECT_STREQ(ZunRtcpSdesItemGetText(item), "");
+  ASSERT_EQ(ZunRtcpSdesItemAssign(item, &source), item);
+  EXPECT_EQ(ZunRtcpSdesItemGetAllocator(item), allocator.get()) << "an assigned item keeps its own";
+  EXPECT_EQ(ZunRtcpSdesItemGetType(item), ZUN_RTCPSDESITEM_TYPE_CNAME);
+  EXPECT_STREQ(ZunRtcpSdesItemGetText(item), "alice@example.org");
 
   other.RefuseFrom(0);
   EXPECT_EQ(ZunRtcpSdesItemConstructCopy(&copy, &source), nullptr);

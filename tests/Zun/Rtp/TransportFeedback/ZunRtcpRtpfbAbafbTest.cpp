@@ -2,15 +2,14 @@
 
 #include <limits>
 
-#include "tests/support/Kinds.h"
 #include "tests/support/LogCapture.h"
+#include "tests/support/Samples.h"
 
 namespace {
 
-using test::Hex;
-using test::LogCapture;
+using namespace test;
 
-using Abafb = test::Built<ZunRtcpRtpfbAbafb, ZunRtcpRtpfbAbafbConstructDefault, ZunRtcpRtpfbAbafbDestruct>;
+using Abafb = TEST_OBJECT(ZunRtcpRtpfbAbafb);
 
 constexpr ZunTime kMillisecond = 1000000;
 
@@ -25,19 +24,6 @@ class StoppedClock {
  private:
   double interval_;
 };
-
-std::string Golden() {
-  return Hex(R"(
-    9E CD 00 07  | version 2, FMT 30, packet type 205, 8 words
-    01 02 03 04  | sender
-    05 06 07 08  | media source
-    11 12 13 14  | timestamp
-    00 00 0B B8  | delay: 3000 us
-    21 22 23 24  | data rate
-    31 32 33 34  | loss rate
-    41 42 43 44  | ABA data rate
-  )");
-}
 
 void ExpectFields(const ZunRtcpRtpfbAbafb* p, ZunRtpSourceId sender, ZunRtpSourceId source, ZunUint32 timestamp,
                   ZunUint32 data_rate, ZunUint32 loss_rate, ZunUint32 aba_data_rate) {
@@ -58,7 +44,7 @@ void ExpectStoredDelay(const ZunRtcpRtpfbAbafb* p, ZunUint32 delay) {
 }
 
 ZunUint32 WrittenDelay(const Abafb& abafb) {
-  const std::string written = test::Append(ZunRtcpRtpfbAbafbWritePacket, abafb.sp());
+  const std::string written = abafb.bytes();
   return ZunUint32FromOctets(written.data() + 16);
 }
 
@@ -151,7 +137,7 @@ TEST(ZunRtcpRtpfbAbafb, TheMeasuredDelayGrowsWithTheClock) {
 
 TEST(ZunRtcpRtpfbAbafb, OwnsNothingAndIsCopiedWhole) {
   const StoppedClock at_zero;
-  test::TestAllocator allocator;
+  TestAllocator allocator;
   Abafb source(allocator);
   ZunRtcpRtpfbAbafbConstructWithCalculatedDelay(source, 1, 2, -8 * kMillisecond, 4, 5, 6, allocator);
   source->source = 9;
@@ -185,13 +171,11 @@ TEST(ZunRtcpRtpfbAbafb, ReadsAndWritesItsWireForm) {
   LogCapture log;
   Abafb abafb;
   EXPECT_EQ(ZunRtcpRtpfbAbafbGetPacketLength(abafb.sp()), 32U);
-  ASSERT_TRUE(test::Read(ZunRtcpRtpfbAbafbAssignFromBuffer, abafb.sp(), Golden()));
+  ASSERT_TRUE(abafb.Read(Golden("RtpfbAbafb")));
   ExpectFields(abafb, 0x01020304, 0x05060708, 0x11121314, 0x21222324, 0x31323334, 0x41424344);
   ExpectStoredDelay(abafb, 3000);
   EXPECT_EQ(ZunRtcpRtpfbAbafbGetPacketLength(abafb.sp()), 32U);
-  EXPECT_EQ(test::Append(ZunRtcpRtpfbAbafbWritePacket, abafb.sp()), Golden());
-  test::ExpectSafeWriting(ZunRtcpRtpfbAbafbWritePacket, abafb.sp(), Golden());
-  EXPECT_EQ(test::Append(ZunRtcpRtpfbAbafbWritePacket, abafb.sp(), true)[0], '\xBE');
+  EXPECT_EQ(abafb.bytes(), Golden("RtpfbAbafb"));
   log.ExpectNone();
 }
 
@@ -201,7 +185,7 @@ TEST(ZunRtcpRtpfbAbafb, AMeasuredDelayIsWrittenAtItsPlace) {
   ZunRtcpRtpfbAbafbConstructWithCalculatedDelay(abafb, 0x01020304, 0x11121314, -3 * kMillisecond, 0x21222324,
                                                 0x31323334, 0x41424344, nullptr);
   abafb->source = 0x05060708;
-  EXPECT_EQ(test::Append(ZunRtcpRtpfbAbafbWritePacket, abafb.sp()), Golden());
+  EXPECT_EQ(abafb.bytes(), Golden("RtpfbAbafb"));
 }
 
 TEST(ZunRtcpRtpfbAbafb, AReadReportCarriesAStoredDelay) {
@@ -209,21 +193,20 @@ TEST(ZunRtcpRtpfbAbafb, AReadReportCarriesAStoredDelay) {
   ZunRtcpRtpfbAbafbSetTimestampTime(abafb, 1);
   abafb->type = 0;
   abafb->fmt = 9;
-  ASSERT_TRUE(test::Read(ZunRtcpRtpfbAbafbAssignFromBuffer, abafb.sp(), Golden()));
+  ASSERT_TRUE(abafb.Read(Golden("RtpfbAbafb")));
   ExpectFields(abafb, 0x01020304, 0x05060708, 0x11121314, 0x21222324, 0x31323334, 0x41424344);
   ExpectStoredDelay(abafb, 3000);
 }
 
 TEST(ZunRtcpRtpfbAbafb, KeepsWhatStandsInFrontOfACut) {
   LogCapture log;
-  for (ZunSizeT size = 4; size <= Golden().size(); ++size) {
-    for (const ZunSizeT beyond : {ZunSizeT{0}, Golden().size() - size, SIZE_MAX - size}) {
-      SCOPED_TRACE(testing::Message() << size << " bytes, " << beyond << " announced behind them");
+  for (ZunSizeT size = 4; size <= Golden("RtpfbAbafb").size(); ++size) {
+    for (const ZunSizeT beyond : {ZunSizeT{0}, Golden("RtpfbAbafb").size() - size, SIZE_MAX - size}) {
+      SCOPED_TRACE(testing::Message() << size << " bytes, " << beyond << " announced after them");
       Abafb abafb;
       ZunRtcpRtpfbAbafbConstructFull(abafb, 10, 30, 40, 50, 60, 70, nullptr);
       abafb->source = 20;
-      EXPECT_EQ(test::Read(ZunRtcpRtpfbAbafbAssignFromBuffer, abafb.sp(), Golden().substr(0, size), beyond),
-                size == 32 && beyond == 0);
+      EXPECT_EQ(abafb.Read(Golden("RtpfbAbafb").substr(0, size), {.beyond = beyond}), size == 32 && beyond == 0);
       ExpectFields(abafb, size >= 8 ? 0x01020304 : 10, size >= 12 ? 0x05060708 : 20, size >= 16 ? 0x11121314 : 30,
                    size >= 24 ? 0x21222324 : 50, size >= 28 ? 0x31323334 : 60, size >= 32 ? 0x41424344 : 70);
       ExpectStoredDelay(abafb, size >= 20 ? 3000 : 40);
@@ -236,7 +219,7 @@ TEST(ZunRtcpRtpfbAbafb, ACutInFrontOfTheDelayLeavesItMeasured) {
   const StoppedClock at_zero;
   Abafb abafb;
   ZunRtcpRtpfbAbafbSetTimestampTime(abafb, -2 * kMillisecond);
-  EXPECT_FALSE(test::Read(ZunRtcpRtpfbAbafbAssignFromBuffer, abafb.sp(), Golden().substr(0, 16)));
+  EXPECT_FALSE(abafb.Read(Golden("RtpfbAbafb").substr(0, 16)));
   EXPECT_TRUE(abafb->calculate_delay);
   EXPECT_EQ(ZunRtcpRtpfbAbafbGetDelay(abafb), 2000U);
 }
@@ -246,27 +229,16 @@ TEST(ZunRtcpRtpfbAbafb, ACutAfterTheDelayLeavesItStored) {
   for (const ZunSizeT size : {20U, 24U, 28U}) {
     Abafb abafb;
     ZunRtcpRtpfbAbafbSetTimestampTime(abafb, -2 * kMillisecond);
-    EXPECT_FALSE(test::Read(ZunRtcpRtpfbAbafbAssignFromBuffer, abafb.sp(), Golden().substr(0, size)));
+    EXPECT_FALSE(abafb.Read(Golden("RtpfbAbafb").substr(0, size)));
     ExpectStoredDelay(abafb.get(), 3000);
   }
 }
 
 TEST(ZunRtcpRtpfbAbafb, TakesABodyOfExactly28Bytes) {
   Abafb abafb;
-  EXPECT_FALSE(test::Read(ZunRtcpRtpfbAbafbAssignFromBuffer, abafb.sp(), Golden() + Hex("00000000")));
-  EXPECT_FALSE(test::Read(ZunRtcpRtpfbAbafbAssignFromBuffer, abafb.sp(), Golden().substr(0, 28)));
-  EXPECT_TRUE(test::Parsed(Golden()).ok);
-}
-
-TEST(ZunRtcpRtpfbAbafb, IsReadAgainInPlace) {
-  test::ExpectReadAgain(Golden(), Hex("9ECD0007 00000001 00000002 00000003 00000004 00000005 00000006 00000007"));
-  ZunRtcpSubpacket sp;
-  const test::Datagram datagram(Golden());
-  ASSERT_TRUE(ZunRtcpRtpfbAbafbConstructFromBuffer(&sp, datagram, 4, 32, 205, 30, nullptr));
-  ExpectStoredDelay(&sp.rtpfb.abafb, 3000);
-  EXPECT_FALSE(ZunRtcpRtpfbAbafbConstructFromBuffer(&sp, datagram, 4, 16, 205, 30, nullptr));
-  ExpectFields(&sp.rtpfb.abafb, 0x01020304, 0x05060708, 0x11121314, 0, 0, 0);
-  ExpectStoredDelay(&sp.rtpfb.abafb, 0);
+  EXPECT_FALSE(abafb.Read(Golden("RtpfbAbafb") + Hex("00000000")));
+  EXPECT_FALSE(abafb.Read(Golden("RtpfbAbafb").substr(0, 28)));
+  EXPECT_TRUE(Parsed(Golden("RtpfbAbafb")).ok);
 }
 
 }  // namespace

@@ -5,6 +5,8 @@
 
 namespace {
 
+using namespace test;
+
 using Metric = ZunRtcpRtpfbCcfbPacketMetric;
 
 void ExpectMetric(const Metric& metric, unsigned received, unsigned ecn, unsigned offset) {
@@ -37,7 +39,7 @@ TEST(ZunRtcpRtpfbCcfbPacketMetric, IsCopiedAndAssigned) {
 }
 
 TEST(ZunRtcpRtpfbCcfbPacketMetric, ItsVectorHoldsBlocksOfThem) {
-  test::TestAllocator allocator;
+  TestAllocator allocator;
   ZunVector_ZunRtcpRtpfbCcfbPacketMetric v;
   const Metric value = {1, 2, 3};
   ASSERT_NE(ZunVector_ZunRtcpRtpfbCcfbPacketMetricConstructN(&v, 50, &value, allocator), nullptr);

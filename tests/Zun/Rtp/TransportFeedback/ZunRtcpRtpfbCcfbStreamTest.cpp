@@ -8,8 +8,7 @@
 
 namespace {
 
-using test::ForEveryRefusal;
-using test::TestAllocator;
+using namespace test;
 
 using Stream = ZunRtcpRtpfbCcfbStream;
 using Metrics = std::vector<std::tuple<int, int, int>>;  // received, ecn, arrivalTimeOffset

@@ -5,6 +5,8 @@
 
 namespace {
 
+using namespace test;
+
 TEST(ZunRtcpRtpfbNackSeqMap, IsAPlainPairOfNumbers) {
   ZunRtcpRtpfbNackSeqMap map;
   ASSERT_EQ(ZunRtcpRtpfbNackSeqMapConstruct(&map, 65535, 0x8001), &map);
@@ -25,7 +27,7 @@ TEST(ZunRtcpRtpfbNackSeqMap, IsAPlainPairOfNumbers) {
 }
 
 TEST(ZunRtcpRtpfbNackSeqMap, LivesInVectors) {
-  test::TestAllocator allocator;
+  TestAllocator allocator;
   ZunVector_ZunRtcpRtpfbNackSeqMap v;
   ZunVector_ZunRtcpRtpfbNackSeqMapConstructDefault(&v, allocator);
   for (ZunUint16 i = 0; i < 5; ++i) {

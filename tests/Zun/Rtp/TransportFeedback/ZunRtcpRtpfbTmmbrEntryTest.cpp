@@ -5,6 +5,8 @@
 
 namespace {
 
+using namespace test;
+
 TEST(ZunRtcpRtpfbTmmbrEntry, IsAPlainRecord) {
   ZunRtcpRtpfbTmmbrEntry entry = {9, 9, 9};
   ASSERT_EQ(ZunRtcpRtpfbTmmbrEntryConstructFull(&entry, 0xFFFFFFFE, 0xFFFFFFFF, nullptr), &entry);
@@ -31,7 +33,7 @@ TEST(ZunRtcpRtpfbTmmbrEntry, IsAPlainRecord) {
 }
 
 TEST(ZunRtcpRtpfbTmmbrEntry, LivesInVectors) {
-  test::TestAllocator allocator;
+  TestAllocator allocator;
   ZunVector_ZunRtcpRtpfbTmmbrEntry v;
   ZunVector_ZunRtcpRtpfbTmmbrEntryConstructDefault(&v, allocator);
   for (ZunUint32 i = 0; i < 5; ++i) {

@@ -5,6 +5,8 @@
 
 namespace {
 
+using namespace test;
+
 using Info = ZunRtcpRtpfbTransportCcPacketInfo;
 
 void ExpectInfo(const Info& info, int received, int have_delta, int delta) {
@@ -45,7 +47,7 @@ TEST(ZunRtcpRtpfbTransportCcPacketInfo, IsCopiedAssignedAndSwapped) {
 }
 
 TEST(ZunRtcpRtpfbTransportCcPacketInfo, ItsVectorHoldsBlocksOfThem) {
-  test::TestAllocator allocator;
+  TestAllocator allocator;
   ZunVector_ZunRtcpRtpfbTransportCcPacketInfo v;
   const Info value = {1, 1, 9};
   ASSERT_NE(ZunVector_ZunRtcpRtpfbTransportCcPacketInfoConstructN(&v, 100, &value, allocator), nullptr);
