@@ -357,6 +357,45 @@ TEST(ZunString, RefusedConstructionOwnsNothing) {
   EXPECT_EQ(a.live_blocks(), live);
 }
 
+// What an operation at random is given: some bytes, and a part of the string itself.
+struct Arguments {
+  std::string bytes;
+  ZunSizeT own;
+  ZunSizeT own_length;
+};
+
+// An operation, and what a string must hold after it.
+struct Operation {
+  ZunString* (*run)(ZunString* s, const Arguments& x);
+  std::string (*expected)(const std::string& held, const Arguments& x);
+};
+
+const Operation kOperations[] = {
+    {[](ZunString* s, const Arguments& x) { return ZunStringAssign(s, Text(x.bytes)); },
+     [](const std::string&, const Arguments& x) { return x.bytes; }},
+    {[](ZunString* s, const Arguments& x) { return ZunStringAssignSubstring(s, s, x.own, x.own_length); },
+     [](const std::string& held, const Arguments& x) { return held.substr(x.own, x.own_length); }},
+    {[](ZunString* s, const Arguments& x) { return ZunStringAppend(s, Text(x.bytes)); },
+     [](const std::string& held, const Arguments& x) { return held + x.bytes; }},
+    {[](ZunString* s, const Arguments&) { return ZunStringAppend(s, s); },
+     [](const std::string& held, const Arguments&) { return held + held; }},
+    {[](ZunString* s, const Arguments& x) { return ZunStringAppendSubstring(s, s, x.own, x.own_length); },
+     [](const std::string& held, const Arguments& x) { return held + held.substr(x.own, x.own_length); }},
+    {[](ZunString* s, const Arguments&) { return ZunStringAppendChar(s, 'z'); },
+     [](const std::string& held, const Arguments&) { return held + 'z'; }},
+    {[](ZunString* s, const Arguments& x) { return ZunStringAppendN(s, x.own_length, 'n'); },
+     [](const std::string& held, const Arguments& x) { return held + std::string(x.own_length, 'n'); }},
+    {[](ZunString* s, const Arguments& x) { return ZunStringAppendCStrLen(s, x.bytes.data(), x.bytes.size()); },
+     [](const std::string& held, const Arguments& x) { return held + x.bytes; }},
+    {[](ZunString* s, const Arguments& x) { return ZunStringAssignCStr(s, x.bytes.c_str()); },
+     [](const std::string&, const Arguments& x) { return x.bytes; }},
+    {[](ZunString* s, const Arguments&) {
+       ZunStringClear(s);
+       return s;
+     },
+     [](const std::string&, const Arguments&) { return std::string(); }},
+};
+
 TEST(ZunString, RandomOperationsAgreeWithAModel) {
   std::mt19937 random(20240501);
   const auto below = [&](ZunSizeT limit) { return static_cast<ZunSizeT>(random() % limit); };
@@ -365,49 +404,15 @@ TEST(ZunString, RandomOperationsAgreeWithAModel) {
     Text s(a.get());
     std::string model;
     for (int step = 0; step < 60; ++step) {
-      std::string bytes(below(40), static_cast<char>('a' + below(26)));
-      const Text other(bytes);
-      const ZunSizeT own = model.empty() ? 0 : below(model.size() + 1);
-      const ZunSizeT own_length = below(50);
+      const Arguments x = {std::string(below(40), static_cast<char>('a' + below(26))), below(model.size() + 1),
+                           below(50)};
+      const Operation& operation = kOperations[below(std::size(kOperations))];
       const bool refused = below(8) == 0;
       if (refused) a.RefuseFrom(0);
-      std::string next = model;
-      ZunString* result = nullptr;
-      switch (below(10)) {
-        case 0:
-          result = ZunStringAssign(s, other.get()), next = bytes;
-          break;
-        case 1:
-          result = ZunStringAssignSubstring(s, s.get(), own, own_length), next = model.substr(own, own_length);
-          break;
-        case 2:
-          result = ZunStringAppend(s, other.get()), next += bytes;
-          break;
-        case 3:
-          result = ZunStringAppend(s, s.get()), next += model;
-          break;
-        case 4:
-          result = ZunStringAppendSubstring(s, s.get(), own, own_length), next += model.substr(own, own_length);
-          break;
-        case 5:
-          result = ZunStringAppendChar(s, 'z'), next += 'z';
-          break;
-        case 6:
-          result = ZunStringAppendN(s, own_length, 'n'), next.append(own_length, 'n');
-          break;
-        case 7:
-          result = ZunStringAppendCStrLen(s, bytes.data(), bytes.size()), next += bytes;
-          break;
-        case 8:
-          result = ZunStringAssignCStr(s, bytes.c_str()), next = bytes;
-          break;
-        default:
-          ZunStringClear(s), result = s, next.clear();
-          break;
-      }
+      const ZunString* const result = operation.run(s, x);
       a.RefuseNothing();
       EXPECT_TRUE(refused || result != nullptr);
-      if (result != nullptr) model = next;
+      if (result != nullptr) model = operation.expected(model, x);
       ExpectHolds(s, model);
       if (model.size() > 4000) {
         ZunStringDestruct(s);

@@ -264,6 +264,34 @@ TYPED_TEST(ZunVectorRefusal, RefusedEraseEndsWhereTheMoveFailed) {
   }
 }
 
+// Runs one operation at random on x, or one that makes it and y exchange something.
+template <class Kind, class Below>
+void RunAny(Vec<Kind>& x, Vec<Kind>& y, const One<Kind>& one, Below below) {
+  using Ops = typename Kind::Ops;
+  using E = typename Kind::E;
+  const ZunSizeT size = x.numbers().size();
+  E* const pos = x.at(below(size + 1));
+  const ZunSizeT first = below(size + 1);
+  E* const from = x.at(first);
+  E* const to = x.at(first + below(size - first + 1));
+  const E* const value = size == 0 ? static_cast<const E*>(one) : x.at(below(size));
+  const std::function<void()> operations[] = {
+      [&] { Ops::PushBack(x, one); },
+      [&] { Ops::Insert(x, pos, one); },
+      [&] { Ops::InsertN(x, pos, below(4), value); },
+      [&] { Ops::InsertRange(x, pos, from, to); },
+      [&] { Ops::InsertRange(x, pos, y->begin, y->end); },
+      [&] { size == 0 ? nullptr : Ops::Erase(x, x.at(below(size))); },
+      [&] { Ops::EraseRange(x, from, to); },
+      [&] { Ops::Resize(x, below(size + 5), one); },
+      [&] { Ops::Reserve(x, below(30)); },
+      [&] { Ops::Assign(x, y); },
+      [&] { Ops::Swap(x, y); },
+      [&] { Ops::Assign(y, x); },
+  };
+  operations[below(std::size(operations))]();
+}
+
 // Allocations fail at random and the vector is used on: nothing is lost or freed twice, every element can be read.
 TYPED_TEST(ZunVectorRefusal, RandomRefusalsLeaveAUsableVector) {
   USE_VECTOR_KIND;
@@ -275,51 +303,9 @@ TYPED_TEST(ZunVectorRefusal, RandomRefusalsLeaveAUsableVector) {
   Vec<Kind> y(b.get());
   for (int step = 0; step < 4000; ++step) {
     const One<Kind> one(static_cast<int>(below(1000)), b);
-    const ZunSizeT size = x.numbers().size();
-    E* const pos = x.at(below(size + 1));
-    const ZunSizeT first = below(size + 1);
-    E* const from = x.at(first);
-    E* const to = x.at(first + below(size - first + 1));
     if (below(2) == 0) a.RefuseOnce(below(3));
     if (below(2) == 0) b.RefuseFrom(below(6));
-    switch (below(12)) {
-      case 0:
-        Ops::PushBack(x, one);
-        break;
-      case 1:
-        Ops::Insert(x, pos, one);
-        break;
-      case 2:
-        Ops::InsertN(x, pos, below(4), size == 0 ? static_cast<const E*>(one) : x.at(below(size)));
-        break;
-      case 3:
-        Ops::InsertRange(x, pos, from, to);
-        break;
-      case 4:
-        Ops::InsertRange(x, pos, y->begin, y->end);
-        break;
-      case 5:
-        if (size != 0) Ops::Erase(x, x.at(below(size)));
-        break;
-      case 6:
-        Ops::EraseRange(x, from, to);
-        break;
-      case 7:
-        Ops::Resize(x, below(size + 5), one);
-        break;
-      case 8:
-        Ops::Reserve(x, below(30));
-        break;
-      case 9:
-        Ops::Assign(x, y);
-        break;
-      case 10:
-        Ops::Swap(x, y);
-        break;
-      default:
-        Ops::Assign(y, x);
-        break;
-    }
+    RunAny(x, y, one, below);
     a.RefuseNothing();
     b.RefuseNothing();
     if (x.numbers().size() > 40) Ops::Resize(x, 5, nullptr);

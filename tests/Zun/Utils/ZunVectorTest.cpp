@@ -629,123 +629,171 @@ TYPED_TEST(ZunVector, IteratorsOfAllFourKindsWalk) {
 
 // ---- random operations against a model
 
+// A vector on which one operation after the other is run at random, with what it must hold after each.
+template <class Kind>
+class Modelled {
+ public:
+  using Ops = typename Kind::Ops;
+  using E = typename Kind::E;
+
+  explicit Modelled(unsigned seed) : random_(seed), x_(a_.get()), y_(b_.get()) {}
+
+  void Step() {
+    const ZunSizeT size = in_x_.size();
+    const int number = static_cast<int>(Below(1000));
+    const One<Kind> one(number, of_elements_);
+    const Ints more = SomeNumbers();
+    Vec<Kind> range(more, a_, 0, of_elements_);
+    const ZunSizeT own = size == 0 ? 0 : Below(size);
+    const ZunSizeT own_last = size == 0 ? 0 : own + Below(size - own + 1);
+    const bool own_value = size != 0 && Below(3) == 0;
+    const Arguments arguments = {own_value ? x_.at(own) : one,
+                                 own_value ? in_x_[own] : number,
+                                 range->begin,
+                                 range->end,
+                                 &more,
+                                 Below(size + 1),
+                                 own,
+                                 own_last,
+                                 Below(5)};
+    Run(arguments);
+    ASSERT_EQ(x_.numbers(), in_x_);
+    ASSERT_EQ(y_.numbers(), in_y_);
+    ASSERT_EQ(x_.capacity(), capacity_);
+  }
+
+ private:
+  // What an operation may use: a value, which may be an element of its own; a range; a position; a range of its own; a
+  // number of elements.
+  struct Arguments {
+    const E* value;
+    int of_value;
+    const E* first;
+    const E* last;
+    const Ints* more;
+    ZunSizeT pos;
+    ZunSizeT own;
+    ZunSizeT own_last;
+    ZunSizeT n;
+  };
+
+  // The last three are run on long vectors only, as they make them short.
+  void Run(const Arguments& x) {
+    static constexpr void (Modelled::*kOperations[])(const Arguments&) = {
+        &Modelled::PushBack,    &Modelled::PushBack,       &Modelled::Insert, &Modelled::InsertN,
+        &Modelled::InsertRange, &Modelled::InsertOwnRange, &Modelled::Erase,  &Modelled::Resize,
+        &Modelled::Reserve,     &Modelled::PopBack,        &Modelled::Swap,   &Modelled::AssignOther,
+        &Modelled::Assign,      &Modelled::EraseRange,     &Modelled::Clear,  &Modelled::Rebuild};
+    (this->*kOperations[Below(in_x_.size() > 60 ? 16 : 13)])(x);
+  }
+
+  void PushBack(const Arguments& x) {
+    ASSERT_TRUE(Ops::PushBack(x_, x.value));
+    Grow(1);
+    in_x_.push_back(x.of_value);
+  }
+  void Insert(const Arguments& x) {
+    ASSERT_NE(Ops::Insert(x_, x_.at(x.pos), x.value), nullptr);
+    Grow(1);
+    in_x_ = Inserted(in_x_, x.pos, {x.of_value});
+  }
+  void InsertN(const Arguments& x) {
+    ASSERT_TRUE(Ops::InsertN(x_, x_.at(x.pos), x.n, x.value));
+    Grow(x.n);
+    in_x_ = Inserted(in_x_, x.pos, Ints(x.n, x.of_value));
+  }
+  void InsertRange(const Arguments& x) {
+    ASSERT_TRUE(Ops::InsertRange(x_, x_.at(x.pos), x.first, x.last));
+    Grow(x.more->size());
+    in_x_ = Inserted(in_x_, x.pos, *x.more);
+  }
+  void InsertOwnRange(const Arguments& x) {
+    ASSERT_TRUE(Ops::InsertRange(x_, x_.at(x.pos), x_.at(x.own), x_.at(x.own_last)));
+    Grow(x.own_last - x.own);
+    in_x_ = Inserted(in_x_, x.pos, Cut(in_x_, x.own, x.own_last));
+  }
+  void Erase(const Arguments& x) {
+    if (in_x_.empty()) return;
+    ASSERT_EQ(Ops::Erase(x_, x_.at(x.own)), x_.at(x.own));
+    in_x_ = Without(in_x_, x.own, x.own + 1);
+  }
+  void EraseRange(const Arguments& x) {
+    ASSERT_NE(Ops::EraseRange(x_, x_.at(x.own), x_.at(x.own_last)), nullptr);
+    in_x_ = Without(in_x_, x.own, x.own_last);
+  }
+  void Resize(const Arguments& x) {
+    const ZunSizeT size = in_x_.size();
+    const ZunSizeT target = Below(size + 4);
+    ASSERT_TRUE(Ops::Resize(x_, target, x.value));
+    if (target > size) capacity_ = std::max(capacity_, size + target);
+    in_x_.resize(target, x.of_value);
+  }
+  void Reserve(const Arguments&) {
+    const ZunSizeT wanted = Below(2 * in_x_.size() + 4);
+    ASSERT_TRUE(Ops::Reserve(x_, wanted));
+    capacity_ = std::max(capacity_, wanted);
+  }
+  void PopBack(const Arguments&) {
+    if (in_x_.empty()) return;
+    Ops::PopBack(x_);
+    in_x_.pop_back();
+  }
+  void Clear(const Arguments&) {
+    Ops::Clear(x_);
+    in_x_.clear();
+  }
+  void Swap(const Arguments&) {
+    ASSERT_TRUE(Ops::Swap(x_, y_));
+    in_x_.swap(in_y_);
+    capacity_ = x_.capacity();  // either one's storage may be reused
+  }
+  void Assign(const Arguments&) {
+    ASSERT_NE(Ops::Assign(x_, y_), nullptr);
+    capacity_ = std::max<ZunSizeT>(capacity_, in_y_.size());
+    in_x_ = in_y_;
+  }
+  void AssignOther(const Arguments&) {
+    ASSERT_NE(Ops::Assign(y_, x_), nullptr);
+    in_y_ = in_x_;
+  }
+  void Rebuild(const Arguments& x) {
+    const int number = static_cast<int>(Below(1000));
+    const One<Kind> one(number, of_elements_);
+    Ops::Destruct(x_);
+    ASSERT_NE(Ops::ConstructN(x_, x.n, one, a_), nullptr);
+    in_x_ = Ints(x.n, number);
+    capacity_ = x.n;
+  }
+
+  // What a vector grows to when `count` more come in at once.
+  void Grow(ZunSizeT count) {
+    const ZunSizeT size = in_x_.size();
+    if (size + count <= capacity_) return;
+    capacity_ = capacity_ == 0 ? 2 * count : std::max(2 * capacity_, size + count);
+  }
+  ZunSizeT Below(ZunSizeT limit) { return static_cast<ZunSizeT>(random_() % limit); }
+  Ints SomeNumbers() {
+    Ints numbers(Below(6));
+    for (int& number : numbers) number = static_cast<int>(Below(1000));
+    return numbers;
+  }
+
+  std::mt19937 random_;
+  TestAllocator a_;
+  TestAllocator b_;
+  TestAllocator of_elements_;
+  Vec<Kind> x_;
+  Vec<Kind> y_;
+  Ints in_x_;
+  Ints in_y_;
+  ZunSizeT capacity_ = 0;
+};
+
 TYPED_TEST(ZunVector, RandomOperationsAgreeWithAModel) {
   USE_VECTOR_KIND;
-  std::mt19937 random(4711);
-  const auto below = [&](ZunSizeT limit) { return static_cast<ZunSizeT>(random() % limit); };
-  TestAllocator a;
-  TestAllocator b;
-  TestAllocator of_elements;
-  Vec<Kind> x(a.get());
-  Vec<Kind> y(b.get());
-  Ints in_x;
-  Ints in_y;
-  ZunSizeT capacity = 0;
-  const auto some_numbers = [&] {
-    Ints numbers(below(6));
-    for (int& number : numbers) number = static_cast<int>(below(1000));
-    return numbers;
-  };
+  Modelled<Kind> modelled(4711);
   for (int step = 0; step < 3000; ++step) {
-    const ZunSizeT size = in_x.size();
-    const int number = static_cast<int>(below(1000));
-    const One<Kind> one(number, of_elements);
-    const Ints more = some_numbers();
-    Vec<Kind> range(more, a, 0, of_elements);
-    const ZunSizeT pos = below(size + 1);
-    const ZunSizeT own = size == 0 ? 0 : below(size);
-    const ZunSizeT own_last = size == 0 ? 0 : own + below(size - own + 1);
-    const bool own_value = size != 0 && below(3) == 0;
-    const E* const value = own_value ? x.at(own) : one;
-    const int of_value = own_value ? in_x[own] : number;
-    const ZunSizeT n = below(5);
-    // What a full vector grows to when `count` more come in at once.
-    const auto grown = [&](ZunSizeT count) {
-      if (size + count <= capacity) return capacity;
-      return capacity == 0 ? 2 * count : std::max(2 * capacity, size + count);
-    };
-    switch (below(size > 60 ? 16 : 13)) {
-      case 0:
-      case 1:
-        ASSERT_TRUE(Ops::PushBack(x, value));
-        in_x.push_back(of_value);
-        capacity = grown(1);
-        break;
-      case 2:
-        ASSERT_NE(Ops::Insert(x, x.at(pos), value), nullptr);
-        in_x = Inserted(in_x, pos, {of_value});
-        capacity = grown(1);
-        break;
-      case 3:
-        ASSERT_TRUE(Ops::InsertN(x, x.at(pos), n, value));
-        in_x = Inserted(in_x, pos, Ints(n, of_value));
-        if (n != 0) capacity = grown(n);
-        break;
-      case 4:
-        ASSERT_TRUE(Ops::InsertRange(x, x.at(pos), range->begin, range->end));
-        in_x = Inserted(in_x, pos, more);
-        if (!more.empty()) capacity = grown(more.size());
-        break;
-      case 5:
-        ASSERT_TRUE(Ops::InsertRange(x, x.at(pos), x.at(own), x.at(own_last)));
-        if (own_last != own) capacity = grown(own_last - own);
-        in_x = Inserted(in_x, pos, Cut(in_x, own, own_last));
-        break;
-      case 6:
-        if (size == 0) break;
-        ASSERT_EQ(Ops::Erase(x, x.at(own)), x.at(own));
-        in_x = Without(in_x, own, own + 1);
-        break;
-      case 7: {
-        const ZunSizeT target = below(size + 4);
-        ASSERT_TRUE(Ops::Resize(x, target, value));
-        if (target > size) capacity = std::max(capacity, size + target);
-        in_x.resize(target, of_value);
-        break;
-      }
-      case 8: {
-        const ZunSizeT wanted = below(2 * size + 4);
-        ASSERT_TRUE(Ops::Reserve(x, wanted));
-        capacity = std::max(capacity, wanted);
-        break;
-      }
-      case 9:
-        ASSERT_NE(Ops::Assign(x, y), nullptr);
-        if (in_y.size() > capacity) capacity = in_y.size();
-        in_x = in_y;
-        break;
-      case 10:
-        ASSERT_TRUE(Ops::Swap(x, y));
-        in_x.swap(in_y);
-        capacity = x.capacity();  // either one's storage may be reused
-        break;
-      case 11:
-        ASSERT_NE(Ops::Assign(y, x), nullptr);
-        in_y = in_x;
-        break;
-      case 12:
-        if (size == 0) break;
-        Ops::PopBack(x);
-        in_x.pop_back();
-        break;
-      case 13:
-        ASSERT_NE(Ops::EraseRange(x, x.at(own), x.at(own_last)), nullptr);
-        in_x = Without(in_x, own, own_last);
-        break;
-      case 14:
-        Ops::Clear(x);
-        in_x.clear();
-        break;
-      default:
-        Ops::Destruct(x);
-        Ops::ConstructN(x, n, one, a);
-        in_x = Ints(n, number);
-        capacity = n;
-        break;
-    }
-    ASSERT_EQ(x.numbers(), in_x) << "step " << step;
-    ASSERT_EQ(y.numbers(), in_y) << "step " << step;
-    ASSERT_EQ(x.capacity(), capacity) << "step " << step;
+    ASSERT_NO_FATAL_FAILURE(modelled.Step()) << "step " << step;
     if (step % 64 == 0) probes::events.clear();
   }
 }
