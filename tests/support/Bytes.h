@@ -16,8 +16,8 @@ std::string Hex(const std::string& text);
 // The bytes as hex digits, for messages.
 std::string ToHex(const std::string& bytes);
 
-// The wire form of one subpacket: the common header, whose length field is that of `body`, and `body`, which must be whole
-// words.
+// The wire form of one subpacket: the common header, whose length field is that of `body`, and `body`, which must be
+// whole words.
 std::string Subpacket(int type, int count, const std::string& body);
 
 // A feedback message of type 206 with this FMT, or with FMT 15, from kSender about kSource.

@@ -13,8 +13,8 @@
 namespace test {
 
 // The functions of an envelope, so that one test serves all:
-//   using Kind; kLevel of its messages; ConstructCopy, Assign, Destruct, GetAllocator; UnknownIn(p), the unknown message
-//   that it holds
+//   using Kind; kLevel of its messages; ConstructCopy, Assign, Destruct, GetAllocator; UnknownIn(p), the unknown
+//   message that it holds
 template <class Api>
 class EnvelopeTest : public ::testing::Test {
  protected:

@@ -234,7 +234,8 @@ void ExpectCost(const std::string& datagram, std::size_t bytes_per_byte, double 
   EXPECT_LE(static_cast<double>(allocator.calls()), calls_per_byte * static_cast<double>(datagram.size()));
 }
 
-// An SDES of 31 chunks with an item each, as large as one can be made with little, and thousands of empty ones after it.
+// An SDES of 31 chunks with an item each, as large as one can be made with little, and thousands of empty ones after
+// it.
 TEST(ZunRtcpPacketOfAllKinds, EmptySdesPacketsAfterALargeOneCostNoMoreThanTheirSlots) {
   const std::string large = Subpacket(202, 31, Repeated(Hex("00000001 0101 41 00"), 31));
   ExpectCost(large + Repeated(kEmptySdes, 16000), 64, 0.01);

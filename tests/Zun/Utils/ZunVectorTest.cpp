@@ -448,8 +448,8 @@ TYPED_TEST(ZunVector, InsertOfNothingIntoAVectorWithoutStorage) {
   EXPECT_EQ(a.calls(), 0U);
 }
 
-// With and without room, at every position: as if the value, or the range, had been copied first. Where there is room no
-// storage is asked for.
+// With and without room, at every position: as if the value, or the range, had been copied first. Where there is room
+// no storage is asked for.
 TYPED_TEST(ZunVector, InsertOfItsOwnElements) {
   USE_VECTOR_KIND;
   TestAllocator a;

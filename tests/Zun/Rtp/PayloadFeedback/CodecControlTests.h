@@ -12,9 +12,9 @@
 namespace test {
 
 // The functions of a kind, so that one test serves all:
-//   using Kind, Entry; kType; kMediaSource of its samples, and kName, what their names begin with; View, the getter of the
-//   envelope; ConstructDefault, Assign, Destruct, GetFci, PushBack; of an entry Construct(ssrc, seqno,
-//   index), Get/SetSsrc, Get/SetSequenceNumber, CopyEntry, AssignEntry, DestructEntry; kHasIndex, and GetIndex(entry) where it has one
+//   using Kind, Entry; kType; kName, what the names of its samples begin with; kMediaSource, theirs; View, the getter
+//   of the envelope; ConstructDefault, Assign, GetFci, PushBack; and of an entry: Construct(ssrc, seqno, index),
+//   Get/SetSsrc, Get/SetSequenceNumber, CopyEntry, AssignEntry, DestructEntry; kHasIndex, and GetIndex where it has one
 template <class Api>
 class CodecControlTest : public ::testing::Test {
  protected:
