@@ -1,6 +1,7 @@
 #include "tools/zunrtcp/DecodeCommand.h"
 
 #include <memory>
+#include <optional>
 #include <utility>
 
 #include "tools/zunrtcp/Capture/CaptureReader.h"
@@ -18,9 +19,9 @@ namespace {
 // What is wrong with a datagram of which the capture holds only the beginning, and where it is.
 std::string CutOffWords(const DecodedDatagram& decoded) {
   const RtcpDatagram& datagram = decoded.datagram;
-  std::string words = Printed("datagram %zu (record %zu", datagram.number, datagram.recordNumber);
-  if (datagram.recordOffset >= 0) {
-    words += Printed(", at byte offset %lld", static_cast<long long>(datagram.recordOffset));
+  std::string words = Printed("datagram %zu (record %zu", datagram.number, datagram.record_number);
+  if (datagram.record_offset >= 0) {
+    words += Printed(", at byte offset %lld", static_cast<long long>(datagram.record_offset));
   }
   return words + ") is cut off: " + decoded.verdict.remarks.front();
 }
@@ -29,8 +30,13 @@ std::string NoRtcp(const std::string& path, const FrameCounts& frames, bool rest
   std::string words = path + ": no RTCP in it" + (restricted ? " on these ports" : "") + " (" +
                       Counted(frames.records, "record") + ", of which " + std::to_string(frames.udp) + " UDP";
   if (frames.fragments > 0) words += ", " + Counted(frames.fragments, "fragment") + " of IP packets skipped";
-  if (frames.cutOff > 0) words += ", " + std::to_string(frames.cutOff) + " cut off before their payload";
+  if (frames.cut_off > 0) words += ", " + std::to_string(frames.cut_off) + " cut off before their payload";
   return words + ")";
+}
+
+std::unique_ptr<Printer> PrinterFor(const DecodeOptions& options, std::ostream* out) {
+  if (options.json) return std::make_unique<JsonPrinter>(out);
+  return std::make_unique<TextPrinter>(out, options.verbose);
 }
 
 }  // namespace
@@ -38,20 +44,12 @@ std::string NoRtcp(const std::string& path, const FrameCounts& frames, bool rest
 ExitStatus RunDecode(const DecodeOptions& options, std::ostream* out) {
   CaptureReader capture(options.capture);
   RtcpFinder finder(&capture, options.ports);
-  std::unique_ptr<Printer> printer;
-  if (options.json) {
-    printer = std::make_unique<JsonPrinter>(out);
-  } else {
-    printer = std::make_unique<TextPrinter>(out, options.verbose);
-  }
-
+  const std::unique_ptr<Printer> printer = PrinterFor(options, out);
   Totals totals;
   std::string complaint;  // what is wrong with the capture, said when all that can be printed is
   try {
-    for (RtcpDatagram found; finder.Next(&found);) {
-      DecodedDatagram decoded;
-      decoded.datagram = std::move(found);
-      Decode(options.verbose, &decoded);
+    while (std::optional<RtcpDatagram> found = finder.Next()) {
+      const DecodedDatagram decoded(std::move(*found), options.verbose);
       totals.Add(decoded);
       if (decoded.verdict.outcome == Outcome::CutOff && complaint.empty()) {
         complaint = capture.path() + ": " + CutOffWords(decoded);

@@ -1,42 +1,47 @@
 #include "tools/zunrtcp/DecodedDatagram.h"
 
-#include "tools/zunrtcp/Describe/Describe.h"
-#include "tools/zunrtcp/Packet/KindName.h"
+#include <utility>
+
 #include "tools/zunrtcp/Packet/LibraryMessages.h"
 #include "tools/zunrtcp/Packet/LibraryPacket.h"
 #include "tools/zunrtcp/Text.h"
 
 namespace zunrtcp {
 
-void Decode(bool verbose, DecodedDatagram* decoded) {
-  const std::string_view payload = decoded->datagram.payload;
-  const SubpacketWalk walk = WalkSubpackets(payload);
+DecodedDatagram::DecodedDatagram(RtcpDatagram received, bool verbose, const Kinds& kinds)
+    : datagram(std::move(received)) {
+  const SubpacketWalk walk = WalkSubpackets(datagram.payload);
   for (const SubpacketView& view : walk.subpackets) {
-    decoded->subpackets.push_back({view, KindName(view), RegisteredFormRemark(view), Description(verbose)});
+    subpackets.push_back(
+        {view, kinds.NameOf(view), kinds.CountWords(view), kinds.RemarkOn(view), Description(verbose)});
   }
-  if (decoded->datagram.missing > 0) {
-    decoded->verdict = {Outcome::CutOff,
-                        {},
-                        {Printed("the capture holds %zu of its %zu bytes", payload.size(),
-                                 payload.size() + decoded->datagram.missing)}};
-    return;
+  if (datagram.missing > 0) {
+    const std::size_t held = datagram.payload.size();
+    verdict = {Outcome::CutOff, {}, {Printed("the capture holds %zu of its %zu bytes", held, held + datagram.missing)}};
+  } else {
+    Decode(walk, kinds);
   }
+}
 
+void DecodedDatagram::Decode(const SubpacketWalk& walk, const Kinds& kinds) {
   const LibraryMessages log;
-  const LibraryPacket packet(payload);
-  decoded->messages = log.messages();
+  const LibraryPacket packet(datagram.payload);
+  messages = log.messages();
   if (!packet.ok()) {
-    decoded->verdict = JudgeRefusal(walk);
-    for (DecodedSubpacket& subpacket : decoded->subpackets) {
-      const LibraryPacket alone(subpacket.view.bytes);
-      if (alone.ok()) DescribeSubpacket(alone[0], &subpacket.description);
-    }
-    return;
+    verdict = JudgeRefusal(walk, kinds);
+    return DescribeAlone(kinds);
   }
-  for (std::size_t i = 0; i < packet.size() && i < decoded->subpackets.size(); ++i) {
-    DescribeSubpacket(packet[i], &decoded->subpackets[i].description);
+  for (std::size_t i = 0; i < packet.size() && i < subpackets.size(); ++i) {
+    kinds.Describe(packet[i], subpackets[i].view, &subpackets[i].description);
   }
-  decoded->verdict = JudgeWriteBack(payload, walk, packet);
+  verdict = JudgeWriteBack(datagram.payload, walk, packet, kinds);
+}
+
+void DecodedDatagram::DescribeAlone(const Kinds& kinds) {
+  for (DecodedSubpacket& subpacket : subpackets) {
+    const LibraryPacket alone(subpacket.view.bytes);
+    if (alone.ok()) kinds.Describe(alone[0], subpacket.view, &subpacket.description);
+  }
 }
 
 }  // namespace zunrtcp

@@ -39,7 +39,7 @@ std::string Quoted(std::string_view bytes) {
   std::string text = "\"";
   for (const char c : bytes) {
     const auto octet = static_cast<unsigned char>(c);
-    if (octet < 0x20 || octet > 0x7e) {
+    if (octet < 0x20 || octet > 0x7E) {
       text += Printed("\\x%02x", octet);
     } else {
       if (c == '"' || c == '\\') text += '\\';
@@ -63,8 +63,14 @@ std::string HexDigits(std::string_view bytes, std::size_t most) {
 
 std::string SourceName(std::uint32_t ssrc) { return Printed("0x%08x", ssrc); }
 
-std::string UtcTime(std::int64_t secondsSince1970, std::uint32_t microseconds) {
-  const auto seconds = static_cast<std::time_t>(secondsSince1970);
+std::string SourceNames(std::span<const std::uint32_t> sources) {
+  std::vector<std::string> names;
+  for (const std::uint32_t source : sources) names.push_back(SourceName(source));
+  return Joined(names, " ");
+}
+
+std::string UtcTime(std::int64_t seconds_since_1970, std::uint32_t microseconds) {
+  const auto seconds = static_cast<std::time_t>(seconds_since_1970);
   std::tm parts{};
   if (gmtime_r(&seconds, &parts) == nullptr) return "(no such time)";
   return Printed("%04d-%02d-%02d %02d:%02d:%02d.%06u", parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_mday,

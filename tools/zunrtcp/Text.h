@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -23,7 +24,7 @@ std::string Joined(const std::vector<std::string>& words, std::string_view separ
 // "1 datagram", "2 datagrams".
 std::string Counted(std::size_t n, std::string_view noun);
 
-// Text of a peer's in double quotes: a byte that is not printable ASCII appears as \xNN, a quote or backslash behind a
+// Text of a peer's in double quotes: a byte that is not printable ASCII appears as \xNN, a quote or backslash after a
 // backslash.
 std::string Quoted(std::string_view bytes);
 
@@ -31,11 +32,12 @@ std::string Quoted(std::string_view bytes);
 std::string HexDigits(std::string_view bytes);
 std::string HexDigits(std::string_view bytes, std::size_t most);
 
-// An SSRC as 0x and eight digits.
+// An SSRC as 0x and eight digits, and several with spaces between them.
 std::string SourceName(std::uint32_t ssrc);
+std::string SourceNames(std::span<const std::uint32_t> sources);
 
 // "2026-11-21 11:02:33.123456" in UTC.
-std::string UtcTime(std::int64_t secondsSince1970, std::uint32_t microseconds);
+std::string UtcTime(std::int64_t seconds_since_1970, std::uint32_t microseconds);
 
 }  // namespace zunrtcp
 

@@ -9,11 +9,15 @@
 
 namespace test {
 
+inline zunrtcp::RtcpDatagram DatagramOf(const std::string& hex) {
+  zunrtcp::RtcpDatagram datagram;
+  datagram.payload = Hex(hex);
+  return datagram;
+}
+
 struct Decoded : zunrtcp::DecodedDatagram {
-  explicit Decoded(const std::string& hex, bool verbose = false) {
-    datagram.payload = Hex(hex);
-    zunrtcp::Decode(verbose, this);
-  }
+  explicit Decoded(const std::string& hex, bool verbose = false, const zunrtcp::Kinds& kinds = zunrtcp::AllKinds())
+      : DecodedDatagram(DatagramOf(hex), verbose, kinds) {}
 };
 
 }  // namespace test

@@ -46,25 +46,24 @@ std::int64_t CaptureReader::Offset() const {
   return file == nullptr ? -1 : std::ftell(file);
 }
 
-bool CaptureReader::Next(Record* record) {
+std::optional<Record> CaptureReader::Next() {
   const std::int64_t offset = Offset();
   pcap_pkthdr* header = nullptr;
   const u_char* bytes = nullptr;
   const int result = pcap_next_ex(capture_.get(), &header, &bytes);
-  if (result == PCAP_ERROR_BREAK) return false;
+  if (result == PCAP_ERROR_BREAK) return std::nullopt;
   ++records_;
   if (result != 1) {
     throw InputError(path_ + ": cut off or damaged in record " + std::to_string(records_) +
                      (offset < 0 ? std::string() : ", which begins at byte offset " + std::to_string(offset)) + " (" +
                      pcap_geterr(capture_.get()) + ")");
   }
-  record->number = records_;
-  record->offset = offset;
-  record->seconds = header->ts.tv_sec;
-  record->microseconds = static_cast<std::uint32_t>(header->ts.tv_usec);
-  record->bytes = {reinterpret_cast<const char*>(bytes), header->caplen};
-  record->originalSize = header->len;
-  return true;
+  return Record{.number = records_,
+                .offset = offset,
+                .seconds = header->ts.tv_sec,
+                .microseconds = static_cast<std::uint32_t>(header->ts.tv_usec),
+                .bytes = {reinterpret_cast<const char*>(bytes), header->caplen},
+                .original_size = header->len};
 }
 
 int CaptureReader::LinkType() const { return pcap_datalink(capture_.get()); }

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -18,8 +19,8 @@ struct Record {
   std::int64_t offset = 0;   // where it begins in the file; -1 when the file cannot tell (a pipe)
   std::int64_t seconds = 0;  // since 1970
   std::uint32_t microseconds = 0;
-  std::string_view bytes;        // what was captured; valid until the next read
-  std::size_t originalSize = 0;  // what was on the wire; more than `bytes` when the capture cut it off
+  std::string_view bytes;         // what was captured; valid until the next read
+  std::size_t original_size = 0;  // what was on the wire; more than `bytes` when the capture cut it off
 };
 
 class CaptureReader {
@@ -27,9 +28,9 @@ class CaptureReader {
   // Opens the file; "-" is standard input. InputError when there is no such file or it is not a capture.
   explicit CaptureReader(const std::string& path);
 
-  // Reads the next record; false at the end of the file. InputError when the file ends within a record or is
-  // damaged: everything before has been read then.
-  bool Next(Record* record);
+  // The next record; none at the end of the file. InputError when the file ends within a record or is damaged:
+  // everything before has been read then.
+  std::optional<Record> Next();
 
   // The link layer of all records, a DLT_ number of libpcap.
   int LinkType() const;

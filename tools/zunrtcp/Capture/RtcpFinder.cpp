@@ -5,65 +5,61 @@
 #include <utility>
 
 #include "tools/zunrtcp/InputError.h"
+#include "tools/zunrtcp/Packet/SubpacketWalk.h"
 
 namespace zunrtcp {
 
 bool LooksLikeRtcp(std::string_view payload) {
-  if (payload.size() < 4) return false;
-  const unsigned first = static_cast<unsigned char>(payload[0]);
-  const unsigned type = static_cast<unsigned char>(payload[1]);
+  if (payload.size() < kHeaderSize) return false;
+  const unsigned first = U8At(payload, 0);
+  const unsigned type = U8At(payload, 1);
   return first >> 6 == 2 && type >= 192 && type <= 223;
 }
 
 RtcpFinder::RtcpFinder(CaptureReader* capture, std::set<std::uint16_t> ports)
     : capture_(capture), ports_(std::move(ports)) {
-  const int linkType = capture->LinkType();
-  if (LinkTypeIsKnown(linkType)) return;
-  const char* name = pcap_datalink_val_to_name(linkType);
+  const int link_type = capture->LinkType();
+  if (LinkTypeIsKnown(link_type)) return;
+  const char* name = pcap_datalink_val_to_name(link_type);
   throw InputError(capture->path() + ": frames of link layer " +
-                   (name != nullptr ? std::string(name) : std::to_string(linkType)) +
+                   (name != nullptr ? std::string(name) : std::to_string(link_type)) +
                    " cannot be read (Ethernet, Linux cooked, loopback and raw IP can)");
 }
 
-bool RtcpFinder::Next(RtcpDatagram* datagram) {
-  Record record;
-  while (capture_->Next(&record)) {
+std::optional<RtcpDatagram> RtcpFinder::Next() {
+  while (const std::optional<Record> record = capture_->Next()) {
     ++counts_.records;
-    if (Take(record, datagram)) return true;
+    if (std::optional<RtcpDatagram> datagram = RtcpIn(*record)) return datagram;
   }
-  return false;
+  return std::nullopt;
 }
 
-bool RtcpFinder::Take(const Record& record, RtcpDatagram* datagram) {
-  UdpDatagram udp;
-  switch (ReadUdpDatagram(capture_->LinkType(), record.bytes, &udp)) {
-    case FrameContent::Udp:
-      break;
-    case FrameContent::Fragment:
-      ++counts_.fragments;
-      return false;
-    case FrameContent::CutOff:
-      if (record.bytes.size() < record.originalSize) ++counts_.cutOff;
-      return false;
-    case FrameContent::Other:
-      return false;
-  }
+bool RtcpFinder::HasPort(const UdpDatagram& udp) const {
+  return ports_.empty() || ports_.contains(udp.source.port) || ports_.contains(udp.destination.port);
+}
+
+std::optional<RtcpDatagram> RtcpFinder::RtcpIn(const Record& record) {
+  Frame frame = ReadFrame(capture_->LinkType(), record.bytes);
+  UdpDatagram& udp = frame.datagram;
+  if (frame.content == FrameContent::Fragment) ++counts_.fragments;
+  if (frame.content == FrameContent::CutOff && record.bytes.size() < record.original_size) ++counts_.cut_off;
+  if (frame.content != FrameContent::Udp) return std::nullopt;
+
   ++counts_.udp;
-  if (!ports_.empty() && ports_.count(udp.source.port) == 0 && ports_.count(udp.destination.port) == 0) return false;
+  if (!HasPort(udp)) return std::nullopt;
   if (!LooksLikeRtcp(udp.payload)) {
-    if (udp.missing > 0 && udp.payload.size() < 4) ++counts_.cutOff;
-    return false;
+    if (udp.missing > 0 && udp.payload.size() < kHeaderSize) ++counts_.cut_off;
+    return std::nullopt;
   }
-  datagram->number = ++found_;
-  datagram->recordNumber = record.number;
-  datagram->recordOffset = record.offset;
-  datagram->seconds = record.seconds;
-  datagram->microseconds = record.microseconds;
-  datagram->source = std::move(udp.source);
-  datagram->destination = std::move(udp.destination);
-  datagram->payload = std::move(udp.payload);
-  datagram->missing = udp.missing;
-  return true;
+  return RtcpDatagram{.number = ++found_,
+                      .record_number = record.number,
+                      .record_offset = record.offset,
+                      .seconds = record.seconds,
+                      .microseconds = record.microseconds,
+                      .source = std::move(udp.source),
+                      .destination = std::move(udp.destination),
+                      .payload = std::move(udp.payload),
+                      .missing = udp.missing};
 }
 
 }  // namespace zunrtcp

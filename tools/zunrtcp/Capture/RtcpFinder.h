@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -15,10 +16,10 @@ namespace zunrtcp {
 
 // The payload of one UDP datagram that is RTCP, and where it was found.
 struct RtcpDatagram {
-  std::size_t number = 0;         // counted from 1
-  std::size_t recordNumber = 0;   // of the capture
-  std::int64_t recordOffset = 0;  // byte offset of that record in the file; -1 when not known
-  std::int64_t seconds = 0;       // since 1970
+  std::size_t number = 0;          // counted from 1
+  std::size_t record_number = 0;   // of the capture
+  std::int64_t record_offset = 0;  // byte offset of that record in the file; -1 when not known
+  std::int64_t seconds = 0;        // since 1970
   std::uint32_t microseconds = 0;
   Endpoint source;
   Endpoint destination;
@@ -31,7 +32,7 @@ struct FrameCounts {
   std::size_t records = 0;
   std::size_t udp = 0;        // UDP datagrams, RTCP among them
   std::size_t fragments = 0;  // fragments of IP packets, which are skipped
-  std::size_t cutOff = 0;     // records cut off within their headers, so that nobody knows what they held
+  std::size_t cut_off = 0;    // records cut off within their headers, so that nobody knows what they held
 };
 
 // RTCP as RFC 5761, section 4 tells it from RTP: at least a header, version 2, packet type 192 to 223.
@@ -43,13 +44,15 @@ class RtcpFinder {
   // link layer of the capture is not known.
   RtcpFinder(CaptureReader* capture, std::set<std::uint16_t> ports);
 
-  // Finds the next datagram; false at the end. InputError as CaptureReader::Next.
-  bool Next(RtcpDatagram* datagram);
+  // The next datagram; none at the end. InputError as CaptureReader::Next.
+  std::optional<RtcpDatagram> Next();
 
   const FrameCounts& counts() const { return counts_; }
 
  private:
-  bool Take(const Record& record, RtcpDatagram* datagram);
+  // The datagram in a record; none when it holds no RTCP.
+  std::optional<RtcpDatagram> RtcpIn(const Record& record);
+  bool HasPort(const UdpDatagram& udp) const;
 
   CaptureReader* capture_;
   std::set<std::uint16_t> ports_;

@@ -21,7 +21,7 @@ namespace {
 constexpr std::size_t kCooked2HeaderSize = 20;
 constexpr std::size_t kUdpHeaderSize = 8;
 constexpr unsigned kEtherTypeIpv4 = 0x0800;
-constexpr unsigned kEtherTypeIpv6 = 0x86dd;
+constexpr unsigned kEtherTypeIpv6 = 0x86DD;
 
 using Pdu = std::unique_ptr<Tins::PDU>;
 
@@ -47,13 +47,13 @@ Pdu ReadIp(std::string_view bytes) {
 
 Pdu ReadCooked2(std::string_view bytes) {
   if (bytes.size() < kCooked2HeaderSize) throw Tins::malformed_packet();
-  const unsigned etherType = Octet(bytes, 0) << 8 | Octet(bytes, 1);
-  if (etherType != kEtherTypeIpv4 && etherType != kEtherTypeIpv6) return nullptr;
+  const unsigned ether_type = Octet(bytes, 0) << 8 | Octet(bytes, 1);
+  if (ether_type != kEtherTypeIpv4 && ether_type != kEtherTypeIpv6) return nullptr;
   return ReadIp(bytes.substr(kCooked2HeaderSize));
 }
 
-Pdu ReadFrame(int linkType, std::string_view frame) {
-  switch (linkType) {
+Pdu ReadLinkLayer(int link_type, std::string_view frame) {
+  switch (link_type) {
     case DLT_EN10MB:
       // Below 1536 the type field is the length of an IEEE 802.3 frame, which carries no IP.
       if (frame.size() >= 14 && (Octet(frame, 12) << 8 | Octet(frame, 13)) < 1536) return nullptr;
@@ -76,38 +76,47 @@ Pdu ReadFrame(int linkType, std::string_view frame) {
   }
 }
 
-// The addresses of the IP packet; false when `frame` is a fragment of one or holds none.
 template <typename Ip>
 void TakeAddresses(const Ip& ip, UdpDatagram* datagram) {
   datagram->source.address = ip.src_addr().to_string();
   datagram->destination.address = ip.dst_addr().to_string();
 }
 
-FrameContent ReadLayers(const Tins::PDU& frame, UdpDatagram* datagram) {
-  const auto* ip4 = frame.find_pdu<Tins::IP>();
-  const auto* ip6 = ip4 == nullptr ? frame.find_pdu<Tins::IPv6>() : nullptr;
-  if (ip4 != nullptr) {
-    if (ip4->is_fragmented()) return FrameContent::Fragment;
-    TakeAddresses(*ip4, datagram);
-  } else if (ip6 != nullptr) {
-    if (ip6->search_header(Tins::IPv6::FRAGMENT) != nullptr) return FrameContent::Fragment;
-    TakeAddresses(*ip6, datagram);
-  } else {
-    return FrameContent::Other;
+// The addresses of the IP packet in a frame, when that is a whole one.
+FrameContent ReadIpLayer(const Tins::PDU& frame, UdpDatagram* datagram) {
+  if (const auto* ip = frame.find_pdu<Tins::IP>(); ip != nullptr) {
+    if (ip->is_fragmented()) return FrameContent::Fragment;
+    TakeAddresses(*ip, datagram);
+    return FrameContent::Udp;
   }
-  const auto* udp = frame.find_pdu<Tins::UDP>();
-  if (udp == nullptr) return FrameContent::Other;
+  if (const auto* ip = frame.find_pdu<Tins::IPv6>(); ip != nullptr) {
+    if (ip->search_header(Tins::IPv6::FRAGMENT) != nullptr) return FrameContent::Fragment;
+    TakeAddresses(*ip, datagram);
+    return FrameContent::Udp;
+  }
+  return FrameContent::Other;
+}
 
-  datagram->source.port = udp->sport();
-  datagram->destination.port = udp->dport();
-  datagram->payload.clear();
-  if (const auto* raw = udp->find_pdu<Tins::RawPDU>(); raw != nullptr) {
-    datagram->payload.assign(raw->payload().begin(), raw->payload().end());
+void TakePayload(const Tins::UDP& udp, UdpDatagram* datagram) {
+  std::string& payload = datagram->payload;
+  if (const auto* raw = udp.find_pdu<Tins::RawPDU>(); raw != nullptr) {
+    payload.assign(raw->payload().begin(), raw->payload().end());
   }
-  const std::size_t announced = udp->length() > kUdpHeaderSize ? udp->length() - kUdpHeaderSize : 0;
-  datagram->missing = announced > datagram->payload.size() ? announced - datagram->payload.size() : 0;
-  if (datagram->payload.size() > announced) datagram->payload.resize(announced);
-  return FrameContent::Udp;
+  const std::size_t announced = udp.length() > kUdpHeaderSize ? udp.length() - kUdpHeaderSize : 0;
+  datagram->missing = announced > payload.size() ? announced - payload.size() : 0;
+  if (payload.size() > announced) payload.resize(announced);
+}
+
+Frame ReadLayers(const Tins::PDU& layers) {
+  Frame frame;
+  frame.content = ReadIpLayer(layers, &frame.datagram);
+  if (frame.content != FrameContent::Udp) return frame;
+  const auto* udp = layers.find_pdu<Tins::UDP>();
+  if (udp == nullptr) return {};
+  frame.datagram.source.port = udp->sport();
+  frame.datagram.destination.port = udp->dport();
+  TakePayload(*udp, &frame.datagram);
+  return frame;
 }
 
 }  // namespace
@@ -117,8 +126,8 @@ std::string Endpoint::Name() const {
   return (six ? "[" + address + "]" : address) + ":" + std::to_string(port);
 }
 
-bool LinkTypeIsKnown(int linkType) {
-  switch (linkType) {
+bool LinkTypeIsKnown(int link_type) {
+  switch (link_type) {
     case DLT_EN10MB:
     case DLT_LINUX_SLL:
     case DLT_LINUX_SLL2:
@@ -133,12 +142,12 @@ bool LinkTypeIsKnown(int linkType) {
   }
 }
 
-FrameContent ReadUdpDatagram(int linkType, std::string_view frame, UdpDatagram* datagram) {
+Frame ReadFrame(int link_type, std::string_view bytes) {
   try {
-    const Pdu layers = ReadFrame(linkType, frame);
-    return layers == nullptr ? FrameContent::Other : ReadLayers(*layers, datagram);
+    const Pdu layers = ReadLinkLayer(link_type, bytes);
+    return layers == nullptr ? Frame{} : ReadLayers(*layers);
   } catch (const Tins::exception_base&) {
-    return FrameContent::CutOff;
+    return {.content = FrameContent::CutOff, .datagram = {}};
   }
 }
 

@@ -33,10 +33,16 @@ enum class FrameContent {
 
 // True when frames of this link layer (a DLT_ number of libpcap) can be read: Ethernet (VLAN tags included), Linux
 // cooked (both versions), BSD loopback, raw IP.
-bool LinkTypeIsKnown(int linkType);
+bool LinkTypeIsKnown(int link_type);
 
-// Looks into a frame; fills `datagram` when the result is Udp. IPv4 and IPv6.
-FrameContent ReadUdpDatagram(int linkType, std::string_view frame, UdpDatagram* datagram);
+// What was found in a frame.
+struct Frame {
+  FrameContent content = FrameContent::Other;
+  UdpDatagram datagram;  // when the content is Udp
+};
+
+// Looks into a frame. IPv4 and IPv6.
+Frame ReadFrame(int link_type, std::string_view bytes);
 
 }  // namespace zunrtcp
 

@@ -33,8 +33,8 @@ Json VerdictValue(const Verdict& verdict) {
 void JsonPrinter::Print(const DecodedDatagram& decoded) {
   const RtcpDatagram& datagram = decoded.datagram;
   Json value{{"datagram", datagram.number},
-             {"record", datagram.recordNumber},
-             {"recordOffset", datagram.recordOffset},
+             {"record", datagram.record_number},
+             {"recordOffset", datagram.record_offset},
              {"time", Printed("%lld.%06u", static_cast<long long>(datagram.seconds), datagram.microseconds)},
              {"source", EndpointValue(datagram.source)},
              {"destination", EndpointValue(datagram.destination)},

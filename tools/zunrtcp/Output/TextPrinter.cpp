@@ -1,12 +1,13 @@
 #include <algorithm>
 
 #include "tools/zunrtcp/Output/Printer.h"
-#include "tools/zunrtcp/Packet/KindName.h"
 #include "tools/zunrtcp/Text.h"
 
 namespace zunrtcp {
 
 namespace {
+
+constexpr const char* kIndent = "           ";  // of what belongs to a subpacket
 
 // "written back identical", "refused by rule: ..."; in capitals what needs looking at.
 std::string VerdictLine(const Verdict& verdict) {
@@ -29,6 +30,15 @@ std::string VerdictLine(const Verdict& verdict) {
   return {};
 }
 
+// "  RR       2 report blocks, 56 bytes: sender ...".
+std::string HeadLine(const DecodedSubpacket& subpacket) {
+  std::string line = "  " + subpacket.kind;
+  if (!subpacket.count.empty()) line = Printed("  %-8s %s", subpacket.kind.c_str(), subpacket.count.c_str());
+  line += Printed(", %zu bytes", subpacket.view.bytes.size());
+  const std::string fields = subpacket.description.Line();
+  return fields.empty() ? line : line + ": " + fields;
+}
+
 }  // namespace
 
 void TextPrinter::Print(const DecodedDatagram& decoded) {
@@ -37,11 +47,9 @@ void TextPrinter::Print(const DecodedDatagram& decoded) {
                    datagram.source.Name().c_str(), datagram.destination.Name().c_str(),
                    Counted(datagram.payload.size(), "byte").c_str());
   for (const DecodedSubpacket& subpacket : decoded.subpackets) {
-    const std::string line = subpacket.description.Line();
-    *out_ << Printed("  %-8s %s, %zu bytes%s%s\n", subpacket.kind.c_str(), CountWords(subpacket.view).c_str(),
-                     subpacket.view.bytes.size(), line.empty() ? "" : ": ", line.c_str());
-    for (const std::string& item : subpacket.description.ItemLines()) *out_ << "           " << item << '\n';
-    if (!subpacket.remark.empty()) *out_ << "           note: " << subpacket.remark << '\n';
+    *out_ << HeadLine(subpacket) << '\n';
+    for (const std::string& item : subpacket.description.ItemLines()) *out_ << kIndent << item << '\n';
+    if (!subpacket.remark.empty()) *out_ << kIndent << "note: " << subpacket.remark << '\n';
   }
   if (verbose_) {
     for (const std::string& message : decoded.messages) *out_ << "  log: " << message << '\n';
@@ -61,8 +69,8 @@ void TextPrinter::Print(const Totals& totals, const FrameCounts& frames, const s
   }
   *out_ << Printed("  refused\n    %-16s %7zu\n    %-16s %7zu\n", "explained", totals.Count(Outcome::RefusedByRule),
                    "unexplained", totals.Count(Outcome::RefusedUnexplained));
-  if (const std::size_t cutOff = totals.Count(Outcome::CutOff); cutOff > 0) {
-    *out_ << Printed("  cut off    %7zu\n", cutOff);
+  if (const std::size_t cut_off = totals.Count(Outcome::CutOff); cut_off > 0) {
+    *out_ << Printed("  cut off    %7zu\n", cut_off);
   }
   if (frames.fragments > 0) *out_ << "  skipped " << Counted(frames.fragments, "fragment") << " of IP packets\n";
   if (totals.rules().empty()) return;

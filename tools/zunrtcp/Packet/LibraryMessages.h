@@ -20,9 +20,9 @@ class LibraryMessages {
   const std::vector<std::string>& messages() const { return messages_; }
 
  private:
-  static void Collect(ZunVoidPtr userData, ZunLogLevel, ZunLogCategory, const char*, ZunInt, const char*,
+  static void Collect(ZunVoidPtr user_data, ZunLogLevel, ZunLogCategory, const char*, ZunInt, const char*,
                       const char* message) {
-    static_cast<LibraryMessages*>(userData)->messages_.emplace_back(message);
+    static_cast<LibraryMessages*>(user_data)->messages_.emplace_back(message);
   }
 
   std::vector<std::string> messages_;

@@ -2,6 +2,8 @@
 
 #include <new>
 
+#include "tools/zunrtcp/Packet/LibraryValues.h"
+
 namespace zunrtcp {
 
 namespace {
@@ -14,7 +16,7 @@ class LibraryString {
   LibraryString& operator=(const LibraryString&) = delete;
 
   ZunString* get() { return &string_; }
-  std::string_view bytes() const { return {ZunStringCStr(&string_), string_.size}; }
+  std::string_view bytes() const { return BytesOf(string_); }
 
  private:
   ZunString string_;
@@ -31,11 +33,10 @@ LibraryPacket::LibraryPacket(std::string_view datagram) {
 
 LibraryPacket::~LibraryPacket() { ZunRtcpPacketDestruct(&packet_); }
 
-bool LibraryPacket::Write(std::string* bytes) const {
+std::optional<std::string> LibraryPacket::Write() const {
   LibraryString written;
-  if (!ZunRtcpPacketGetNetworkPacket(&packet_, written.get())) return false;
-  *bytes = written.bytes();
-  return true;
+  if (!ZunRtcpPacketGetNetworkPacket(&packet_, written.get())) return std::nullopt;
+  return std::string(written.bytes());
 }
 
 bool LibraryAccepts(std::string_view datagram) { return LibraryPacket(datagram).ok(); }

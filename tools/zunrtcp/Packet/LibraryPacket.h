@@ -3,6 +3,7 @@
 #define TOOLS_ZUNRTCP_PACKET_LIBRARYPACKET_H
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -22,8 +23,8 @@ class LibraryPacket {
   std::size_t size() const { return ZunRtcpPacketGetSubpacketCount(&packet_); }
   const ZunRtcpSubpacket& operator[](std::size_t n) const { return *ZunRtcpPacketGetSubpacket(&packet_, n); }
 
-  // Makes `bytes` what the library writes; false when it refuses to.
-  bool Write(std::string* bytes) const;
+  // What the library writes; nothing when it refuses to.
+  std::optional<std::string> Write() const;
 
  private:
   ZunRtcpPacket packet_;

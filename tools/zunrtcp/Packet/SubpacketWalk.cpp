@@ -6,23 +6,22 @@ namespace zunrtcp {
 
 namespace {
 
-// The size of the subpacket at `offset`; 0, with the fault noted, when there is no whole one.
-std::size_t SubpacketSize(std::string_view datagram, std::size_t offset, std::string* fault) {
-  const std::size_t left = datagram.size() - offset;
-  if (left < 4) {
-    *fault = Counted(left, "byte") + " behind the last subpacket, fewer than a header has";
-    return 0;
+constexpr unsigned kVersion = 2;
+
+// With its header; what the length field announces.
+std::size_t SubpacketSize(std::string_view rest) { return kHeaderSize + std::size_t{4} * U16At(rest, 2); }
+
+// Why `rest`, the datagram from here on, does not begin with a whole subpacket; empty when it does.
+std::string FaultOf(std::string_view rest) {
+  if (rest.size() < kHeaderSize) {
+    return Counted(rest.size(), "byte") + " behind the last subpacket, fewer than a header has";
   }
-  if (const unsigned version = U8At(datagram, offset) >> 6; version != 2) {
-    *fault = "version " + std::to_string(version) + " instead of 2";
-    return 0;
+  if (const unsigned version = U8At(rest, 0) >> 6; version != kVersion) {
+    return Printed("version %u instead of %u", version, kVersion);
   }
-  const std::size_t size = 4 + 4U * U16At(datagram, offset + 2);
-  if (size > left) {
-    *fault = Printed("type %u announces %zu bytes, of which %zu are there", U8At(datagram, offset + 1), size, left);
-    return 0;
-  }
-  return size;
+  const std::size_t size = SubpacketSize(rest);
+  if (size <= rest.size()) return {};
+  return Printed("type %u announces %zu bytes, of which %zu are there", U8At(rest, 1), size, rest.size());
 }
 
 }  // namespace
@@ -30,12 +29,14 @@ std::size_t SubpacketSize(std::string_view datagram, std::size_t offset, std::st
 SubpacketWalk WalkSubpackets(std::string_view datagram) {
   SubpacketWalk walk;
   for (std::size_t offset = 0; offset < datagram.size();) {
-    const std::size_t size = SubpacketSize(datagram, offset, &walk.fault);
-    if (size == 0) {
-      walk.faultOffset = offset;
+    const std::string_view rest = datagram.substr(offset);
+    walk.fault = FaultOf(rest);
+    if (!walk.fault.empty()) {
+      walk.fault_offset = offset;
       break;
     }
-    walk.subpackets.push_back({walk.subpackets.size(), offset, datagram.substr(offset, size)});
+    const std::size_t size = SubpacketSize(rest);
+    walk.subpackets.push_back({walk.subpackets.size(), offset, rest.substr(0, size)});
     offset += size;
   }
   return walk;

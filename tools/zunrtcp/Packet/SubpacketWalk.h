@@ -11,22 +11,27 @@
 
 namespace zunrtcp {
 
+inline constexpr std::size_t kHeaderSize = 4;
+inline constexpr std::size_t kSourceSize = 4;  // of an SSRC
+inline constexpr unsigned kPaddingBit = 0x20;
+inline constexpr unsigned kCountMask = 0x1F;
+
 // One subpacket: a header of 4 bytes and its body (RFC 3550, section 6.1).
 struct SubpacketView {
   std::size_t index = 0;   // counted from 0
   std::size_t offset = 0;  // in the datagram
   std::string_view bytes;  // header included
 
-  bool padded() const { return (U8At(bytes, 0) & 0x20U) != 0; }
-  unsigned count() const { return U8At(bytes, 0) & 0x1fU; }
+  bool padded() const { return (U8At(bytes, 0) & kPaddingBit) != 0; }
+  unsigned count() const { return U8At(bytes, 0) & kCountMask; }
   unsigned type() const { return U8At(bytes, 1); }
-  bool Is(unsigned packetType, unsigned fmt) const { return type() == packetType && count() == fmt; }
+  std::string_view body() const { return bytes.substr(kHeaderSize); }
 };
 
 struct SubpacketWalk {
   std::vector<SubpacketView> subpackets;
-  std::string fault;            // what ends the walk early; empty when it ends with the datagram
-  std::size_t faultOffset = 0;  // where
+  std::string fault;             // what ends the walk early; empty when it ends with the datagram
+  std::size_t fault_offset = 0;  // where
 };
 
 SubpacketWalk WalkSubpackets(std::string_view datagram);

@@ -1,76 +1,71 @@
 #include <algorithm>
 #include <cstddef>
 
-#include "tools/zunrtcp/Packet/KindName.h"
-#include "tools/zunrtcp/Packet/Octets.h"
 #include "tools/zunrtcp/Text.h"
-#include "tools/zunrtcp/WriteBack/Rewrite.h"
 #include "tools/zunrtcp/WriteBack/Verdict.h"
 
 namespace zunrtcp {
 
 namespace {
 
-// A TMMBR without entries: a header and two SSRCs.
-bool IsEmptyTmmbr(const SubpacketView& subpacket) {
-  return subpacket.Is(kRtpfb, kTmmbr) && subpacket.bytes.size() == 12;
-}
-
 // "first difference at byte 12, in subpacket 1 (SDES)".
-std::string FirstDifference(std::string_view received, std::string_view written, const SubpacketWalk& walk) {
+std::string FirstDifference(std::string_view received, std::string_view written, const SubpacketWalk& walk,
+                            const Kinds& kinds) {
   const auto [in, out] = std::mismatch(received.begin(), received.end(), written.begin(), written.end());
   const auto at = static_cast<std::size_t>(in - received.begin());
   std::string words =
       Printed("%zu bytes read, %zu written, first difference at byte %zu", received.size(), written.size(), at);
   for (const SubpacketView& subpacket : walk.subpackets) {
     if (at < subpacket.offset || at >= subpacket.offset + subpacket.bytes.size()) continue;
-    words += Printed(", in subpacket %zu (%s)", subpacket.index, KindName(subpacket).c_str());
+    words += Printed(", in subpacket %zu (%s)", subpacket.index, kinds.NameOf(subpacket).c_str());
   }
   return words;
 }
 
-Verdict JudgeUnwritten(const SubpacketWalk& walk) {
+Verdict JudgeUnwritten(const SubpacketWalk& walk, const Kinds& kinds) {
   for (const SubpacketView& subpacket : walk.subpackets) {
-    if (IsEmptyTmmbr(subpacket)) return {Outcome::Explained, {Rule::EmptyTmmbr}, {"not written"}};
+    if (const std::optional<Rule> rule = kinds.WhyUnwritten(subpacket)) {
+      return {Outcome::Explained, {*rule}, {"not written"}};
+    }
   }
   return {Outcome::Unexplained, {}, {"the library read it but does not write it"}};
 }
 
-}  // namespace
+// What the library is to write by the stated rules, and those that make it differ from what it read.
+struct Expectation {
+  std::string bytes;
+  std::set<Rule> rules;
+};
 
-const char* OutcomeName(Outcome outcome) {
-  switch (outcome) {
-    case Outcome::Identical:
-      return "identical";
-    case Outcome::Explained:
-      return "explained";
-    case Outcome::Unexplained:
-      return "unexplained";
-    case Outcome::RefusedByRule:
-      return "refused by rule";
-    case Outcome::RefusedUnexplained:
-      return "refused";
-    case Outcome::CutOff:
-      return "cut off";
+// Nothing when a field is not where the rules look for it.
+std::optional<Expectation> Expect(const SubpacketWalk& walk, const Kinds& kinds) {
+  Expectation expected;
+  try {
+    for (const SubpacketView& subpacket : walk.subpackets) {
+      Rewrite rewrite(subpacket, expected.bytes.size());
+      kinds.Apply(subpacket, &rewrite);
+      expected.bytes += rewrite.bytes;
+      expected.rules.merge(rewrite.rules);
+    }
+  } catch (const OctetsEnd&) {
+    return std::nullopt;
   }
-  return "";
+  return expected;
 }
 
-Verdict JudgeWriteBack(std::string_view datagram, const SubpacketWalk& walk, const LibraryPacket& packet) {
-  std::string written;
-  if (!packet.Write(&written)) return JudgeUnwritten(walk);
-  if (written == datagram) return {};
+}  // namespace
 
-  std::string expected;
-  std::set<Rule> rules;
-  std::string remark = FirstDifference(datagram, written, walk);
-  try {
-    for (const SubpacketView& subpacket : walk.subpackets) RewriteSubpacket(subpacket, &expected, &rules);
-  } catch (const OctetsEnd&) {
-    return {Outcome::Unexplained, {}, {remark}};
+Verdict JudgeWriteBack(std::string_view datagram, const SubpacketWalk& walk, const LibraryPacket& packet,
+                       const Kinds& kinds) {
+  const std::optional<std::string> written = packet.Write();
+  if (!written) return JudgeUnwritten(walk, kinds);
+  if (*written == datagram) return {};
+
+  const std::optional<Expectation> expected = Expect(walk, kinds);
+  if (!expected || *written != expected->bytes) {
+    return {Outcome::Unexplained, {}, {FirstDifference(datagram, *written, walk, kinds)}};
   }
-  if (written != expected) return {Outcome::Unexplained, {}, {remark}};
-  return {Outcome::Explained, {rules.begin(), rules.end()}, {}};
+  return {Outcome::Explained, {expected->rules.begin(), expected->rules.end()}, {}};
 }
 
 }  // namespace zunrtcp

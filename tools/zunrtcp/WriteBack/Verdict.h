@@ -6,9 +6,9 @@
 #include <string_view>
 #include <vector>
 
+#include "tools/zunrtcp/Kinds/Kinds.h"
 #include "tools/zunrtcp/Packet/LibraryPacket.h"
 #include "tools/zunrtcp/Packet/SubpacketWalk.h"
-#include "tools/zunrtcp/WriteBack/Rule.h"
 
 namespace zunrtcp {
 
@@ -31,10 +31,11 @@ struct Verdict {
 const char* OutcomeName(Outcome outcome);
 
 // Compares what the library writes with what it read.
-Verdict JudgeWriteBack(std::string_view datagram, const SubpacketWalk& walk, const LibraryPacket& packet);
+Verdict JudgeWriteBack(std::string_view datagram, const SubpacketWalk& walk, const LibraryPacket& packet,
+                       const Kinds& kinds = AllKinds());
 
 // Finds out which subpacket of a datagram the library refuses, and why.
-Verdict JudgeRefusal(const SubpacketWalk& walk);
+Verdict JudgeRefusal(const SubpacketWalk& walk, const Kinds& kinds = AllKinds());
 
 }  // namespace zunrtcp
 

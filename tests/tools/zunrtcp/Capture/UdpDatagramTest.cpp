@@ -4,7 +4,6 @@
 #include <pcap/dlt.h>
 
 #include "tests/support/Bytes.h"
-#include "tools/zunrtcp/Capture/RtcpFinder.h"
 
 namespace zunrtcp {
 
@@ -12,26 +11,26 @@ namespace {
 
 // A UDP datagram of "RTCP" from 192.0.2.1:5005 to 192.0.2.2:5007, and the same over IPv6.
 constexpr const char* kIpv4 =
-    "4500 0020 0000 0000 4011 0000 c0000201 c0000202"
-    "138d 138f 000c 0000 52544350";
+    "4500 0020 0000 0000 4011 0000 C0000201 C0000202"
+    "138D 138F 000C 0000 52544350";
 constexpr const char* kIpv6 =
-    "60000000 000c 1140 20010db8000000000000000000000001 20010db8000000000000000000000002"
-    "138d 138f 000c 0000 52544350";
+    "60000000 000C 1140 20010DB8000000000000000000000001 20010DB8000000000000000000000002"
+    "138D 138F 000C 0000 52544350";
 constexpr const char* kAddresses = "020000000001 020000000002";
 
-struct Frame {
+struct NamedFrame {
   const char* name;
-  int linkType;
+  int link_type;
   std::string bytes;
 };
 
 std::string Bytes(const std::string& header, const char* packet) { return test::Hex(header + packet); }
 
-const Frame kIpv4Frames[] = {
+const NamedFrame kIpv4Frames[] = {
     {"Ethernet", DLT_EN10MB, Bytes(std::string(kAddresses) + "0800", kIpv4)},
-    {"Ethernet with bytes behind the packet", DLT_EN10MB, Bytes(std::string(kAddresses) + "0800", kIpv4) + "trailer"},
+    {"Ethernet with bytes after the packet", DLT_EN10MB, Bytes(std::string(kAddresses) + "0800", kIpv4) + "trailer"},
     {"VLAN", DLT_EN10MB, Bytes(std::string(kAddresses) + "8100 0064 0800", kIpv4)},
-    {"two VLANs", DLT_EN10MB, Bytes(std::string(kAddresses) + "88a8 0064 8100 0065 0800", kIpv4)},
+    {"two VLANs", DLT_EN10MB, Bytes(std::string(kAddresses) + "88A8 0064 8100 0065 0800", kIpv4)},
     {"Linux cooked", DLT_LINUX_SLL, Bytes("0000 0304 0006 000000000000 0000 0800", kIpv4)},
     {"Linux cooked 2", DLT_LINUX_SLL2, Bytes("0800 0000 00000001 0304 00 06 0000000000000000", kIpv4)},
     {"loopback, little endian", DLT_NULL, Bytes("02000000", kIpv4)},
@@ -40,89 +39,74 @@ const Frame kIpv4Frames[] = {
     {"raw IPv4", DLT_IPV4, Bytes("", kIpv4)},
 };
 
-const Frame kIpv6Frames[] = {
-    {"Ethernet", DLT_EN10MB, Bytes(std::string(kAddresses) + "86dd", kIpv6)},
-    {"VLAN", DLT_EN10MB, Bytes(std::string(kAddresses) + "8100 0064 86dd", kIpv6)},
-    {"Linux cooked", DLT_LINUX_SLL, Bytes("0000 0304 0006 000000000000 0000 86dd", kIpv6)},
-    {"Linux cooked 2", DLT_LINUX_SLL2, Bytes("86dd 0000 00000001 0304 00 06 0000000000000000", kIpv6)},
-    {"loopback", DLT_NULL, Bytes("1e000000", kIpv6)},
+const NamedFrame kIpv6Frames[] = {
+    {"Ethernet", DLT_EN10MB, Bytes(std::string(kAddresses) + "86DD", kIpv6)},
+    {"VLAN", DLT_EN10MB, Bytes(std::string(kAddresses) + "8100 0064 86DD", kIpv6)},
+    {"Linux cooked", DLT_LINUX_SLL, Bytes("0000 0304 0006 000000000000 0000 86DD", kIpv6)},
+    {"Linux cooked 2", DLT_LINUX_SLL2, Bytes("86DD 0000 00000001 0304 00 06 0000000000000000", kIpv6)},
+    {"loopback", DLT_NULL, Bytes("1E000000", kIpv6)},
     {"raw IP", DLT_RAW, Bytes("", kIpv6)},
     {"raw IPv6", DLT_IPV6, Bytes("", kIpv6)},
 };
 
-void ExpectDatagram(const Frame& frame, const char* source, const char* destination) {
+void ExpectDatagram(const NamedFrame& frame, const char* source, const char* destination) {
   SCOPED_TRACE(frame.name);
-  EXPECT_TRUE(LinkTypeIsKnown(frame.linkType));
-  UdpDatagram datagram;
-  ASSERT_EQ(ReadUdpDatagram(frame.linkType, frame.bytes, &datagram), FrameContent::Udp);
+  EXPECT_TRUE(LinkTypeIsKnown(frame.link_type));
+  const auto [content, datagram] = ReadFrame(frame.link_type, frame.bytes);
+  ASSERT_EQ(content, FrameContent::Udp);
   EXPECT_EQ(datagram.source.Name(), source);
   EXPECT_EQ(datagram.destination.Name(), destination);
   EXPECT_EQ(datagram.payload, "RTCP");
   EXPECT_EQ(datagram.missing, 0U);
 }
 
-FrameContent ContentOf(int linkType, const std::string& bytes) {
-  UdpDatagram datagram;
-  return ReadUdpDatagram(linkType, bytes, &datagram);
-}
+FrameContent ContentOf(int link_type, const std::string& bytes) { return ReadFrame(link_type, bytes).content; }
 
 }  // namespace
 
 TEST(UdpDatagram, IsFoundInEveryLinkLayerOverIpv4) {
-  for (const Frame& frame : kIpv4Frames) ExpectDatagram(frame, "192.0.2.1:5005", "192.0.2.2:5007");
+  for (const NamedFrame& frame : kIpv4Frames) ExpectDatagram(frame, "192.0.2.1:5005", "192.0.2.2:5007");
 }
 
 TEST(UdpDatagram, IsFoundInEveryLinkLayerOverIpv6) {
-  for (const Frame& frame : kIpv6Frames) ExpectDatagram(frame, "[2001:db8::1]:5005", "[2001:db8::2]:5007");
+  for (const NamedFrame& frame : kIpv6Frames) ExpectDatagram(frame, "[2001:db8::1]:5005", "[2001:db8::2]:5007");
 }
 
 TEST(UdpDatagram, TellsHowMuchOfItTheCaptureCutOff) {
   const std::string frame = test::Hex(kIpv4);
-  UdpDatagram datagram;
-  ASSERT_EQ(ReadUdpDatagram(DLT_RAW, frame.substr(0, frame.size() - 3), &datagram), FrameContent::Udp);
+  const auto [content, datagram] = ReadFrame(DLT_RAW, frame.substr(0, frame.size() - 3));
+  ASSERT_EQ(content, FrameContent::Udp);
   EXPECT_EQ(datagram.payload, "R");
   EXPECT_EQ(datagram.missing, 3U);
 }
 
 TEST(UdpDatagram, AFrameOfAnyLengthIsReadWithinItsBounds) {
-  for (const Frame& frame : kIpv4Frames) {
+  for (const NamedFrame& frame : kIpv4Frames) {
     for (std::size_t size = 0; size < frame.bytes.size(); ++size) {
       SCOPED_TRACE(frame.name + (": " + std::to_string(size)));
       const std::string flush(frame.bytes, 0, size);
-      UdpDatagram datagram;
-      const FrameContent content = ReadUdpDatagram(frame.linkType, {flush.data(), size}, &datagram);
+      const auto [content, datagram] = ReadFrame(frame.link_type, {flush.data(), size});
       EXPECT_TRUE(content != FrameContent::Udp || datagram.payload.size() + datagram.missing == 4);
     }
   }
 }
 
 TEST(UdpDatagram, FragmentsAndOthersAreTold) {
-  EXPECT_EQ(ContentOf(DLT_RAW, test::Hex("4500 0020 0000 2000 4011 0000 c0000201 c0000202 138d138f000c0000 52544350")),
+  EXPECT_EQ(ContentOf(DLT_RAW, test::Hex("4500 0020 0000 2000 4011 0000 C0000201 C0000202 138D138F000C0000 52544350")),
             FrameContent::Fragment);
-  EXPECT_EQ(ContentOf(DLT_RAW, test::Hex("4500 0018 0000 0001 4011 0000 c0000201 c0000202 52544350")),
+  EXPECT_EQ(ContentOf(DLT_RAW, test::Hex("4500 0018 0000 0001 4011 0000 C0000201 C0000202 52544350")),
             FrameContent::Fragment);
-  EXPECT_EQ(ContentOf(DLT_RAW, test::Hex("60000000 0010 2c40 20010db8000000000000000000000001"
-                                         "20010db8000000000000000000000002 1100000100000001 138d138f00140000")),
+  EXPECT_EQ(ContentOf(DLT_RAW, test::Hex("60000000 0010 2C40 20010DB8000000000000000000000001"
+                                         "20010DB8000000000000000000000002 1100000100000001 138D138F00140000")),
             FrameContent::Fragment);
   EXPECT_EQ(ContentOf(DLT_EN10MB, Bytes(std::string(kAddresses) + "0806",
-                                        "0001080006040001 020000000001c0000201 000000000000c0000202")),
+                                        "0001080006040001 020000000001C0000201 000000000000C0000202")),
             FrameContent::Other);
   EXPECT_EQ(ContentOf(DLT_EN10MB, test::Hex("020000000001 020000000002 0026 424203000000")), FrameContent::Other);
-  EXPECT_EQ(ContentOf(DLT_RAW, test::Hex("4500 001c 0000 0000 4001 0000 c0000201 c0000202 0800000000000000")),
+  EXPECT_EQ(ContentOf(DLT_RAW, test::Hex("4500 001C 0000 0000 4001 0000 C0000201 C0000202 0800000000000000")),
             FrameContent::Other);
   EXPECT_EQ(ContentOf(DLT_RAW, ""), FrameContent::CutOff);
   EXPECT_FALSE(LinkTypeIsKnown(DLT_IEEE802_11));
-}
-
-TEST(LooksLikeRtcp, TellsItFromRtpAndOthers) {
-  EXPECT_TRUE(LooksLikeRtcp(test::Hex("80c80000")));
-  EXPECT_TRUE(LooksLikeRtcp(test::Hex("bfc00000")));
-  EXPECT_TRUE(LooksLikeRtcp(test::Hex("80df0000")));
-  EXPECT_FALSE(LooksLikeRtcp(test::Hex("80bf0000")));
-  EXPECT_FALSE(LooksLikeRtcp(test::Hex("80e00000")));
-  EXPECT_FALSE(LooksLikeRtcp(test::Hex("40c80000")));
-  EXPECT_FALSE(LooksLikeRtcp(test::Hex("80c800")));
-  EXPECT_FALSE(LooksLikeRtcp(""));
 }
 
 }  // namespace zunrtcp

@@ -1,0 +1,91 @@
+#include "tools/zunrtcp/Kinds/ApplicationFeedback/Rows.h"
+#include "tools/zunrtcp/Kinds/FeedbackLayout.h"
+#include "tools/zunrtcp/Packet/LibraryValues.h"
+
+namespace zunrtcp {
+
+namespace {
+
+std::string ParameterName(ZunRtcpPsfbAfbShowParameterType type) {
+  switch (type) {
+    case ZUN_RTCPPSFBAFBSHOWPARAMETER_TYPE_Enable:
+      return "enable";
+    case ZUN_RTCPPSFBAFBSHOWPARAMETER_TYPE_Preference:
+      return "preference";
+    case ZUN_RTCPPSFBAFBSHOWPARAMETER_TYPE_Width:
+      return "width";
+    case ZUN_RTCPPSFBAFBSHOWPARAMETER_TYPE_Height:
+      return "height";
+    case ZUN_RTCPPSFBAFBSHOWPARAMETER_TYPE_FrameRate:
+      return "frame rate";
+    case ZUN_RTCPPSFBAFBSHOWPARAMETER_TYPE_PixelRate:
+      return "pixel rate";
+    case ZUN_RTCPPSFBAFBSHOWPARAMETER_TYPE_Bandwidth:
+      return "bandwidth";
+    case ZUN_RTCPPSFBAFBSHOWPARAMETER_TYPE_MinWidth:
+      return "min width";
+    case ZUN_RTCPPSFBAFBSHOWPARAMETER_TYPE_MinHeight:
+      return "min height";
+    case ZUN_RTCPPSFBAFBSHOWPARAMETER_TYPE_MinFrameRate:
+      return "min frame rate";
+    case ZUN_RTCPPSFBAFBSHOWPARAMETER_TYPE_MinPixelRate:
+      return "min pixel rate";
+    case ZUN_RTCPPSFBAFBSHOWPARAMETER_TYPE_MinBandwidth:
+      return "min bandwidth";
+    case ZUN_RTCPPSFBAFBSHOWPARAMETER_TYPE_PacketSize:
+      return "packet size";
+    default:
+      return "parameter of type " + std::to_string(type);
+  }
+}
+
+void DescribeShow(const ZunRtcpPsfbAfbShow& show, Description* description) {
+  description->AddNumber("sequence", "request", ZunRtcpPsfbAfbShowGetSequenceNumber(&show));
+  Description::Value values = Description::Value::array();
+  for (const ZunRtcpPsfbAfbShowParameter& parameter : Elements(*ZunRtcpPsfbAfbShowGetParameters(&show))) {
+    const std::string name = ParameterName(parameter.type);
+    values.push_back({{"type", parameter.type}, {"name", name}, {"value", parameter.value}});
+    description->AddWords(name + " " + std::to_string(parameter.value));
+  }
+  description->AddValue("parameters", std::move(values));
+}
+
+// The fewest bytes that hold `value`, at least one.
+std::size_t WidthOf(std::uint64_t value) {
+  std::size_t width = 1;
+  while (width < sizeof(value) && value >> (8 * width) != 0) ++width;
+  return width;
+}
+
+// A descriptor (5 bits of type, 3 bits of the value's size minus 1) and a value, which is written in as few bytes as it
+// needs.
+void CopyParameter(OctetCursor* in, std::string* out, std::set<Rule>* rules) {
+  const unsigned descriptor = in->U8();
+  const std::size_t width = (descriptor & 7U) + 1;
+  const std::uint64_t value = in->Number(width);
+  const std::size_t written_width = WidthOf(value);
+  if (written_width != width) rules->insert(Rule::ShowWidth);
+  AppendNumber(out, (descriptor & 0xF8U) | (written_width - 1), 1);
+  AppendNumber(out, value, written_width);
+}
+
+// A sequence number, then parameters; a descriptor of 0 begins the padding.
+void RewriteShow(Rewrite* rewrite) {
+  OctetCursor in(rewrite->bytes);
+  std::string out(in.Take(kAfbBodyOffset + 1));
+  while (!in.AtEnd() && in.Next() != 0) CopyParameter(&in, &out, &rewrite->rules);
+  if (in.left() >= 4) rewrite->rules.insert(Rule::ShowPadding);
+  const std::size_t length = out.size() + PaddingAfter(out.size());
+  out.append(rewrite->PaddingOfString(out.size()), '\0');
+  rewrite->bytes = out;
+  rewrite->PutLength(length);
+}
+
+}  // namespace
+
+constinit const KindRow show_row = RowOf<Listed<afb_level, ZUN_RTCPPSFBAFB_TYPE_SHOW>, DescribeShow>({
+    .name = "SHOW",
+    .rewrite = RewriteShow,
+});
+
+}  // namespace zunrtcp

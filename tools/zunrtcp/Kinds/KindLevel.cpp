@@ -1,0 +1,101 @@
+#include "tools/zunrtcp/Kinds/KindLevel.h"
+
+#include "tools/zunrtcp/Kinds/FeedbackLayout.h"
+#include "tools/zunrtcp/Packet/LibraryValues.h"
+
+namespace zunrtcp {
+
+namespace {
+
+constexpr std::string_view kHouseIdentifier = "Nr";  // followed by the number of the message in two bytes
+constexpr std::string_view kRembIdentifier = "REMB";
+
+const ZunRtcpRtpfb& RtpfbIn(const ZunRtcpSubpacket& subpacket) { return *ZunRtcpSubpacketGetRtpfb(&subpacket); }
+const ZunRtcpPsfb& PsfbIn(const ZunRtcpSubpacket& subpacket) { return *ZunRtcpSubpacketGetPsfb(&subpacket); }
+const ZunRtcpPsfbAfb& AfbIn(const ZunRtcpSubpacket& subpacket) { return *ZunRtcpPsfbGetAfb(&PsfbIn(subpacket)); }
+
+ZunInt32 TypeOfBytes(const SubpacketView& subpacket) { return static_cast<ZunInt32>(subpacket.type()); }
+ZunInt32 FormatOfBytes(const SubpacketView& subpacket) { return static_cast<ZunInt32>(subpacket.count()); }
+
+// The number of a house message, known or not; nothing for all others.
+std::optional<ZunInt32> HouseNumber(const SubpacketView& subpacket) {
+  const bool has_identifier = subpacket.bytes.size() >= kAfbBodyOffset;
+  if (!has_identifier || !subpacket.bytes.substr(kFciOffset).starts_with(kHouseIdentifier)) return std::nullopt;
+  return U16At(subpacket.bytes, kFciOffset + kHouseIdentifier.size());
+}
+
+ZunInt32 MessageOfBytes(const SubpacketView& subpacket) {
+  if (const std::optional<ZunInt32> number = HouseNumber(subpacket)) return *number;
+  const bool is_remb =
+      subpacket.bytes.size() >= kAfbBodyOffset && subpacket.bytes.substr(kFciOffset).starts_with(kRembIdentifier);
+  return is_remb ? ZUN_RTCPPSFBAFB_TYPE_REMB : ZUN_RTCPPSFBAFB_TYPE_Unknown;
+}
+
+std::string MessageNumber(const SubpacketView& subpacket) {
+  const std::optional<ZunInt32> number = HouseNumber(subpacket);
+  return number ? "AFB Nr " + std::to_string(*number) : "AFB";
+}
+
+// The value of `subpacket` on the level, if the level around it says that it is there.
+template <class Subpacket, class Value>
+std::optional<ZunInt32> ValueOn(const KindLevel& level, const Subpacket& subpacket, Value value) {
+  if (level.outer != nullptr && level.outer->ValueOf(subpacket) != level.outer_value) return std::nullopt;
+  return value(subpacket);
+}
+
+}  // namespace
+
+std::optional<ZunInt32> KindLevel::ValueOf(const ZunRtcpSubpacket& subpacket) const {
+  return ValueOn(*this, subpacket, value_of_object);
+}
+
+std::optional<ZunInt32> KindLevel::ValueOf(const SubpacketView& subpacket) const {
+  return ValueOn(*this, subpacket, value_of_bytes);
+}
+
+constinit const KindLevel subpacket_level = {
+    .outer = nullptr,
+    .outer_value = 0,
+    .value_of_object = [](const ZunRtcpSubpacket& subpacket) { return ZunRtcpSubpacketGetType(&subpacket); },
+    .value_of_bytes = TypeOfBytes,
+    .unknown_data = [](const ZunRtcpSubpacket& subpacket) { return BytesOf(*ZunRtcpUnknownGetData(&subpacket.unk)); },
+    .number_words = [](const SubpacketView& subpacket) { return "type " + std::to_string(subpacket.type()); },
+    .is_unknown = [](ZunInt32 value) { return ZunRtcpSubpacketTypeIsUnknown(value) != 0; },
+};
+
+constinit const KindLevel rtpfb_level = {
+    .outer = &subpacket_level,
+    .outer_value = ZUN_RTCPSUBPACKET_TYPE_RTPFB,
+    .value_of_object =
+        [](const ZunRtcpSubpacket& subpacket) { return ZunRtcpRtpfbGetFeedbackMessageType(&RtpfbIn(subpacket)); },
+    .value_of_bytes = FormatOfBytes,
+    .unknown_data =
+        [](const ZunRtcpSubpacket& subpacket) { return BytesOf(*ZunRtcpRtpfbUnknownGetData(&RtpfbIn(subpacket).unk)); },
+    .number_words = [](const SubpacketView& subpacket) { return "RTPFB FMT " + std::to_string(subpacket.count()); },
+    .is_unknown = [](ZunInt32 value) { return ZunRtcpRtpfbFeedbackMessageIsUnknown(value) != 0; },
+};
+
+constinit const KindLevel psfb_level = {
+    .outer = &subpacket_level,
+    .outer_value = ZUN_RTCPSUBPACKET_TYPE_PSFB,
+    .value_of_object =
+        [](const ZunRtcpSubpacket& subpacket) { return ZunRtcpPsfbGetFeedbackMessageType(&PsfbIn(subpacket)); },
+    .value_of_bytes = FormatOfBytes,
+    .unknown_data =
+        [](const ZunRtcpSubpacket& subpacket) { return BytesOf(*ZunRtcpPsfbUnknownGetData(&PsfbIn(subpacket).unk)); },
+    .number_words = [](const SubpacketView& subpacket) { return "PSFB FMT " + std::to_string(subpacket.count()); },
+    .is_unknown = [](ZunInt32 value) { return ZunRtcpPsfbTypeIsUnknown(value) != 0; },
+};
+
+constinit const KindLevel afb_level = {
+    .outer = &psfb_level,
+    .outer_value = ZUN_RTCPPSFB_TYPE_AFB,
+    .value_of_object = [](const ZunRtcpSubpacket& subpacket) { return ZunRtcpPsfbAfbGetType(&AfbIn(subpacket)); },
+    .value_of_bytes = MessageOfBytes,
+    .unknown_data =
+        [](const ZunRtcpSubpacket& subpacket) { return BytesOf(*ZunRtcpPsfbAfbUnknownGetData(&AfbIn(subpacket).unk)); },
+    .number_words = MessageNumber,
+    .is_unknown = [](ZunInt32 value) { return ZunRtcpPsfbAfbTypeIsUnknown(value) != 0; },
+};
+
+}  // namespace zunrtcp

@@ -1,0 +1,41 @@
+// The levels on which kinds are told: packet types, formats of feedback, application-layer messages.
+#ifndef TOOLS_ZUNRTCP_KINDS_KINDLEVEL_H
+#define TOOLS_ZUNRTCP_KINDS_KINDLEVEL_H
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "Zun/Rtp/ZunRtcpPacket.h"
+#include "tools/zunrtcp/Packet/SubpacketWalk.h"
+
+namespace zunrtcp {
+
+// A level tells kinds by a value, both in an object of the library and in the bytes of a subpacket.
+struct KindLevel {
+  // The kind of the level around it that holds the kinds of this one; no level for the outermost.
+  const KindLevel* outer;
+  ZunInt32 outer_value;
+
+  // These four are asked only about what is on this level.
+  ZunInt32 (*value_of_object)(const ZunRtcpSubpacket& subpacket);
+  ZunInt32 (*value_of_bytes)(const SubpacketView& subpacket);
+  std::string_view (*unknown_data)(const ZunRtcpSubpacket& subpacket);  // of an object whose value is unknown
+  std::string (*number_words)(const SubpacketView& subpacket);          // "RTPFB FMT 11"
+
+  // Whether the library keeps bodies of this value as bytes.
+  bool (*is_unknown)(ZunInt32 value);
+
+  // The value on this level; nothing for a subpacket that is not on it.
+  std::optional<ZunInt32> ValueOf(const ZunRtcpSubpacket& subpacket) const;
+  std::optional<ZunInt32> ValueOf(const SubpacketView& subpacket) const;
+};
+
+extern const KindLevel subpacket_level;
+extern const KindLevel rtpfb_level;
+extern const KindLevel psfb_level;
+extern const KindLevel afb_level;
+
+}  // namespace zunrtcp
+
+#endif

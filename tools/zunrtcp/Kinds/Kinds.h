@@ -1,0 +1,80 @@
+// The kinds that the tool knows, in a table for each level, and what there is to say about a subpacket of any kind.
+#ifndef TOOLS_ZUNRTCP_KINDS_KINDS_H
+#define TOOLS_ZUNRTCP_KINDS_KINDS_H
+
+#include <array>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "tools/zunrtcp/Kinds/KindRow.h"
+
+namespace zunrtcp {
+
+// A number that the library keeps as bytes, and of which there is something to say nonetheless.
+struct UnmodelledKind {
+  ZunInt32 value;
+  const char* name;    // null when it is called by its number
+  const char* remark;  // null when there is none
+};
+
+// The kinds of one level.
+struct KindTable {
+  const KindLevel* level;
+  std::span<const KindRow* const> rows;
+  std::span<const UnmodelledKind> unmodelled;
+
+  // Null when there is none. A row of another level is none.
+  const KindRow* Find(ZunInt32 value) const;
+  const UnmodelledKind* FindUnmodelled(ZunInt32 value) const;
+};
+
+extern const KindTable subpacket_kinds;
+extern const KindTable rtpfb_kinds;
+extern const KindTable psfb_kinds;
+extern const KindTable afb_kinds;
+
+// A kind without a row is called by its number, shown as bytes, and expected to be written back as it came; no row ever
+// sees an object or bytes of another kind than its own.
+class Kinds {
+ public:
+  Kinds(const KindTable& subpackets, const KindTable& rtpfb, const KindTable& psfb, const KindTable& afb)
+      : tables_{subpackets, rtpfb, psfb, afb} {}
+
+  // "SR", "NACK", "REMB"; "RTPFB FMT 11", "XR (type 207)" for what has no row.
+  std::string NameOf(const SubpacketView& subpacket) const;
+  // What the 5-bit field of the header says: "2 report blocks", "FMT 15", "subtype 3". Empty where the name says it.
+  std::string CountWords(const SubpacketView& subpacket) const;
+  // Both: "RR, 2 report blocks".
+  std::string NameAndCount(const SubpacketView& subpacket) const;
+  // A remark on a form whose registered number or layout is another than the library's; empty for all others.
+  std::string RemarkOn(const SubpacketView& subpacket) const;
+
+  // Tells the fields of an object that the library has read from the bytes.
+  void Describe(const ZunRtcpSubpacket& object, const SubpacketView& bytes, Description* description) const;
+
+  // Makes the bytes received those that the library is to write; OctetsEnd when a field is not there.
+  void Apply(const SubpacketView& received, Rewrite* rewrite) const;
+  // The rule by which a body of its kind is not read, or not written.
+  std::optional<Rule> WhyRefused(const SubpacketView& subpacket) const;
+  std::optional<Rule> WhyUnwritten(const SubpacketView& subpacket) const;
+
+  const std::array<KindTable, 4>& tables() const { return tables_; }
+
+ private:
+  struct Path;
+  template <class Subpacket>
+  Path PathOf(const Subpacket& subpacket) const;
+  const KindRow* RowOfBytes(const SubpacketView& subpacket) const;
+
+  std::array<KindTable, 4> tables_;  // each after the one around it
+};
+
+// All that the tool knows.
+const Kinds& AllKinds();
+
+}  // namespace zunrtcp
+
+#endif

@@ -1,0 +1,151 @@
+#include "tools/zunrtcp/Kinds/Reports/Rows.h"
+#include "tools/zunrtcp/Packet/LibraryValues.h"
+#include "tools/zunrtcp/Text.h"
+
+namespace zunrtcp {
+
+namespace {
+
+constexpr unsigned kMaxItemType = 15;
+constexpr std::size_t kItemHeaderSize = 2;  // type and length
+
+std::string ItemName(ZunRtcpSdesItemType type) {
+  switch (type) {
+    case ZUN_RTCPSDESITEM_TYPE_CNAME:
+      return "CNAME";
+    case ZUN_RTCPSDESITEM_TYPE_NAME:
+      return "NAME";
+    case ZUN_RTCPSDESITEM_TYPE_EMAIL:
+      return "EMAIL";
+    case ZUN_RTCPSDESITEM_TYPE_PHONE:
+      return "PHONE";
+    case ZUN_RTCPSDESITEM_TYPE_LOC:
+      return "LOC";
+    case ZUN_RTCPSDESITEM_TYPE_TOOL:
+      return "TOOL";
+    case ZUN_RTCPSDESITEM_TYPE_NOTE:
+      return "NOTE";
+    case ZUN_RTCPSDESITEM_TYPE_PRIV:
+      return "PRIV";
+    case ZUN_RTCPSDESITEM_TYPE_H323CADDR:
+      return "H323-CADDR";
+    case ZUN_RTCPSDESITEM_TYPE_APSI:
+      return "APSI";
+    case ZUN_RTCPSDESITEM_TYPE_RGRP:
+      return "RGRP";
+    case ZUN_RTCPSDESITEM_TYPE_RID:
+      return "RtpStreamId";
+    case ZUN_RTCPSDESITEM_TYPE_RRID:
+      return "RepairedRtpStreamId";
+    case ZUN_RTCPSDESITEM_TYPE_CCID:
+      return "CCID";
+    case ZUN_RTCPSDESITEM_TYPE_MID:
+      return "MID";
+    default:
+      return "type " + std::to_string(type);
+  }
+}
+
+// A PRIV item in its two parts; as it stands when its prefix does not fit.
+void DescribePriv(const ZunRtcpSdesItem& item, Description* description) {
+  ZunRtcpSdesItemPriv priv;
+  if (ZunRtcpSdesItemPrivConstructItem(&priv, &item) == nullptr) {
+    return description->AddText("text", "PRIV", BytesOf(item.text));
+  }
+  description->AddTextValue("prefix", BytesOf(priv.prefix));
+  description->AddTextValue("text", BytesOf(priv.text));
+  description->AddWords("PRIV " + Quoted(BytesOf(priv.prefix)) + " = " + Quoted(BytesOf(priv.text)));
+  ZunRtcpSdesItemPrivDestruct(&priv);
+}
+
+void DescribeItem(const ZunRtcpSdesItem& item, Description* description) {
+  const std::string name = ItemName(item.type);
+  description->AddValue("type", item.type);
+  description->AddValue("name", name);
+  if (item.type == ZUN_RTCPSDESITEM_TYPE_PRIV) return DescribePriv(item, description);
+  description->AddText("text", name, BytesOf(item.text));
+}
+
+void DescribeChunk(const ZunRtcpSdesChunk& chunk, Description* description) {
+  description->AddSource("source", "chunk of", chunk.ssrc);
+  description->AddList("items");
+  for (const ZunRtcpSdesItem& item : Elements(chunk.items)) DescribeItem(item, &description->AddItem("items"));
+}
+
+void DescribeSdes(const ZunRtcpSdes& sdes, Description* description) {
+  description->AddList("chunks");
+  for (const ZunRtcpSdesChunk& chunk : Elements(sdes.chunks)) DescribeChunk(chunk, &description->AddItem("chunks"));
+}
+
+// Copies chunk after chunk: an SSRC, items of (type, length, text) up to a type of 0, and zeros to a multiple of 4.
+class ChunkCopier {
+ public:
+  explicit ChunkCopier(Rewrite* rewrite) : in_(rewrite->bytes), rules_(&rewrite->rules) {
+    written_ = in_.Take(kHeaderSize);
+  }
+
+  void Copy() {
+    const std::size_t begin = in_.at();
+    const std::size_t written_begin = written_.size();
+    written_ += in_.Take(kSourceSize);
+    // The first item is read as one even when its type is 0.
+    bool skipped_empty = false;
+    do {
+      skipped_empty = CopyItem() || skipped_empty;
+    } while (in_.Next() != 0);
+    SkipEnd(begin);
+    written_ += '\0';
+    written_.append(PaddingAfter(written_.size() - written_begin), '\0');
+    if (skipped_empty && written_.size() - written_begin != in_.at() - begin) rules_->insert(Rule::SdesItemSkipped);
+  }
+
+  bool AtEnd() const { return in_.AtEnd(); }
+  const std::string& written() const { return written_; }
+
+ private:
+  // True for an empty item of type 0: alone it is the end of a chunk without items, of which nothing is lost.
+  bool CopyItem() {
+    OctetCursor header = in_;
+    const unsigned type = header.U8();
+    const std::size_t text_size = header.U8();
+    const std::string_view item = in_.Take(kItemHeaderSize + text_size);
+    if (type == 0 && text_size == 0) return true;
+    if (type == 0 || type > kMaxItemType) {
+      rules_->insert(Rule::SdesItemSkipped);
+    } else {
+      written_ += item;
+    }
+    return false;
+  }
+
+  // The 0 that ends the chunk that begins at `begin`, and its padding.
+  void SkipEnd(std::size_t begin) {
+    in_.Take(1);
+    const std::string_view padding = in_.Take(PaddingAfter(in_.at() - begin));
+    if (padding.find_first_not_of('\0') != std::string_view::npos) rules_->insert(Rule::SdesPadding);
+  }
+
+  OctetCursor in_;
+  std::string written_;
+  std::set<Rule>* rules_;
+};
+
+void RewriteSdes(Rewrite* rewrite) {
+  const unsigned chunks = rewrite->count();
+  if (chunks == 0) return;
+  ChunkCopier copier(rewrite);
+  for (unsigned i = 0; i < chunks; ++i) copier.Copy();
+  if (!copier.AtEnd()) throw OctetsEnd();
+  rewrite->bytes = copier.written();
+  rewrite->PutLength(rewrite->bytes.size());
+}
+
+}  // namespace
+
+constinit const KindRow sdes_row = RowOf<Listed<subpacket_level, ZUN_RTCPSUBPACKET_TYPE_SDES>, DescribeSdes>({
+    .name = "SDES",
+    .counted = "chunk",
+    .rewrite = RewriteSdes,
+});
+
+}  // namespace zunrtcp

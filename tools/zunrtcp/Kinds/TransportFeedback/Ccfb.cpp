@@ -1,0 +1,117 @@
+#include <array>
+
+#include "tools/zunrtcp/Kinds/FeedbackLayout.h"
+#include "tools/zunrtcp/Kinds/TransportFeedback/Rows.h"
+#include "tools/zunrtcp/Packet/LibraryValues.h"
+#include "tools/zunrtcp/Text.h"
+
+namespace zunrtcp {
+
+namespace {
+
+constexpr double kOffsetsPerMillisecond = 1.024;
+constexpr unsigned kOffsetOverRange = 0x1FFE;  // RFC 8888, section 3.1: too long ago, or (1FFF) not known
+constexpr double kTimestampPerSecond = 65536;
+
+// What the codepoints of RFC 3168 mean, by the two bits of the wire. A parsed metric holds four times these.
+constexpr std::array<const char*, 4> kEcnNames{"Not-ECT", "ECT(1)", "ECT(0)", "CE"};
+constexpr unsigned kEcnFactor = 4;
+
+// The bits of a metric on the wire.
+constexpr unsigned kReceivedBit = 0x8000;
+constexpr unsigned kOffsetMask = 0x1FFF;
+constexpr std::size_t kMetricSize = 2;
+
+// A metric in words: "x" when the packet did not arrive, "?" when nobody knows when, else the milliseconds from its
+// arrival to the report.
+std::string OffsetWords(const ZunRtcpRtpfbCcfbPacketMetric& metric) {
+  if (!metric.received) return "x";
+  if (metric.arrivalTimeOffset >= kOffsetOverRange) return "?";
+  return Printed("%.1f", metric.arrivalTimeOffset / kOffsetsPerMillisecond);
+}
+
+Description::Value ValueOf(const ZunRtcpRtpfbCcfbPacketMetric& metric) {
+  return {{"received", metric.received != 0}, {"ecn", metric.ecn}, {"offset", metric.arrivalTimeOffset}};
+}
+
+// "5 packets, 1 lost (20.0 %)".
+std::string LossWords(std::size_t packets, std::size_t lost) {
+  const double percent = packets == 0 ? 0.0 : 100.0 * static_cast<double>(lost) / static_cast<double>(packets);
+  return Printed("%s, %zu lost (%.1f %%)", Counted(packets, "packet").c_str(), lost, percent);
+}
+
+// "ECN ECT(1) x1 CE x3"; empty when there are no marks.
+std::string EcnWords(const std::array<std::size_t, kEcnNames.size()>& counts) {
+  std::string words;
+  for (std::size_t i = 0; i < counts.size(); ++i) {
+    if (counts[i] > 0) words += Printed(" %s x%zu", kEcnNames[i], counts[i]);
+  }
+  return words.empty() ? words : "ECN" + words;
+}
+
+void DescribeStream(const ZunRtcpRtpfbCcfbStream& stream, Description* description) {
+  const auto metrics = Elements(stream.packetMetrics);
+  std::size_t lost = 0;
+  std::array<std::size_t, kEcnNames.size()> ecn{};
+  std::vector<std::string> offsets;
+  Description::Value values = Description::Value::array();
+  for (const ZunRtcpRtpfbCcfbPacketMetric& metric : metrics) {
+    if (metric.received) {
+      ++ecn[metric.ecn / kEcnFactor % ecn.size()];
+    } else {
+      ++lost;
+    }
+    offsets.push_back(OffsetWords(metric));
+    values.push_back(ValueOf(metric));
+  }
+  description->AddSource("source", "stream", stream.ssrc);
+  description->AddNumber("beginSequence", "from sequence", stream.beginSeq);
+  description->AddWords(LossWords(metrics.size(), lost));
+  if (lost < metrics.size()) description->AddWords(EcnWords(ecn));
+  description->AddValue("metrics", std::move(values));
+  if (description->verbose()) description->AddWords("ms before the report: " + Joined(offsets, " "));
+}
+
+void DescribeCcfb(const ZunRtcpRtpfbCcfb& ccfb, Description* description) {
+  description->Add("timestamp", ccfb.sendTimestamp,
+                   Printed("report time %.6f s (16.16)", ccfb.sendTimestamp / kTimestampPerSecond));
+  description->AddList("streams");
+  for (const ZunRtcpRtpfbCcfbStream& stream : Elements(ccfb.streams)) {
+    DescribeStream(stream, &description->AddItem("streams"));
+  }
+}
+
+// Received, 2 bits of ECN, 13 bits of arrival time offset. A value of four times the ECN keeps only the lowest bit of the
+// ECN when it is shifted to its place, in the bit of "received", which is set anyway.
+void RewriteMetric(Rewrite* rewrite, std::size_t at) {
+  const unsigned metric = U16At(rewrite->bytes, at);
+  if ((metric & kReceivedBit) == 0) {
+    rewrite->Put(at, kMetricSize, 0, Rule::CcfbLostMetric);
+  } else {
+    rewrite->Put(at, kMetricSize, metric & (kReceivedBit | kOffsetMask), Rule::CcfbEcn);
+  }
+}
+
+// Streams of an SSRC, a first sequence number, a count and as many metrics, padded to a multiple of 4; then a timestamp.
+void RewriteCcfb(Rewrite* rewrite) {
+  constexpr std::size_t kTimestampSize = 4;
+  constexpr std::size_t kStreamHeaderSize = 8;
+  for (std::size_t at = kMediaSourceOffset; at + kTimestampSize < rewrite->bytes.size();) {
+    const unsigned metrics = U16At(rewrite->bytes, at + 6);
+    at += kStreamHeaderSize;
+    for (unsigned i = 0; i < metrics; ++i, at += kMetricSize) RewriteMetric(rewrite, at);
+    if (metrics % 2 != 0) {
+      rewrite->Put(at, kMetricSize, 0, Rule::CcfbPadding);
+      at += kMetricSize;
+    }
+  }
+}
+
+}  // namespace
+
+constinit const KindRow ccfb_row = RowOf<Listed<rtpfb_level, ZUN_RTCPRTPFB_TYPE_CCFB>, DescribeCcfb>({
+    .name = "CCFB",
+    .rewrite = RewriteCcfb,
+});
+
+}  // namespace zunrtcp

@@ -1,0 +1,33 @@
+#include "tools/zunrtcp/Kinds/FeedbackLayout.h"
+#include "tools/zunrtcp/Kinds/TransportFeedback/Rows.h"
+#include "tools/zunrtcp/Packet/LibraryValues.h"
+
+namespace zunrtcp {
+
+namespace {
+
+void DescribeTmmbr(const ZunRtcpRtpfbTmmbr& tmmbr, Description* description) {
+  description->AddList("entries");
+  for (const ZunRtcpRtpfbTmmbrEntry& entry : Elements(tmmbr.fci)) {
+    Description& described = description->AddItem("entries");
+    described.AddSource("source", "of", entry.ssrc);
+    described.AddNumber("maxBitrate", "at most", entry.max_bitrate, "bit/s");
+  }
+}
+
+void RewriteTmmbr(Rewrite* rewrite) { rewrite->Put(kMediaSourceOffset, kSourceSize, 0, Rule::MediaSource); }
+
+std::optional<Rule> WhyUnwritten(const SubpacketView& tmmbr) {
+  if (tmmbr.bytes.size() == kFciOffset) return Rule::EmptyTmmbr;
+  return std::nullopt;
+}
+
+}  // namespace
+
+constinit const KindRow tmmbr_row = RowOf<Listed<rtpfb_level, ZUN_RTCPRTPFB_TYPE_TMMBR>, DescribeTmmbr>({
+    .name = "TMMBR",
+    .rewrite = RewriteTmmbr,
+    .why_unwritten = WhyUnwritten,
+});
+
+}  // namespace zunrtcp
