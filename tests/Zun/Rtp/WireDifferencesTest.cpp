@@ -35,20 +35,20 @@ std::vector<ZunRtcpSubpacketType> TypesOf(const Parsed& packet) {
 // What one packet, alone in its datagram, becomes when it is written back; empty when it is refused.
 std::string WrittenBack(const std::string& wire) {
   const Parsed packet(wire);
-  return packet.ok ? packet.Rewritten() : std::string();
+  return packet.ok ? packet.bytes() : std::string();
 }
 
 TEST(WireDifferencesTest, LayerDataOfAWrittenLirIsReadAsPackets) {
   const Parsed received(kLirOf14And0Bytes);
   ASSERT_TRUE(received.ok);
   ASSERT_EQ(TypesOf(received), (std::vector<ZunRtcpSubpacketType>{206}));
-  const Parsed relayed(received.Rewritten());
-  EXPECT_EQ(TypesOf(relayed), (std::vector<ZunRtcpSubpacketType>{206, 203, 210})) << ToHex(received.Rewritten());
+  const Parsed relayed(received.bytes());
+  EXPECT_EQ(TypesOf(relayed), (std::vector<ZunRtcpSubpacketType>{206, 203, 210})) << ToHex(received.bytes());
 }
 
 TEST(WireDifferencesTest, WrittenLirIsTwoBytesAnEntryShorterThanItsLengthSays) {
   const Parsed received(kLirOf14And0Bytes);
-  EXPECT_EQ(ZunRtcpPacketGetNetworkPacketLength(&received.packet), received.Rewritten().size() + 2 * 2);
+  EXPECT_EQ(ZunRtcpPacketGetNetworkPacketLength(&received.packet), received.bytes().size() + 2 * 2);
 }
 
 TEST(WireDifferencesTest, RpsiKeepsPaddingOctetsAsBits) {
@@ -60,7 +60,7 @@ TEST(WireDifferencesTest, RpsiKeepsPaddingOctetsAsBits) {
 TEST(WireDifferencesTest, RpsiOfPaddingAloneIsWrittenInAFormThatIsRefused) {
   const Parsed padding_alone(Hex("83CE0004 01020304 11121314 30600000 00000000"));
   ASSERT_TRUE(padding_alone.ok);
-  const std::string written = padding_alone.Rewritten();
+  const std::string written = padding_alone.bytes();
   EXPECT_EQ(ToHex(written), ToHex(Hex("83CE0003 01020304 11121314 30600000")));
   EXPECT_FALSE(Parsed(written).ok);
 }
