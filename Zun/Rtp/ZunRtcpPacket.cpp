@@ -1,8 +1,7 @@
 #include "Zun/Rtp/ZunRtcpPacket.h"
 
 #include "Zun/Os/Log.h"
-#include "Zun/Rtp/Core/BodyReader.h"
-#include "Zun/Rtp/Core/SubpacketHeader.h"
+#include "Zun/Rtp/Datagram.h"
 #include "Zun/Rtp/SubpacketDispatch.h"
 #include "Zun/Utils/VectorAlgorithms.h"
 
@@ -13,50 +12,13 @@ ZUN_VECTOR_DEFINE(ZunRtcpPacket)
 namespace {
 
 using zun::Body;
+using zun::Datagram;
 using zun::SubpacketDispatch;
 using Subpackets = ZunVector_ZunRtcpSubpacket;
 using Algorithms = zun::VectorOfZunRtcpSubpacket;
 
-constexpr ZunUint8 kVersion = 2;
-
-// Walks the subpackets of a datagram by their headers.
-class Datagram {
- public:
-  Datagram(const ZunString* b, ZunAllocator* packet_allocator) : body_(zun::BodyIn(b, 0, 0, {0, 0})) {
-    body_.packet_allocator = packet_allocator;
-  }
-
-  // Goes on to the next subpacket. False when its header is cut off, is not of the version or announces more bytes than
-  // there are.
-  bool RtcpSubpacketReadHeader() {
-    zun::BodyReader r(body_.octets, body_.size, body_.end, body_.size);
-    const ZunUint8* const octets = r.Take(zun::kSubpacketHeaderSize);
-    if (octets == nullptr || octets[0] >> 6 != kVersion) return false;
-    const ZunSizeT body_size = ZunSizeT{4} * ZunUint16FromOctets(octets + 2);
-    if (!r.HasReadable(body_size)) return false;
-    body_.header = {octets[1], static_cast<ZunUint8>(octets[0] & 0x1F)};
-    body_.begin = r.Position();
-    body_.end = body_.begin + body_size;
-    return true;
-  }
-
-  bool AtEnd() const { return body_.end == body_.size; }
-  // Of the subpacket that was gone to last.
-  const Body& body() const { return body_; }
-
- private:
-  Body body_;
-};
-
-// How many whole subpackets follow, as far as their headers tell.
-ZunSizeT CountSubpackets(Datagram datagram) {
-  ZunSizeT count = 0;
-  while (datagram.RtcpSubpacketReadHeader()) ++count;
-  return count;
-}
-
 bool ReadOver(ZunRtcpSubpacket* p, const Body& body) {
-  return SubpacketDispatch::AssignFromBody(body.header.type, p, body,
+  return SubpacketDispatch::AssignFromBody(zun::SubpacketLevel::RowOf(body.header.type), p, body,
                                            [&](ZunAllocator*) { return body.packet_allocator; });
 }
 
@@ -80,9 +42,10 @@ bool ReadAppended(Subpackets* subpackets, const Body& body) {
 
 // Appends the subpackets that are left. Room is made once, for as many as the headers tell of.
 bool ReadRest(Subpackets* subpackets, Datagram& datagram) {
-  Algorithms::ReserveGrownOrLess(subpackets, Algorithms::Size(subpackets) + CountSubpackets(datagram));
+  Algorithms::ReserveGrownOrLess(subpackets, Algorithms::Size(subpackets) + zun::CountSubpackets(datagram));
   while (!datagram.AtEnd()) {
-    if (!datagram.RtcpSubpacketReadHeader() || !ReadAppended(subpackets, datagram.body())) return false;
+    if (datagram.RtcpSubpacketReadHeader() != ZUN_RTCP_DECODE_REASON_NONE || !ReadAppended(subpackets, datagram.body()))
+      return false;
   }
   return true;
 }
@@ -178,10 +141,12 @@ ZunBool ZunRtcpPacketAppendSubpackets(ZunRtcpPacket* p, const ZunVector_ZunRtcpS
 ZunBool ZunRtcpPacketParseNetworkPacket(ZunRtcpPacket* p, const ZunString* b) {
   if (ZunStringEmpty(b)) return 0;
   Subpackets* const subpackets = &p->subpackets;
-  Datagram datagram(b, subpackets->allocator);
+  Body whole = zun::BodyIn(b, 0, 0, {});
+  whole.packet_allocator = subpackets->allocator;
+  Datagram datagram(whole);
   ZunRtcpSubpacket* sp = subpackets->begin;
   for (; sp != subpackets->end && !datagram.AtEnd(); ++sp) {
-    if (!datagram.RtcpSubpacketReadHeader() || !ReadOver(sp, datagram.body())) return 0;
+    if (datagram.RtcpSubpacketReadHeader() != ZUN_RTCP_DECODE_REASON_NONE || !ReadOver(sp, datagram.body())) return 0;
   }
   if (!datagram.AtEnd()) return ReadRest(subpackets, datagram);
   Algorithms::TruncateAt(subpackets, sp);

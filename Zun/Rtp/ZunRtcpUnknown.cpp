@@ -6,6 +6,7 @@
 namespace {
 
 constexpr ZunUint8 kMaxSubtype = 31;
+constexpr ZunRtcpSubpacketType kMaxType = 255;
 
 bool CheckData(const ZunString* data, const char* function) {
   if (data->size % 4 == 0) return true;
@@ -21,6 +22,11 @@ bool CheckSubtype(ZunUint8 subtype, const char* function) {
 
 struct Wire {
   static ZunSizeT Length(const ZunRtcpUnknown& p) { return zun::kSubpacketHeaderSize + p.data.size; }
+
+  static ZunRtcpEncodeReason FindUnencodable(const ZunRtcpUnknown& p, ZunRtcpDialect) {
+    if (p.type < 0 || p.type > kMaxType || p.subtype > kMaxSubtype) return ZUN_RTCP_ENCODE_REASON_VALUE;
+    return p.data.size % 4 == 0 ? ZUN_RTCP_ENCODE_REASON_NONE : ZUN_RTCP_ENCODE_REASON_NOT_WHOLE_WORDS;
+  }
 
   static bool Write(const ZunRtcpUnknown& p, zun::Output& out, bool pad) {
     const ZunSizeT length = Length(p);

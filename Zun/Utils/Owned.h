@@ -78,13 +78,28 @@ struct Owned {
   }
 
   static void Destruct(Struct* p) { (Operations<kFields>::Destruct(&(p->*kFields)), ...); }
+
+  // Whether all of the fields have allocator `a`; elements of lists are not looked at.
+  static bool HaveAllocator(const Struct& p, const ZunAllocator* a) { return (((p.*kFields).allocator == a) && ...); }
+};
+
+// The fields of a struct that own memory, found by the struct; of a plain value there are none.
+template <class Struct>
+struct OwnedFieldsOf {
+  static bool HaveAllocator(const Struct&, const ZunAllocator*) { return true; }
 };
 
 }  // namespace zun
 
 // The element operations of a struct that owns memory through the fields named, ZUN_OWNING_DEFINE(E, &E::field, ...),
 // and of a plain value.
+#define ZUN_OWNED_FIELDS(E, ...)                   \
+  namespace zun {                                  \
+  template <>                                      \
+  struct OwnedFieldsOf<E> : Owned<__VA_ARGS__> {}; \
+  }
 #define ZUN_OWNING_DEFINE(E, ...)                                                                \
+  ZUN_OWNED_FIELDS(E, __VA_ARGS__)                                                               \
   E* E##ConstructCopy(E* p, const E* o) { return zun::Owned<__VA_ARGS__>::ConstructCopy(p, o); } \
   E* E##Assign(E* p, const E* o) { return zun::Owned<__VA_ARGS__>::Assign(p, o); }               \
   void E##Destruct(E* p) { zun::Owned<__VA_ARGS__>::Destruct(p); }

@@ -27,17 +27,17 @@ inline bool WriteNorviAfbHeader(BodyWriter& w, ZunRtcpPsfbAfbType afb_type) {
 // A failed read may have passed the identifier.
 inline bool ReadNorviAfbHeader(BodyReader& r, ZunUint16* norvi_afb_type) {
   ZunUint16 identifier;
-  return r.U16(&identifier) && identifier == kNorviAfbIdentifier && r.U16(norvi_afb_type);
+  return r.U16(&identifier) && r.NeedValue(identifier == kNorviAfbIdentifier) && r.U16(norvi_afb_type);
 }
 
 inline bool ReadRembAfbHeader(BodyReader& r) {
   ZunUint32 identifier;
-  return r.U32(&identifier) && identifier == kRembAfbIdentifier;
+  return r.U32(&identifier) && r.NeedValue(identifier == kRembAfbIdentifier);
 }
 
 // The kind of the message in a body: the number of a house message, known or not, REMB, or 0.
 inline ZunRtcpPsfbAfbType AfbBufferGetAfbType(const Body& body) {
-  BodyReader norvi(body);
+  BodyReader norvi = BodyReader(body).LookAhead();
   if (!norvi.SkipReadable(kFeedbackHeaderSize - kSubpacketHeaderSize)) return ZUN_RTCPPSFBAFB_TYPE_Unknown;
   BodyReader remb = norvi;
   ZunUint16 norvi_afb_type;

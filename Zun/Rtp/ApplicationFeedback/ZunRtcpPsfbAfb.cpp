@@ -29,9 +29,11 @@ static_assert(zun::PredicateAgrees(HasRow, ZunRtcpPsfbAfbTypeIsUnknown, foreign_
 
 struct AfbLevel {
   static ZunInt32 ValueOf(const ZunRtcpSubpacket* p) { return zun::As<ZunRtcpPsfbAfb>(p)->unk.afbType; }
-  static ZunInt32 ValueOfBody(const zun::Body& body) { return zun::AfbBufferGetAfbType(body); }
   static const RtcpSubpacketFunctions& RowOf(ZunInt32 type) {
     return norvi_afb_table.Find(type, foreign_afb_table.Find(type, unknown_afb_funcs));
+  }
+  static const RtcpSubpacketFunctions& RowOfBody(const zun::Body& body) {
+    return RowOf(zun::AfbBufferGetAfbType(body));
   }
   static void ConstructEmpty(ZunRtcpSubpacket* p, ZunAllocator* a) {
     ZunRtcpPsfbAfbUnknownConstructDefault(zun::As<ZunRtcpPsfbAfbUnknown>(p), a);

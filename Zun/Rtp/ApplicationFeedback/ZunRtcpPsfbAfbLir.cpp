@@ -63,14 +63,15 @@ ZunSizeT CountWholeEntries(zun::BodyReader r) {
 bool ReadEntry(zun::BodyReader& r, Entry* entry) {
   ZunUint16 size;
   return r.U32(&entry->ssrc) && r.U8(&entry->seqno) && r.U8(&entry->payloadType) &&
-         entry->payloadType <= kMaxPayloadType && r.U16(&size) && r.String(&entry->layerData, size) &&
+         r.NeedValue(entry->payloadType <= kMaxPayloadType) && r.U16(&size) && r.String(&entry->layerData, size) &&
          SkipPadding(r, size);
 }
 
 // The layer data lives with the buffer's allocator, not with that of the list. Only entries that already do are read
 // over.
 bool ReadEntries(zun::BodyReader& r, ZunVector_ZunRtcpPsfbAfbLirEntry* fci, ZunAllocator* a) {
-  const ZunSizeT count = CountWholeEntries(r);
+  const ZunSizeT count = CountWholeEntries(r.LookAhead());
+  if (!r.MayHoldEntries(count)) return false;
   if (count > Entries::Capacity(fci)) Entries::Clear(fci);  // rather than copy them to the new storage
   // When the whole list is refused, the entries that fit into smaller blocks are still read before it fails.
   Entries::ReserveGrown(fci, count);
@@ -78,17 +79,28 @@ bool ReadEntries(zun::BodyReader& r, ZunVector_ZunRtcpPsfbAfbLirEntry* fci, ZunA
   for (ZunSizeT i = 0; i < count; ++i) {
     Entry* const entry = refill.Next([a](const Entry& old) { return old.layerData.allocator == a; },
                                      [a](Entry* fresh) { ConstructEmpty(fresh, a); });
-    if (entry == nullptr || !ReadEntry(r, entry)) return false;
+    if (entry == nullptr) return r.RefuseAllocation();
+    if (!ReadEntry(r, entry)) return false;
     refill.Keep();
   }
-  return r.AtEnd();
+  return r.AtEnd() || r.Refuse(ZUN_RTCP_DECODE_REASON_TOO_SHORT);  // the next entry is cut off
 }
 
 struct Wire {
   static ZunSizeT Length(const ZunRtcpPsfbAfbLir& p) { return LengthWithHeads(p, kReadEntryHeadSize); }
 
   // The writer leaves out the two bytes of each entry's length.
-  static bool HasExactLength(const ZunRtcpPsfbAfbLir&, ZunSizeT) { return false; }
+  static ZunSizeT EncodedLength(const ZunRtcpPsfbAfbLir& p, ZunSizeT, ZunRtcpDialect) {
+    return LengthWithHeads(p, kWrittenEntryHeadSize);
+  }
+
+  static ZunRtcpEncodeReason FindUnencodable(const ZunRtcpPsfbAfbLir& p, ZunRtcpDialect) {
+    if (ZunVector_ZunRtcpPsfbAfbLirEntryEmpty(&p.fci)) return ZUN_RTCP_ENCODE_REASON_NO_ENTRIES;
+    for (const Entry* x = p.fci.begin; x != p.fci.end; ++x) {
+      if (x->payloadType > kMaxPayloadType) return ZUN_RTCP_ENCODE_REASON_VALUE;
+    }
+    return ZUN_RTCP_ENCODE_REASON_NONE;
+  }
 
   static bool Write(const ZunRtcpPsfbAfbLir& p, zun::Output& out, bool pad) {
     zun::BodyWriter w(out, LengthWithHeads(p, kWrittenEntryHeadSize));
@@ -101,7 +113,7 @@ struct Wire {
   }
 
   static bool Read(ZunRtcpPsfbAfbLir* p, zun::BodyReader& r, const zun::Body& body) {
-    if (!zun::ReadNorviHead(r, p) || r.AtEnd()) return false;
+    if (!zun::ReadNorviHead(r, p) || !r.NeedEntry()) return false;
     if (!ReadEntries(r, &p->fci, body.BufferAllocatorOr(p->fci.allocator))) return false;
     kIdentity.Mark(p);
     return true;

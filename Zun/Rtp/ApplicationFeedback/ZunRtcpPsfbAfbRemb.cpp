@@ -89,12 +89,19 @@ bool ReadCountAndBitrate(zun::BodyReader& r, ZunInt8* count, ZunFloat32* bitrate
 // with its sign bit set is beyond any message.
 bool ReadSources(zun::BodyReader& r, ZunInt8 count, ZunVector_ZunRtpSourceId* sources) {
   const ZunSizeT announced = count < 0 ? SIZE_MAX : static_cast<ZunSizeT>(count);
-  return zun::ReadCountedEntries<zun::kSourceIdSize, Sources>(r, sources, announced, zun::DecodeSourceId) && r.AtEnd();
+  return zun::ReadCountedEntries<zun::kSourceIdSize, Sources>(r, sources, announced, zun::DecodeSourceId) &&
+         r.NeedEnd();
 }
 
 struct Wire {
   static ZunSizeT Length(const ZunRtcpPsfbAfbRemb& p) {
     return kFixedSize + zun::kSourceIdSize * ZunVector_ZunRtpSourceIdSize(&p.sources);
+  }
+
+  static ZunRtcpEncodeReason FindUnencodable(const ZunRtcpPsfbAfbRemb& p, ZunRtcpDialect) {
+    if (Sources::Size(&p.sources) > kMaxSources) return ZUN_RTCP_ENCODE_REASON_TOO_MANY;
+    return IsValid(p.bitrate) || p.bitrate == kBitrateLimit ? ZUN_RTCP_ENCODE_REASON_NONE
+                                                            : ZUN_RTCP_ENCODE_REASON_VALUE;
   }
 
   static bool Write(const ZunRtcpPsfbAfbRemb& p, zun::Output& out, bool pad) {

@@ -24,6 +24,7 @@ constexpr ZunUint64 kMinPacketSize = 12;
 // The descriptor of a parameter: its type above the number of its value octets less one.
 constexpr int kTypeShift = 3;
 constexpr ZunUint8 kWidthMask = 7;
+constexpr ZunRtcpPsfbAfbShowParameterType kMaxType = 31;
 // No parameter has type 0 and one octet for its value: zeros are padding.
 constexpr ZunUint8 kPaddingOctet = 0;
 
@@ -55,6 +56,11 @@ bool IsValid(ZunRtcpPsfbAfbShowParameterType type, ZunUint64 value) {
 // As few octets as hold the value, but one for 0.
 ZunUint32 ValueWidth(ZunUint64 value) { return static_cast<ZunUint32>(std::bit_width(value | 1) + 7) / 8; }
 
+ZunUint8 Descriptor(const Parameter& parameter) {
+  const ZunUint32 type = static_cast<ZunUint32>(parameter.type);
+  return static_cast<ZunUint8>((type << kTypeShift | (ValueWidth(parameter.value) - 1)) & 0xFF);
+}
+
 ZunUint8 WidthOf(ZunUint8 descriptor) { return static_cast<ZunUint8>((descriptor & kWidthMask) + 1); }
 
 ZunSizeT UnpaddedLength(const ZunRtcpPsfbAfbShow& p) {
@@ -65,10 +71,8 @@ ZunSizeT UnpaddedLength(const ZunRtcpPsfbAfbShow& p) {
 
 // The append of the descriptor is not checked: only a value octet that cannot be appended stops the message.
 bool WriteParameter(zun::BodyWriter& w, const Parameter& parameter) {
-  const ZunUint32 width = ValueWidth(parameter.value);
-  const ZunUint32 descriptor = static_cast<ZunUint32>(parameter.type) << kTypeShift | (width - 1);
-  (void)w.U8(static_cast<ZunUint8>(descriptor & 0xFF));
-  return w.Number(parameter.value, width);
+  (void)w.U8(Descriptor(parameter));
+  return w.Number(parameter.value, ValueWidth(parameter.value));
 }
 
 ZunSizeT CountParameters(zun::BodyReader r) {
@@ -81,7 +85,7 @@ ZunSizeT CountParameters(zun::BodyReader r) {
 bool ReadPadding(zun::BodyReader& r) {
   while (!r.AtEnd()) {
     ZunUint8 octet;
-    if (!r.U8(&octet) || octet != kPaddingOctet) return false;
+    if (!r.U8(&octet) || !r.NeedValue(octet == kPaddingOctet)) return false;
   }
   return true;
 }
@@ -90,8 +94,8 @@ bool ReadPadding(zun::BodyReader& r) {
 // blocks go.
 bool MakeRoom(ZunVector_ZunRtcpPsfbAfbShowParameter* list, const zun::BodyReader& rest) {
   if (list->end != list->endBuf) return true;
-  Parameters::ReserveGrown(list, Parameters::Size(list) + 1 + CountParameters(rest));
-  return Parameters::GrowIfFull(list);
+  Parameters::ReserveGrown(list, Parameters::Size(list) + 1 + CountParameters(rest.LookAhead()));
+  return Parameters::GrowIfFull(list) || rest.RefuseAllocation();
 }
 
 bool ReadParameters(zun::BodyReader& r, ZunVector_ZunRtcpPsfbAfbShowParameter* list) {
@@ -102,7 +106,7 @@ bool ReadParameters(zun::BodyReader& r, ZunVector_ZunRtcpPsfbAfbShowParameter* l
     if (descriptor == kPaddingOctet) return ReadPadding(r);
     const ZunUint8 width = WidthOf(descriptor);
     const ZunUint8* const octets = r.Take(width);
-    if (octets == nullptr || !MakeRoom(list, r)) return false;
+    if (octets == nullptr || !r.MayHoldEntries(1) || !MakeRoom(list, r)) return false;
     ZunUint64 value = 0;
     for (ZunUint8 i = 0; i < width; ++i) value = value << 8 | octets[i];
     Parameter* const fresh = list->end++;
@@ -119,7 +123,17 @@ struct Wire {
   }
 
   // The zeros align the end of the whole output.
-  static bool HasExactLength(const ZunRtcpPsfbAfbShow&, ZunSizeT begin) { return begin % 4 == 0; }
+  static ZunSizeT EncodedLength(const ZunRtcpPsfbAfbShow& p, ZunSizeT begin, ZunRtcpDialect) {
+    const ZunSizeT length = UnpaddedLength(p);
+    return length + zun::PaddingAfter(begin + length);
+  }
+
+  static ZunRtcpEncodeReason FindUnencodable(const ZunRtcpPsfbAfbShow& p, ZunRtcpDialect) {
+    for (const Parameter* x = p.parameters.begin; x != p.parameters.end; ++x) {
+      if (x->type < 0 || x->type > kMaxType || Descriptor(*x) == kPaddingOctet) return ZUN_RTCP_ENCODE_REASON_VALUE;
+    }
+    return ZUN_RTCP_ENCODE_REASON_NONE;
+  }
 
   static bool Write(const ZunRtcpPsfbAfbShow& p, zun::Output& out, bool pad) {
     const ZunSizeT unpadded = UnpaddedLength(p);

@@ -2,6 +2,7 @@
 #ifndef ZUN_RTP_CORE_BODY_H
 #define ZUN_RTP_CORE_BODY_H
 
+#include "Zun/Rtp/Core/ReadTerms.h"
 #include "Zun/Rtp/Core/ZunRtcpSubpacketType.h"
 #include "Zun/Utils/ZunString.h"
 
@@ -22,6 +23,12 @@ struct Body {
   SubpacketHeader header;
   ZunAllocator* buffer_allocator;  // of the string that holds the datagram; null when it has none
   ZunAllocator* packet_allocator;  // of the compound packet that is read into; null when there is none
+  // Where a datagram is decoded. What is read then is that which is told by its octets alone, whatever the object held,
+  // and belongs to the packet's allocator. Null where it is parsed, or a row is read on its own.
+  ReadTerms* terms;
+
+  bool IsDecoded() const { return terms != nullptr; }
+  bool IsRegistered() const { return terms != nullptr && terms->dialect == ZUN_RTCP_DIALECT_REGISTERED; }
 
   // The allocator of what takes that of the buffer: where the buffer has none, the one that the object has, and where
   // that has none either, the packet's.
@@ -32,7 +39,7 @@ struct Body {
 };
 
 inline Body BodyIn(const ZunString* b, ZunSizeT begin, ZunSizeT end, SubpacketHeader header) {
-  return {reinterpret_cast<const ZunUint8*>(b->buf), b->size, begin, end, header, b->allocator, nullptr};
+  return {reinterpret_cast<const ZunUint8*>(b->buf), b->size, begin, end, header, b->allocator, nullptr, nullptr};
 }
 
 }  // namespace zun

@@ -44,14 +44,26 @@ class FieldReader {
 // fields.
 class BodyReader {
  public:
-  explicit BodyReader(const Body& body) : BodyReader(body.octets, body.size, body.begin, body.end) {}
-  BodyReader(const ZunUint8* octets, ZunSizeT size, ZunSizeT begin, ZunSizeT end)
-      : octets_(octets), position_(begin), limit_(ReadableLimit(size, begin, end)), end_(end), size_(size) {}
+  explicit BodyReader(const Body& body) : BodyReader(body.octets, body.size, body.begin, body.end, body.terms) {}
+  BodyReader(const ZunUint8* octets, ZunSizeT size, ZunSizeT begin, ZunSizeT end, ReadTerms* terms = nullptr)
+      : octets_(octets),
+        position_(begin),
+        limit_(ReadableLimit(size, begin, end)),
+        end_(end),
+        size_(size),
+        terms_(terms) {}
 
-  bool U8(ZunUint8* value) { return HasReadable(1) && FieldReader(Advance(1)).U8(value); }
-  bool U16(ZunUint16* value) { return HasReadable(2) && FieldReader(Advance(2)).U16(value); }
-  bool U32(ZunUint32* value) { return HasReadable(4) && FieldReader(Advance(4)).U32(value); }
-  bool U64(ZunUint64* value) { return HasReadable(8) && FieldReader(Advance(8)).U64(value); }
+  // A reader that looks ahead: what it finds missing is no reason yet.
+  BodyReader LookAhead() const {
+    BodyReader r = *this;
+    r.terms_ = nullptr;
+    return r;
+  }
+
+  bool U8(ZunUint8* value) { return NeedReadable(1) && FieldReader(Advance(1)).U8(value); }
+  bool U16(ZunUint16* value) { return NeedReadable(2) && FieldReader(Advance(2)).U16(value); }
+  bool U32(ZunUint32* value) { return NeedReadable(4) && FieldReader(Advance(4)).U32(value); }
+  bool U64(ZunUint64* value) { return NeedReadable(8) && FieldReader(Advance(8)).U64(value); }
 
   // A run of fields of kSize octets in all, a list that read(auto& reader) gives: compared with the limit once where
   // all of it is readable, and field by field where it is not, so that those in front of the limit are stored.
@@ -66,24 +78,27 @@ class BodyReader {
   // Makes `s` the next `count` octets, or all up to the end. Also false when `s` cannot grow, and for an empty run that
   // begins beyond the buffer.
   bool String(ZunString* s, ZunSizeT count) {
-    if (!HasReadable(count) || position_ > size_) return false;
-    if (!AssignStringBytes(s, reinterpret_cast<const char*>(octets_) + position_, count)) return false;
+    if (!NeedReadable(count)) return false;
+    if (position_ > size_) return Refuse(ZUN_RTCP_DECODE_REASON_TOO_SHORT);
+    if (!AssignStringBytes(s, reinterpret_cast<const char*>(octets_) + position_, count)) return RefuseAllocation();
     position_ += count;
     return true;
   }
-  bool StringToEnd(ZunString* s) { return position_ <= end_ && String(s, end_ - position_); }
+  bool StringToEnd(ZunString* s) {
+    return position_ <= end_ ? String(s, end_ - position_) : Refuse(ZUN_RTCP_DECODE_REASON_TOO_SHORT);
+  }
 
   // The next `count` octets, which are passed, or null.
-  const ZunUint8* Take(ZunSizeT count) { return HasReadable(count) ? Advance(count) : nullptr; }
+  const ZunUint8* Take(ZunSizeT count) { return NeedReadable(count) ? Advance(count) : nullptr; }
 
   bool SkipReadable(ZunSizeT count) {
-    if (!HasReadable(count)) return false;
+    if (!NeedReadable(count)) return false;
     position_ += count;
     return true;
   }
   // Passes octets that nobody reads: they must lie before the end, and need not be in the buffer.
   bool SkipBeforeEnd(ZunSizeT count) {
-    if (BytesBeforeEnd() < count) return false;
+    if (BytesBeforeEnd() < count) return Refuse(ZUN_RTCP_DECODE_REASON_TOO_SHORT);
     position_ += count;
     if (limit_ < position_) limit_ = position_;
     return true;
@@ -96,11 +111,36 @@ class BodyReader {
 
   ZunSizeT Position() const { return position_; }
 
+  // What must be so at this place, and is the reason of a refusal where it is not.
+  bool NeedReadable(ZunSizeT count) const { return HasReadable(count) || Refuse(ZUN_RTCP_DECODE_REASON_TOO_SHORT); }
+  bool NeedEnd() const { return AtEnd() || Refuse(ZUN_RTCP_DECODE_REASON_LEFT_OVER); }
+  bool NeedEntry() const { return !AtEnd() || Refuse(ZUN_RTCP_DECODE_REASON_NO_ENTRIES); }
+  bool NeedValue(bool is_allowed) const { return is_allowed || Refuse(ZUN_RTCP_DECODE_REASON_VALUE); }
+
+  // Whether the datagram may hold so many entries of lists, or statuses, more.
+  bool MayHoldEntries(ZunSizeT count) const { return terms_ == nullptr || MayHold(&terms_->entries_left, count); }
+  bool MayHoldStatuses(ZunSizeT count) const { return terms_ == nullptr || MayHold(&terms_->statuses_left, count); }
+
+  // Says why the subpacket is refused, to those who asked. Returns false.
+  bool Refuse(ZunRtcpDecodeReason reason) const {
+    if (terms_ != nullptr) [[unlikely]]
+      return terms_->Refuse(reason, position_);
+    return false;
+  }
+  bool RefuseAllocation() const { return Refuse(ZUN_RTCP_DECODE_REASON_ALLOCATION); }
+
+  bool IsDecoded() const { return terms_ != nullptr; }
+
  private:
   const ZunUint8* Advance(ZunSizeT count) {
     const ZunUint8* const octets = octets_ + position_;
     position_ += count;
     return octets;
+  }
+  bool MayHold(ZunSizeT* left, ZunSizeT count) const {
+    if (count > *left) return Refuse(ZUN_RTCP_DECODE_REASON_LIMIT);
+    *left -= count;
+    return true;
   }
   // Never below `begin`, so that the distance to it is what can be read.
   static ZunSizeT ReadableLimit(ZunSizeT size, ZunSizeT begin, ZunSizeT end) {
@@ -113,6 +153,7 @@ class BodyReader {
   ZunSizeT limit_;
   ZunSizeT end_;
   ZunSizeT size_;
+  ReadTerms* terms_;  // null when nobody asks why something is refused
 };
 
 }  // namespace zun

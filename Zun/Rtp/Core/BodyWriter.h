@@ -5,24 +5,29 @@
 #include <cassert>
 #include <cstring>
 
+#include "Zun/Rtp/Core/ZunRtcpDialect.h"
 #include "Zun/Utils/BigEndian.h"
 #include "Zun/Utils/StringStorage.h"
 
 namespace zun {
 
 // What subpackets are written to, one after the other: a string, which grows, or a block of the caller's, which does
-// not. A string is as long as what was written once its output is gone.
+// not. A string is as long as what was written once its output is gone, and speaks the house's dialect.
 class Output {
  public:
   explicit Output(ZunString* string) : string_(string) { TakeFromString(); }
-  Output(ZunUint8* octets, ZunSizeT capacity)
-      : string_(nullptr), origin_(octets), cursor_(octets), limit_(octets + capacity) {}
+  Output(ZunUint8* octets, ZunSizeT capacity, ZunRtcpDialect dialect)
+      : string_(nullptr), origin_(octets), cursor_(octets), limit_(octets + capacity), dialect_(dialect) {}
   ~Output() { GiveToString(); }
   Output(const Output&) = delete;
   Output& operator=(const Output&) = delete;
 
   // Bytes so far, those that a string held before among them.
   ZunSizeT Size() const { return static_cast<ZunSizeT>(cursor_ - origin_); }
+  bool IsRegistered() const { return dialect_ == ZUN_RTCP_DIALECT_REGISTERED; }
+  ZunRtcpDialect dialect() const { return dialect_; }
+  // A block that is too small is no fault of what is written to it, and nothing to log.
+  bool IsBlock() const { return string_ == nullptr; }
   // Whether a string could not be made to hold all of a subpacket at once.
   bool WasRefused() const { return was_refused_; }
 
@@ -51,6 +56,7 @@ class Output {
   ZunUint8* origin_;   // null while a string has no storage
   ZunUint8* cursor_;   // where the next byte goes
   ZunUint8* limit_;    // after the last byte that there is room for
+  ZunRtcpDialect dialect_ = ZUN_RTCP_DIALECT_HOUSE;
   bool was_refused_ = false;
 };
 

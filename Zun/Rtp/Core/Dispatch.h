@@ -34,6 +34,12 @@ struct Dispatch {
     return RowOfObject(p).get_allocator(const_cast<ZunRtcpSubpacket*>(p));
   }
   static bool Write(const ZunRtcpSubpacket* p, Output& out, bool pad) { return RowOfObject(p).write(p, out, pad); }
+  static ZunSizeT EncodedLength(const ZunRtcpSubpacket* p, ZunSizeT begin, ZunRtcpDialect dialect) {
+    return RowOfObject(p).encoded_length(p, begin, dialect);
+  }
+  static ZunRtcpEncodeReason FindUnencodable(const ZunRtcpSubpacket* p, ZunRtcpDialect dialect) {
+    return RowOfObject(p).find_unencodable(p, dialect);
+  }
   static ZunSizeT GetPacketLength(const ZunRtcpSubpacket* p) { return RowOfObject(p).get_packet_length(p); }
 
   // Across kinds the destination is rebuilt with its own allocator, or with the source's when it has none. When
@@ -49,11 +55,11 @@ struct Dispatch {
     return nullptr;
   }
 
-  // Reads a body whose header or contents chose `value` over an object. One of another kind is rebuilt with the
+  // Reads a body whose header or contents chose `row` over an object. One of another kind is rebuilt with the
   // allocator that rebuild(allocator of the object) gives.
   template <class Rebuild>
-  static bool AssignFromBody(ZunInt32 value, ZunRtcpSubpacket* p, const Body& body, Rebuild rebuild) {
-    const RtcpSubpacketFunctions& row = Level::RowOf(value);
+  static bool AssignFromBody(const RtcpSubpacketFunctions& row, ZunRtcpSubpacket* p, const Body& body,
+                             Rebuild rebuild) {
     const RtcpSubpacketFunctions& old = RowOfObject(p);
     if (&row == &old) return row.assign_from_body(p, body);
     ZunAllocator* const a = rebuild(old.get_allocator(p));

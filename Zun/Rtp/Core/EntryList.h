@@ -26,19 +26,23 @@ bool ReadCountedEntries(BodyReader& r, typename Algorithms::Vector* list, ZunSiz
   Algorithms::Clear(list);  // so that growth copies nothing
   const ZunSizeT whole = r.ReadableBytes() / kEntrySize;
   const ZunSizeT held = whole < count ? whole : count;
+  if (!r.MayHoldEntries(held)) return false;
   const ZunSizeT room = ReserveEntries<Algorithms>(list, held);
   const ZunUint8* octets = room == 0 ? nullptr : r.Take(room * kEntrySize);
   typename Algorithms::E* entry = list->begin;
   for (ZunSizeT i = 0; i < room; ++i, octets += kEntrySize) decode(octets, entry++);
   list->end = entry;
-  if (room < held) r.SkipReadable(kEntrySize);
-  return room == count;
+  if (room < held) {
+    r.SkipReadable(kEntrySize);
+    return r.RefuseAllocation();
+  }
+  return held == count || r.Refuse(ZUN_RTCP_DECODE_REASON_TOO_SHORT);
 }
 
 // The same with all entries up to the end. A remainder makes the read fail; the whole entries in front of it are kept.
 template <ZunSizeT kEntrySize, class Algorithms, class Decode>
 bool ReadEntries(BodyReader& r, typename Algorithms::Vector* list, Decode decode) {
-  return ReadCountedEntries<kEntrySize, Algorithms>(r, list, r.ReadableBytes() / kEntrySize, decode) && r.AtEnd();
+  return ReadCountedEntries<kEntrySize, Algorithms>(r, list, r.ReadableBytes() / kEntrySize, decode) && r.NeedEnd();
 }
 
 // Writes every element of `list` as the kEntrySize octets that encode(entry, octets) stores.

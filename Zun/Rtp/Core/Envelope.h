@@ -7,20 +7,26 @@
 #include "Zun/Rtp/Core/Row.h"
 #include "Zun/Rtp/Core/Table.h"
 
-// Level (Dispatch.h) chooses the row of a message, and tells which one a body holds:
-//   static ZunInt32 ValueOfBody(const Body& body);
+// Level (Dispatch.h) chooses the row of a message, and that of the message in a body:
+//   static const RtcpSubpacketFunctions& RowOfBody(const Body& body);
 // A message that is rebuilt while it is read takes the allocator of the buffer.
 #define ZUN_RTCP_ENVELOPE_DEFINE(Kind, Level)                                                                        \
   ZUN_RTCP_ROW_INTERNALS_DECLARE(Kind)                                                                               \
   namespace zun {                                                                                                    \
   bool Kind##ConstructFromBody(ZunRtcpSubpacket* p, const Body& body, ZunAllocator* a) {                             \
-    return Level::RowOf(Level::ValueOfBody(body)).construct_from_body(p, body, a);                                   \
+    return Level::RowOfBody(body).construct_from_body(p, body, a);                                                   \
   }                                                                                                                  \
   bool Kind##AssignFromBody(ZunRtcpSubpacket* p, const Body& body) {                                                 \
-    return Dispatch<Level>::AssignFromBody(Level::ValueOfBody(body), p, body,                                        \
+    return Dispatch<Level>::AssignFromBody(Level::RowOfBody(body), p, body,                                          \
                                            [&](ZunAllocator* own) { return body.BufferAllocatorOr(own); });          \
   }                                                                                                                  \
   bool Kind##Write(const ZunRtcpSubpacket* p, Output& out, bool pad) { return Dispatch<Level>::Write(p, out, pad); } \
+  ZunSizeT Kind##EncodedLength(const ZunRtcpSubpacket* p, ZunSizeT begin, ZunRtcpDialect dialect) {                  \
+    return Dispatch<Level>::EncodedLength(p, begin, dialect);                                                        \
+  }                                                                                                                  \
+  ZunRtcpEncodeReason Kind##FindUnencodable(const ZunRtcpSubpacket* p, ZunRtcpDialect dialect) {                     \
+    return Dispatch<Level>::FindUnencodable(p, dialect);                                                             \
+  }                                                                                                                  \
   }                                                                                                                  \
   ZUN_RTCP_ROW_DEFINE_BUFFER_OPERATIONS(Kind)                                                                        \
   Kind* Kind##ConstructCopy(Kind* p, const Kind* o) {                                                                \

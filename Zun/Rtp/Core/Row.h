@@ -36,8 +36,11 @@ const ZunRtcpSubpacket* AsSubpacket(const Kind* p) {
 //   static ZunSizeT Length(const Kind& p);                               bytes, header included
 //   static bool Write(const Kind& p, Output& out, bool pad);             appends header and body
 //   static bool Read(Kind* p, BodyReader& r, const Body& body);          reads the body
-// where what is written may differ in length from what Length says (docs/wire-differences.md lists all of them):
-//   static bool HasExactLength(const Kind& p, ZunSizeT begin);           when it begins at byte `begin` of its output
+// where what is written may differ in length from what Length says (docs/wire-differences.md lists all of them), the
+// length of what is written at byte `begin` of an output:
+//   static ZunSizeT EncodedLength(const Kind& p, ZunSizeT begin, ZunRtcpDialect dialect);
+// where an object may hold what the wire cannot, the first reason why not to encode it:
+//   static ZunRtcpEncodeReason FindUnencodable(const Kind& p, ZunRtcpDialect dialect);
 // and, where copying with another allocator does more than construct and assign:
 //   static Kind* CopyWithAllocator(Kind* p, const Kind* o, ZunAllocator* a);
 template <class Kind, class Wire, Kind* (*ConstructDefault)(Kind*, ZunAllocator*),
@@ -57,26 +60,36 @@ struct Row {
   }
 
   static bool AssignFromBody(Kind* p, const Body& body) {
+    if (body.IsDecoded() && !OwnedFieldsOf<Kind>::HaveAllocator(*p, body.packet_allocator)) {
+      Destruct(p);
+      (void)ConstructDefault(p, body.packet_allocator);
+    }
     BodyReader r(body);
     return Wire::Read(p, r, body);
   }
 
-  // In debug builds a message that was written without a refusal must be as long as its length function says.
+  static ZunSizeT EncodedLength(const Kind& p, ZunSizeT begin, ZunRtcpDialect dialect) {
+    if constexpr (requires { Wire::EncodedLength(p, begin, dialect); }) return Wire::EncodedLength(p, begin, dialect);
+    return Wire::Length(p);
+  }
+
+  static ZunRtcpEncodeReason FindUnencodable(const Kind& p, ZunRtcpDialect dialect) {
+    if constexpr (requires { Wire::FindUnencodable(p, dialect); }) return Wire::FindUnencodable(p, dialect);
+    return ZUN_RTCP_ENCODE_REASON_NONE;
+  }
+
+  // What is encoded into a block must fit the wire. In debug builds a message that was written without a refusal must be
+  // as long as was said.
   static bool Write(const Kind& p, Output& out, bool pad) {
+    if (out.IsBlock() && FindUnencodable(p, out.dialect()) != ZUN_RTCP_ENCODE_REASON_NONE) return false;
 #ifdef NDEBUG
     return Wire::Write(p, out, pad);
 #else
     const ZunSizeT begin = out.Size();
     const bool written = Wire::Write(p, out, pad);
-    assert(!written || out.WasRefused() || !HasExactLength(p, begin) || out.Size() - begin == Wire::Length(p));
+    assert(!written || out.WasRefused() || out.Size() - begin == EncodedLength(p, begin, out.dialect()));
     return written;
 #endif
-  }
-
- private:
-  static bool HasExactLength(const Kind& p, ZunSizeT begin) {
-    if constexpr (requires { Wire::HasExactLength(p, begin); }) return Wire::HasExactLength(p, begin);
-    return true;
   }
 };
 
@@ -95,6 +108,12 @@ struct Row {
   }                                                                                                                   \
   bool Kind##Write(const ZunRtcpSubpacket* p, Output& out, bool pad) {                                                \
     return RowOf##Kind::Write(*As<Kind>(p), out, pad);                                                                \
+  }                                                                                                                   \
+  ZunSizeT Kind##EncodedLength(const ZunRtcpSubpacket* p, ZunSizeT begin, ZunRtcpDialect dialect) {                   \
+    return RowOf##Kind::EncodedLength(*As<Kind>(p), begin, dialect);                                                  \
+  }                                                                                                                   \
+  ZunRtcpEncodeReason Kind##FindUnencodable(const ZunRtcpSubpacket* p, ZunRtcpDialect dialect) {                      \
+    return RowOf##Kind::FindUnencodable(*As<Kind>(p), dialect);                                                       \
   }                                                                                                                   \
   }                                                                                                                   \
   ZUN_RTCP_ROW_DEFINE_BUFFER_OPERATIONS(Kind)                                                                         \
@@ -127,6 +146,7 @@ struct Row {
 //   ZUN_RTCP_OWNING_KIND_DEFINE(ZunRtcpBye, kIdentity, &ZunRtcpBye::sources, &ZunRtcpBye::reason)
 // and of one that owns none. What is copied to is marked as that kind, whatever the source says of itself.
 #define ZUN_RTCP_OWNING_KIND_DEFINE(Kind, identity, ...)                                                      \
+  ZUN_OWNED_FIELDS(Kind, __VA_ARGS__)                                                                         \
   Kind* Kind##ConstructCopy(Kind* p, const Kind* o) {                                                         \
     return identity.Mark(zun::Owned<__VA_ARGS__>::ConstructCopy(p, o));                                       \
   }                                                                                                           \

@@ -22,25 +22,31 @@ struct RtcpSubpacketFunctions {
   bool (*construct_from_body)(ZunRtcpSubpacket* p, const zun::Body& body, ZunAllocator* a);
   bool (*assign_from_body)(ZunRtcpSubpacket* p, const zun::Body& body);
   bool (*write)(const ZunRtcpSubpacket* p, zun::Output& out, bool pad);
+  // What encoding needs besides: the exact length at byte `begin` of an output, and why the object cannot be encoded.
+  ZunSizeT (*encoded_length)(const ZunRtcpSubpacket* p, ZunSizeT begin, ZunRtcpDialect dialect);
+  ZunRtcpEncodeReason (*find_unencodable)(const ZunRtcpSubpacket* p, ZunRtcpDialect dialect);
 };
 
 // Declares what the row of `Kind` needs beside its public functions; Row.h or Envelope.h defines it.
-#define ZUN_RTCP_ROW_INTERNALS_DECLARE(Kind)                                            \
-  namespace zun {                                                                       \
-  bool Kind##ConstructFromBody(ZunRtcpSubpacket* p, const Body& body, ZunAllocator* a); \
-  bool Kind##AssignFromBody(ZunRtcpSubpacket* p, const Body& body);                     \
-  bool Kind##Write(const ZunRtcpSubpacket* p, Output& out, bool pad);                   \
+#define ZUN_RTCP_ROW_INTERNALS_DECLARE(Kind)                                                       \
+  namespace zun {                                                                                  \
+  bool Kind##ConstructFromBody(ZunRtcpSubpacket* p, const Body& body, ZunAllocator* a);            \
+  bool Kind##AssignFromBody(ZunRtcpSubpacket* p, const Body& body);                                \
+  bool Kind##Write(const ZunRtcpSubpacket* p, Output& out, bool pad);                              \
+  ZunSizeT Kind##EncodedLength(const ZunRtcpSubpacket* p, ZunSizeT begin, ZunRtcpDialect dialect); \
+  ZunRtcpEncodeReason Kind##FindUnencodable(const ZunRtcpSubpacket* p, ZunRtcpDialect dialect);    \
   }
 
 // The same for a row of a list of kinds.
 #define ZUN_RTCP_LISTED_ROW_INTERNALS_DECLARE(value, Kind, member, Getter) ZUN_RTCP_ROW_INTERNALS_DECLARE(Kind)
 
 // The row of `Kind`, serving `value`.
-#define ZUN_RTCP_ROW(value, Kind)                                                                      \
-  RtcpSubpacketFunctions {                                                                             \
-    value, Kind##ConstructCopyAllocator, Kind##DestructWrap, Kind##AssignWrap, Kind##GetAllocatorWrap, \
-        Kind##WritePacket, Kind##GetPacketLength, Kind##ConstructFromBuffer, Kind##AssignFromBuffer,   \
-        zun::Kind##ConstructFromBody, zun::Kind##AssignFromBody, zun::Kind##Write                      \
+#define ZUN_RTCP_ROW(value, Kind)                                                                            \
+  RtcpSubpacketFunctions {                                                                                   \
+    value, Kind##ConstructCopyAllocator, Kind##DestructWrap, Kind##AssignWrap, Kind##GetAllocatorWrap,       \
+        Kind##WritePacket, Kind##GetPacketLength, Kind##ConstructFromBuffer, Kind##AssignFromBuffer,         \
+        zun::Kind##ConstructFromBody, zun::Kind##AssignFromBody, zun::Kind##Write, zun::Kind##EncodedLength, \
+        zun::Kind##FindUnencodable                                                                           \
   }
 
 #endif

@@ -14,6 +14,11 @@ template <class Kind, ZunRtcpSubpacketType kType, void (*MarkRead)(Kind* p, Subp
 struct UnknownFeedbackWire {
   static ZunSizeT Length(const Kind& p) { return kFeedbackHeaderSize + p.data.size; }
 
+  static ZunRtcpEncodeReason FindUnencodable(const Kind& p, ZunRtcpDialect) {
+    if (p.fmt < 0 || p.fmt > kMaxFeedbackMessageType) return ZUN_RTCP_ENCODE_REASON_VALUE;
+    return p.data.size % 4 == 0 ? ZUN_RTCP_ENCODE_REASON_NONE : ZUN_RTCP_ENCODE_REASON_NOT_WHOLE_WORDS;
+  }
+
   // Under the number that the object says.
   static bool Write(const Kind& p, Output& out, bool pad) {
     const ZunSizeT length = Length(p);

@@ -45,6 +45,16 @@ struct CodecControlWire {
 
   static ZunSizeT Length(const Kind& p) { return kFeedbackHeaderSize + kEntrySize * Entries::Size(&p.fci); }
 
+  static ZunRtcpEncodeReason FindUnencodable(const Kind& p, ZunRtcpDialect) {
+    if (p.fci.begin == p.fci.end) return ZUN_RTCP_ENCODE_REASON_NO_ENTRIES;
+    if constexpr (kHasIndex) {
+      for (const Entry* x = p.fci.begin; x != p.fci.end; ++x) {
+        if (x->index > kMaxTradeOffIndex) return ZUN_RTCP_ENCODE_REASON_VALUE;
+      }
+    }
+    return ZUN_RTCP_ENCODE_REASON_NONE;
+  }
+
   // A message without entries asks for nothing: only its header is written, and the write fails.
   static bool Write(const Kind& p, Output& out, bool pad) {
     const ZunSizeT length = Length(p);
@@ -56,7 +66,7 @@ struct CodecControlWire {
   static bool Read(Kind* p, BodyReader& r, const Body&) {
     if (!ReadFeedbackSources(r, p)) return false;
     Format::CheckSourceRead(p->source);
-    if (r.AtEnd() || !ReadEntries<kEntrySize, Entries>(r, &p->fci, Decode)) return false;
+    if (!r.NeedEntry() || !ReadEntries<kEntrySize, Entries>(r, &p->fci, Decode)) return false;
     Format::kIdentity.Mark(p);
     return true;
   }

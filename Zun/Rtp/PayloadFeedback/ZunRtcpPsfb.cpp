@@ -17,8 +17,8 @@ static_assert(zun::PredicateAgrees([](ZunInt32 fmt) { return psfb_table.Has(fmt)
 
 struct PsfbLevel {
   static ZunInt32 ValueOf(const ZunRtcpSubpacket* p) { return zun::As<ZunRtcpPsfb>(p)->unk.fmt; }
-  static ZunInt32 ValueOfBody(const zun::Body& body) { return body.header.count; }
   static const RtcpSubpacketFunctions& RowOf(ZunInt32 fmt) { return psfb_table.Find(fmt, unknown_psfb_funcs); }
+  static const RtcpSubpacketFunctions& RowOfBody(const zun::Body& body) { return RowOf(body.header.count); }
   static void ConstructEmpty(ZunRtcpSubpacket* p, ZunAllocator* a) {
     ZunRtcpPsfbUnknownConstructDefault(zun::As<ZunRtcpPsfbUnknown>(p), a);
   }

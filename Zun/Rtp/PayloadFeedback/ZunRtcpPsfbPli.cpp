@@ -10,6 +10,10 @@ constexpr zun::FeedbackIdentity kIdentity = zun::IsPsfb(ZUN_RTCPPSFB_TYPE_PLI);
 struct Wire {
   static ZunSizeT Length(const ZunRtcpPsfbPli& p) { return zun::kFeedbackHeaderSize + p.profile_specific_ext.size; }
 
+  static ZunRtcpEncodeReason FindUnencodable(const ZunRtcpPsfbPli& p, ZunRtcpDialect) {
+    return p.profile_specific_ext.size % 4 == 0 ? ZUN_RTCP_ENCODE_REASON_NONE : ZUN_RTCP_ENCODE_REASON_NOT_WHOLE_WORDS;
+  }
+
   static bool Write(const ZunRtcpPsfbPli& p, zun::Output& out, bool pad) {
     const ZunSizeT length = Length(p);
     zun::BodyWriter w(out, length);

@@ -27,6 +27,12 @@ struct Wire {
     return zun::kFeedbackHeaderSize + kPbAndPtSize + p.rpsi.size + PaddingSize(p);
   }
 
+  // PB must not count more octets than follow it. One that was read of padding alone has all of them in `unbits`.
+  static ZunRtcpEncodeReason FindUnencodable(const ZunRtcpPsfbRpsi& p, ZunRtcpDialect) {
+    const ZunSizeT most = p.rpsi.size > 0 ? kUnusedBitsMask : 8 * PaddingSize(p) + kUnusedBitsMask;
+    return p.pt > kMaxPt || p.unbits > most ? ZUN_RTCP_ENCODE_REASON_VALUE : ZUN_RTCP_ENCODE_REASON_NONE;
+  }
+
   static bool Write(const ZunRtcpPsfbRpsi& p, zun::Output& out, bool pad) {
     const ZunSizeT length = Length(p);
     zun::BodyWriter w(out, length);
@@ -48,7 +54,7 @@ struct Wire {
   // The whole padding octets are dropped from the end; they are not looked at.
   static bool ReadBitString(ZunRtcpPsfbRpsi* p, zun::BodyReader& r, ZunUint8 padding_bits) {
     const ZunSizeT padding_size = padding_bits >> 3;
-    if (padding_size > r.BytesBeforeEnd()) return false;
+    if (!r.NeedValue(padding_size <= r.BytesBeforeEnd())) return false;
     if (padding_size == r.BytesBeforeEnd()) {
       p->unbits = padding_bits;
       ZunStringClear(&p->rpsi);

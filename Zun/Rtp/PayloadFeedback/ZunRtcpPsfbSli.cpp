@@ -42,6 +42,15 @@ struct Wire {
     return zun::kFeedbackHeaderSize + kItemSize * Items::Size(&p.items);
   }
 
+  static ZunRtcpEncodeReason FindUnencodable(const ZunRtcpPsfbSli& p, ZunRtcpDialect) {
+    for (const ZunRtcpPsfbSliItem* x = p.items.begin; x != p.items.end; ++x) {
+      if (x->lost_mblock > kMblockMask || x->num_lost_mblocks > kMblockMask || x->picture_id > kPictureIdMask) {
+        return ZUN_RTCP_ENCODE_REASON_VALUE;
+      }
+    }
+    return ZUN_RTCP_ENCODE_REASON_NONE;
+  }
+
   static bool Write(const ZunRtcpPsfbSli& p, zun::Output& out, bool pad) {
     const ZunSizeT length = Length(p);
     zun::BodyWriter w(out, length);

@@ -37,6 +37,15 @@ struct Report {
     return kSubpacketHeaderSize + Fields::kSize + ReportBlocksLength(p.report_blocks) + p.profile_specific_ext.size;
   }
 
+  static ZunRtcpEncodeReason FindUnencodable(const Kind& p, ZunRtcpDialect) {
+    if (Blocks::Size(&p.report_blocks) > kMaxReportBlocks) return ZUN_RTCP_ENCODE_REASON_TOO_MANY;
+    if (p.profile_specific_ext.size % 4 != 0) return ZUN_RTCP_ENCODE_REASON_NOT_WHOLE_WORDS;
+    ZunUint32 lost = 0;
+    for (const ZunRtcpReportBlock* x = p.report_blocks.begin; x != p.report_blocks.end; ++x)
+      lost |= x->cum_num_packet_lost;
+    return lost > kPacketsLostMask ? ZUN_RTCP_ENCODE_REASON_VALUE : ZUN_RTCP_ENCODE_REASON_NONE;
+  }
+
   // Any number of blocks is written, and its low 8 bits are the count: above 31 it spills out of the count field.
   static bool Write(const Kind& p, Output& out, bool pad) {
     const ZunSizeT length = Length(p);

@@ -10,6 +10,7 @@ ZUN_VECTOR_USE_PLAIN(ZunRtcpReportBlock)
 namespace zun {
 
 inline constexpr ZunSizeT kReportBlockSize = 24;
+inline constexpr ZunSizeT kMaxReportBlocks = 31;
 // The second word of a block: the fraction lost above the cumulative number.
 inline constexpr int kFractionLostShift = 24;
 inline constexpr ZunUint32 kPacketsLostMask = 0xFFFFFF;

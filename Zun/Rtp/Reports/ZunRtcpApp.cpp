@@ -19,12 +19,18 @@ struct Wire {
     return zun::kSubpacketHeaderSize + kSourceSize + strings + zun::PaddingAfter(strings);
   }
 
-  // The zeros complete the data, and the length completes name and data: the same for every name of whole words.
-  static bool HasExactLength(const ZunRtcpApp& p, ZunSizeT) { return p.name.size % 4 == 0; }
+  // The zeros complete the data, while the length completes name and data: the same for every name of whole words.
+  static ZunSizeT EncodedLength(const ZunRtcpApp& p, ZunSizeT, ZunRtcpDialect) {
+    return zun::kSubpacketHeaderSize + kSourceSize + p.name.size + p.data.size + zun::PaddingAfter(p.data.size);
+  }
+
+  static ZunRtcpEncodeReason FindUnencodable(const ZunRtcpApp& p, ZunRtcpDialect) {
+    return p.name.size == kNameSize ? ZUN_RTCP_ENCODE_REASON_NONE : ZUN_RTCP_ENCODE_REASON_NAME;
+  }
 
   static bool Write(const ZunRtcpApp& p, zun::Output& out, bool pad) {
     const ZunSizeT zeros = zun::PaddingAfter(p.data.size);
-    zun::BodyWriter w(out, zun::kSubpacketHeaderSize + kSourceSize + p.name.size + p.data.size + zeros);
+    zun::BodyWriter w(out, EncodedLength(p, 0, out.dialect()));
     if (!zun::WriteSubpacketHeader(w, pad, kSubtype, p.type, Length(p)) || !w.U32(p.source) || !w.String(p.name) ||
         !w.String(p.data)) {
       return false;
@@ -33,20 +39,20 @@ struct Wire {
     return true;
   }
 
-  // Only what does not fit the body is refused: a string that cannot grow keeps its old bytes.
+  // Where it is parsed, only what does not fit the body is refused: a string that cannot grow keeps its old bytes.
   static bool Read(ZunRtcpApp* p, zun::BodyReader& r, const zun::Body&) {
     if (!r.U32(&p->source)) return false;
     const ZunUint8* const name = r.Take(kNameSize);
     if (name == nullptr) return false;
-    (void)zun::AssignStringBytes(&p->name, reinterpret_cast<const char*>(name), kNameSize);
+    const bool named = zun::AssignStringBytes(&p->name, reinterpret_cast<const char*>(name), kNameSize);
     if (r.BytesBeforeEnd() % 4 != 0) {
       ZUN_LOG_ERROR_(ZunLogRtcp_, "ZunRtcpAppAssignFromBuffer",
                      "Length of application data is not a multiple of 4 octets");
-      return false;
+      return r.Refuse(ZUN_RTCP_DECODE_REASON_LEFT_OVER);
     }
-    if (!r.HasReadable(r.BytesBeforeEnd())) return false;
-    (void)r.StringToEnd(&p->data);
-    return true;
+    if (!r.NeedReadable(r.BytesBeforeEnd())) return false;
+    const bool is_whole = r.StringToEnd(&p->data) && named;
+    return is_whole || !r.IsDecoded() || r.RefuseAllocation();
   }
 };
 

@@ -55,7 +55,10 @@ bool ReadReason(zun::BodyReader& r, ZunString* reason) {
   }
   const ZunSizeT length = r.BytesBeforeEnd();
   ZunUint8 size = 0;
-  return r.U8(&size) && ReasonLength(size) == length && r.String(reason, size);
+  if (!r.U8(&size)) return false;
+  if (ReasonLength(size) > length) return r.Refuse(ZUN_RTCP_DECODE_REASON_TOO_SHORT);
+  if (ReasonLength(size) < length) return r.Refuse(ZUN_RTCP_DECODE_REASON_LEFT_OVER);
+  return r.String(reason, size);
 }
 
 struct Wire {
@@ -63,8 +66,18 @@ struct Wire {
     return CheckSources(&p.sources, "ZunRtcpByeGetPacketLength") ? WireLength(p) : 0;
   }
 
+  // Nobody may leave in the registered dialect.
+  static ZunSizeT EncodedLength(const ZunRtcpBye& p, ZunSizeT, ZunRtcpDialect) { return WireLength(p); }
+
+  static ZunRtcpEncodeReason FindUnencodable(const ZunRtcpBye& p, ZunRtcpDialect dialect) {
+    const ZunSizeT count = Sources::Size(&p.sources);
+    if (count == 0 && dialect != ZUN_RTCP_DIALECT_REGISTERED) return ZUN_RTCP_ENCODE_REASON_NO_ENTRIES;
+    if (count > kMaxSources) return ZUN_RTCP_ENCODE_REASON_TOO_MANY;
+    return p.reason.size > kMaxReasonSize ? ZUN_RTCP_ENCODE_REASON_TEXT_TOO_LONG : ZUN_RTCP_ENCODE_REASON_NONE;
+  }
+
   static bool Write(const ZunRtcpBye& p, zun::Output& out, bool pad) {
-    if (!CheckSources(&p.sources, "ZunRtcpByeWritePacket")) return false;
+    if (!out.IsRegistered() && !CheckSources(&p.sources, "ZunRtcpByeWritePacket")) return false;
     const ZunSizeT length = WireLength(p);
     const ZunUint8 count = static_cast<ZunUint8>(Sources::Size(&p.sources));
     zun::BodyWriter w(out, length);
@@ -74,8 +87,8 @@ struct Wire {
 
   static bool Read(ZunRtcpBye* p, zun::BodyReader& r, const zun::Body& body) {
     const ZunUint8 count = body.header.count;
-    return count != 0 &&
-           zun::ReadCountedEntries<zun::kSourceIdSize, Sources>(r, &p->sources, count, zun::DecodeSourceId) &&
+    if (count == 0 && !body.IsRegistered()) return r.Refuse(ZUN_RTCP_DECODE_REASON_NO_ENTRIES);
+    return zun::ReadCountedEntries<zun::kSourceIdSize, Sources>(r, &p->sources, count, zun::DecodeSourceId) &&
            ReadReason(r, &p->reason);
   }
 };

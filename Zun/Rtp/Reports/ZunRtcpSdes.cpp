@@ -18,6 +18,9 @@ constexpr ZunSizeT kSourceSize = 4;
 constexpr ZunSizeT kItemHeaderSize = 2;  // type and length
 constexpr ZunSizeT kEndOfListSize = 1;
 constexpr ZunSizeT kMinChunkSize = 8;
+constexpr ZunSizeT kMaxChunks = 31;
+constexpr ZunSizeT kMaxTextSize = 255;  // what the length byte can say
+constexpr ZunRtcpSdesItemType kMaxItemType = 255;
 
 ZunSizeT ItemsLength(const ZunVector_ZunRtcpSdesItem& items) {
   ZunSizeT length = 0;
@@ -56,7 +59,7 @@ class ChunkReader {
         chunks.Next([&](const ZunRtcpSdesChunk& old) { return old.items.allocator == allocator_; },
                     [&](ZunRtcpSdesChunk* raw) { ZunRtcpSdesChunkConstructDefault(raw, allocator_); });
     if (chunk == nullptr) return ReadIntoNothing();
-    if (!r_.U32(&chunk->ssrc)) return false;
+    if (!r_.MayHoldEntries(1) || !r_.U32(&chunk->ssrc)) return false;
     const ZunSizeT list_begin = r_.Position();
     if (!ReadItems(&chunk->items)) return false;
     chunks.Keep();
@@ -70,7 +73,7 @@ class ChunkReader {
     ZunRtcpSdesChunkConstructDefault(&chunk, allocator_);
     (void)(r_.U32(&chunk.ssrc) && ReadItems(&chunk.items));
     ZunRtcpSdesChunkDestruct(&chunk);
-    return false;
+    return r_.RefuseAllocation();
   }
 
   // The first entry is an item even when its type is that of the end of the list.
@@ -86,16 +89,19 @@ class ChunkReader {
 
   bool ReadItem(ZunUint8 type, zun::ListRefill<Items>& items) {
     ZunUint8 length = 0;
-    if (!r_.U8(&length) || r_.BytesBeforeEnd() < length + kEndOfListSize) return false;
+    if (!r_.U8(&length)) return false;
+    if (r_.BytesBeforeEnd() < length + kEndOfListSize) return r_.Refuse(ZUN_RTCP_DECODE_REASON_TOO_SHORT);
     if (type == ZUN_RTCPSDESITEM_TYPE_EndOfList || type >= ZUN_RTCPSDESITEM_TYPE_MAX) {
       ZUN_LOG_INFO_FORMATTED_(ZunLogRtcp_, "ZunRtcpSdesItemsAssignFromBuffer",
                               "Skipping unsupported RTCP SDES item of type %u", static_cast<unsigned>(type));
       return r_.SkipReadable(length);
     }
+    if (!r_.MayHoldEntries(1)) return false;
     ZunRtcpSdesItem* const item =
         items.Next([&](const ZunRtcpSdesItem& old) { return old.text.allocator == allocator_; },
                    [&](ZunRtcpSdesItem* raw) { ZunRtcpSdesItemConstructDefault(raw, allocator_); });
-    if (item == nullptr || !r_.String(&item->text, length)) return false;
+    if (item == nullptr) return r_.RefuseAllocation();
+    if (!r_.String(&item->text, length)) return false;
     item->type = type;
     items.Keep();
     return true;
@@ -115,6 +121,18 @@ struct Wire {
     return length;
   }
 
+  static ZunRtcpEncodeReason FindUnencodable(const ZunRtcpSdes& p, ZunRtcpDialect) {
+    if (Chunks::Size(&p.chunks) > kMaxChunks) return ZUN_RTCP_ENCODE_REASON_TOO_MANY;
+    for (const ZunRtcpSdesChunk* chunk = p.chunks.begin; chunk != p.chunks.end; ++chunk) {
+      for (const ZunRtcpSdesItem* item = chunk->items.begin; item != chunk->items.end; ++item) {
+        if (item->type <= ZUN_RTCPSDESITEM_TYPE_EndOfList || item->type > kMaxItemType)
+          return ZUN_RTCP_ENCODE_REASON_ITEM_TYPE;
+        if (item->text.size > kMaxTextSize) return ZUN_RTCP_ENCODE_REASON_TEXT_TOO_LONG;
+      }
+    }
+    return ZUN_RTCP_ENCODE_REASON_NONE;
+  }
+
   // Any number of chunks is written, and its low 8 bits are the count: above 31 it spills out of the count field.
   static bool Write(const ZunRtcpSdes& p, zun::Output& out, bool pad) {
     const ZunSizeT length = Length(p);
@@ -129,7 +147,10 @@ struct Wire {
 
   static bool Read(ZunRtcpSdes* p, zun::BodyReader& r, const zun::Body& body) {
     const ZunUint8 count = body.header.count;
-    if (count == 0) return r.AtEnd();
+    if (count == 0) {
+      if (body.IsDecoded()) Chunks::Clear(&p->chunks);
+      return r.NeedEnd();
+    }
     // One request for all that the body can hold. Where it is refused, the list grows as far as it is let.
     if (count > Chunks::Capacity(&p->chunks)) {
       const ZunSizeT held = r.BytesBeforeEnd() / kMinChunkSize;
@@ -140,7 +161,7 @@ struct Wire {
     for (ZunUint8 left = count; left > 0; --left) {
       if (!reader.Read(chunks)) return false;
     }
-    return r.AtEnd();
+    return r.NeedEnd();
   }
 };
 

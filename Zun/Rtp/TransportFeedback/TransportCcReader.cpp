@@ -53,13 +53,20 @@ struct ChunkList {
 
 PacketInfo Untimed(ZunUint32 status) { return {status != zun::kNotReceived, 0, 0}; }
 
+// How a large delta is formed: as a number of 16 bits in the registered dialect; in the house's, where the low byte has
+// a sign of its own, as ZunInt16FromBuffer forms it.
+template <bool kRegistered>
+ZunInt16 LargeDelta(const ZunUint8* octets) {
+  return kRegistered ? static_cast<ZunInt16>(ZunUint16FromOctets(octets)) : ZunInt16FromSpilledOctets_(octets);
+}
+
 // The one reader of a delta: the packet of that status, up to kMaxStatus, whose delta, if any, lies at `delta`. It
 // takes no branch, as losses come unpredictably, and so looks at kDeltaLook<kMaxStatus> bytes.
-template <ZunUint32 kMaxStatus = zun::kNoDelta>
+template <bool kRegistered, ZunUint32 kMaxStatus = zun::kNoDelta>
 PacketInfo Timed(ZunUint32 status, const ZunUint8* delta) {
   const ZunBool timed = zun::DeltaSizeOf<kMaxStatus>(status) != 0;
   const bool is_large = kMaxStatus >= zun::kLargeDelta && status == zun::kLargeDelta;
-  const ZunInt16 value = is_large ? ZunInt16FromSpilledOctets_(delta) : ZunInt16{delta[0]};
+  const ZunInt16 value = is_large ? LargeDelta<kRegistered>(delta) : ZunInt16{delta[0]};
   return {status != zun::kNotReceived, timed, static_cast<ZunInt16>(value & -timed)};
 }
 
@@ -90,6 +97,7 @@ bool AppendUntimed(ZunVector_ZunRtcpRtpfbTransportCcPacketInfo* infos, const Chu
 }
 
 // Puts deltas into packets, one chunk after the other. It is meant to live in registers, so all of it is inlined.
+template <bool kRegistered>
 class DeltaReader {
  public:
   DeltaReader(const ZunUint8* begin, const ZunUint8* end) : next_(begin), end_(end) {}
@@ -120,7 +128,7 @@ class DeltaReader {
   [[gnu::always_inline]] bool FillRun(PacketInfo* to, StatusChunk chunk, ZunUint32 count) {
     if (!CanLook<kStatus>(count)) return FillToEnd(to, chunk, count);
     const ZunUint8* const deltas = next_;
-    for (ZunUint32 i = 0; i < count; ++i) to[i] = Timed<kStatus>(kStatus, deltas + ZunSizeT{i} * kStatus);
+    for (ZunUint32 i = 0; i < count; ++i) to[i] = Timed<kRegistered, kStatus>(kStatus, deltas + ZunSizeT{i} * kStatus);
     next_ = deltas + ZunSizeT{count} * kStatus;
     return true;
   }
@@ -131,7 +139,7 @@ class DeltaReader {
     const ZunUint8* next = next_;
     const auto fill = [&](ZunUint32 i) {
       const ZunUint32 status = Chunk::Status(chunk.word(), i);
-      to[i] = Timed<Chunk::kMaxStatus>(status, next);
+      to[i] = Timed<kRegistered, Chunk::kMaxStatus>(status, next);
       next += zun::DeltaSizeOf<Chunk::kMaxStatus>(status);
     };
     if (count == Chunk::kCount) {  // a loop of known length is unrolled
@@ -151,7 +159,7 @@ class DeltaReader {
       if (static_cast<ZunSizeT>(end_ - next_) < size) return false;
       ZunUint8 delta[kDeltaLook<>] = {};
       for (ZunUint32 k = 0; k < size; ++k) delta[k] = *next_++;
-      to[i] = Timed(status, delta);
+      to[i] = Timed<kRegistered>(status, delta);
     }
     return true;
   }
@@ -160,7 +168,9 @@ class DeltaReader {
   const ZunUint8* end_;
 };
 
-bool FillDeltas(PacketInfo* to, const ChunkList& chunks, DeltaReader deltas) {
+template <bool kRegistered>
+bool FillDeltas(PacketInfo* to, const ChunkList& chunks, const ZunUint8* octets, ZunSizeT size) {
+  DeltaReader<kRegistered> deltas(octets, octets + size);
   return chunks.ForEach([&](StatusChunk chunk, ZunUint32 count) {
     const bool filled = deltas.Fill(to, chunk, count);
     to += count;
@@ -168,21 +178,35 @@ bool FillDeltas(PacketInfo* to, const ChunkList& chunks, DeltaReader deltas) {
   });
 }
 
+// Something is missing: chunks, deltas or memory. What is there is kept.
+template <bool kRegistered>
+bool ReadIncomplete(zun::BodyReader& r, ZunVector_ZunRtcpRtpfbTransportCcPacketInfo* infos, const ChunkList& chunks,
+                    bool has_all_chunks) {
+  if (!AppendUntimed(infos, chunks)) return r.RefuseAllocation();
+  if (!has_all_chunks) return r.Refuse(ZUN_RTCP_DECODE_REASON_TOO_SHORT);
+  if (chunks.deltas > r.BytesBeforeEnd()) return true;
+  const ZunUint8* const deltas = r.Take(0);
+  return FillDeltas<kRegistered>(infos->begin, chunks, deltas, r.ReadableBytes());
+}
+
+template <bool kRegistered>
+bool ReadPackets(zun::BodyReader r, ZunVector_ZunRtcpRtpfbTransportCcPacketInfo* infos, ZunUint32 count) {
+  const ChunkList chunks(r, count);
+  const bool has_all_chunks = chunks.packets == count;
+  PacketInfos::Clear(infos);
+  if (!r.MayHoldStatuses(chunks.packets)) return false;
+  if (kRegistered && (!has_all_chunks || !r.NeedReadable(chunks.deltas))) return false;
+  if (!PacketInfos::Reserve(infos, chunks.packets) || !has_all_chunks || !r.HasReadable(chunks.deltas)) {
+    return ReadIncomplete<kRegistered>(r, infos, chunks, has_all_chunks);
+  }
+  const ZunUint8* const deltas = r.Take(0);
+  infos->end = infos->begin + chunks.packets;
+  return FillDeltas<kRegistered>(infos->begin, chunks, deltas, r.ReadableBytes());
+}
+
 }  // namespace
 
-bool zun::ReadTransportCcPackets(BodyReader r, ZunVector_ZunRtcpRtpfbTransportCcPacketInfo* infos, ZunUint32 count) {
-  const ChunkList chunks(r, count);
-  const bool complete = chunks.packets == count;
-  const bool has_deltas = chunks.deltas <= r.BytesBeforeEnd();
-  const bool are_readable = chunks.deltas <= r.ReadableBytes();
-  const ZunUint8* const deltas = r.Take(0);
-  const DeltaReader reader(deltas, deltas + r.ReadableBytes());
-  PacketInfos::Clear(infos);
-  if (PacketInfos::Reserve(infos, chunks.packets) && complete && are_readable) {
-    infos->end = infos->begin + chunks.packets;
-    return FillDeltas(infos->begin, chunks, reader);
-  }
-  // Something is missing.
-  if (!AppendUntimed(infos, chunks) || !complete) return false;
-  return !has_deltas || FillDeltas(infos->begin, chunks, reader);
+bool zun::ReadTransportCcPackets(const BodyReader& r, ZunVector_ZunRtcpRtpfbTransportCcPacketInfo* infos,
+                                 ZunUint32 count, bool is_registered) {
+  return is_registered ? ReadPackets<true>(r, infos, count) : ReadPackets<false>(r, infos, count);
 }

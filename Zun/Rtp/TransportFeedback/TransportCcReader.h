@@ -7,10 +7,12 @@
 
 namespace zun {
 
-// Replaces `infos` by the next `count` packets. A message whose deltas are cut short still tells which packets arrived:
-// it is read without any delta, with a true result. False when the chunks are cut short, when a delta lies outside the
-// buffer, or when storage is refused; `infos` then holds the packets up to there.
-bool ReadTransportCcPackets(BodyReader r, ZunVector_ZunRtcpRtpfbTransportCcPacketInfo* infos, ZunUint32 count);
+// Replaces `infos` by the next `count` packets. False when the chunks are cut short, when a delta lies outside the
+// buffer, or when storage is refused; `infos` then holds the packets up to there. A message whose deltas are cut short
+// still tells which packets arrived: in the house's dialect it is read without any delta, with a true result; in the
+// registered one it is refused.
+bool ReadTransportCcPackets(const BodyReader& r, ZunVector_ZunRtcpRtpfbTransportCcPacketInfo* infos, ZunUint32 count,
+                            bool is_registered);
 
 }  // namespace zun
 

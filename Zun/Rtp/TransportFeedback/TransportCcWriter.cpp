@@ -50,9 +50,10 @@ struct NextChunk {
 // A run goes on until the status changes, and a vector until it is full. A run becomes a vector when the status
 // changes while a vector has room left: within 7 packets, or within 14 that one bit each can tell. A vector has room
 // for 14 only as long as neither it nor the packet that follows needs two bits. So a vector of one-bit statuses may
-// end after 7 to 13 packets although more follow, and a reader, which takes it for 14, reads the next ones wrong.
-// Peers know these very words, so it stays as it is.
-NextChunk GetNextChunk(const PacketInfo* first, const PacketInfo* last) {
+// end after 7 to 13 packets although more follow, and a reader, which takes it for 14, reads the next ones wrong. Peers
+// of the house know these very words, so there it stays as it is; in the registered dialect the first 7 take two bits
+// each instead, which every reader reads back.
+NextChunk GetNextChunk(const PacketInfo* first, const PacketInfo* last, bool is_registered) {
   const ZunUint32 status = zun::StatusOf(*first);
   ZunUint32 one_bit = 0;   // the statuses taken so far, of one bit each
   ZunUint32 two_bits = 0;  // and of two
@@ -70,6 +71,11 @@ NextChunk GetNextChunk(const PacketInfo* first, const PacketInfo* last) {
     two_bits = two_bits << 2 | next;
   }
   ZunUint32 count = static_cast<ZunUint32>(end - first);
+  const bool ends_early = count < OneBitChunk::kCount && end != last;
+  if (is_registered && !is_run && wide == 0 && ends_early) {
+    const ZunUint32 others = count - TwoBitChunk::kCount;
+    return {TwoBitChunk::Word(two_bits >> 2 * others, TwoBitChunk::kCount), end - others};
+  }
   if (!is_run) return {wide != 0 ? TwoBitChunk::Word(two_bits, count) : OneBitChunk::Word(one_bit, count), end};
   if (count == OneBitChunk::kCount) {
     end = EndOfRun(first, end, last - first > RunLengthChunk::kMaxCount ? first + RunLengthChunk::kMaxCount : last);
@@ -91,14 +97,14 @@ ZunUint32 StoreDelta(ZunUint8* to, const PacketInfo& info) {
 
 namespace zun {
 
-TransportCcLayout::TransportCcLayout(const ZunVector_ZunRtcpRtpfbTransportCcPacketInfo& infos)
-    : begin_(infos.begin), end_(infos.end) {
+TransportCcLayout::TransportCcLayout(const ZunVector_ZunRtcpRtpfbTransportCcPacketInfo& infos, ZunRtcpDialect dialect)
+    : is_registered_(dialect == ZUN_RTCP_DIALECT_REGISTERED), begin_(infos.begin), end_(infos.end) {
   const PacketInfo* const last = infos.end;
   const PacketInfo* first = infos.begin;
   ZunSizeT chunks = 0;
   ZunSizeT deltas = 0;
   const auto next = [&] {
-    const NextChunk chunk = GetNextChunk(first, last);
+    const NextChunk chunk = GetNextChunk(first, last, is_registered_);
     deltas += StatusChunk(chunk.word).DeltaSize(static_cast<ZunUint32>(chunk.end - first));
     first = chunk.end;
     ++chunks;
@@ -128,7 +134,7 @@ bool TransportCcLayout::WriteChunks(BodyWriter& w) const {
     if (!w.U16(kept_[i])) return false;
   }
   for (const PacketInfo* first = after_kept_; first != end_;) {
-    const NextChunk chunk = GetNextChunk(first, end_);
+    const NextChunk chunk = GetNextChunk(first, end_, is_registered_);
     if (!w.U16(static_cast<ZunUint16>(chunk.word))) return false;
     first = chunk.end;
   }

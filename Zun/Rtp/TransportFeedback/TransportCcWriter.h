@@ -3,6 +3,7 @@
 #define ZUN_RTP_TRANSPORTFEEDBACK_TRANSPORTCCWRITER_H
 
 #include "Zun/Rtp/Core/BodyWriter.h"
+#include "Zun/Rtp/Core/ZunRtcpDialect.h"
 #include "Zun/Rtp/TransportFeedback/ZunRtcpRtpfbTransportCcPacketInfo.h"
 
 namespace zun {
@@ -10,7 +11,7 @@ namespace zun {
 // The chunks and deltas of a list of packets, laid out once for its length and for its writing.
 class TransportCcLayout {
  public:
-  explicit TransportCcLayout(const ZunVector_ZunRtcpRtpfbTransportCcPacketInfo& infos);
+  TransportCcLayout(const ZunVector_ZunRtcpRtpfbTransportCcPacketInfo& infos, ZunRtcpDialect dialect);
 
   // Bytes of all chunks and deltas.
   ZunSizeT Size() const;
@@ -27,6 +28,7 @@ class TransportCcLayout {
   // The first chunks are kept, so that few messages need a second pass over the packets to write them.
   static constexpr ZunSizeT kKept = 64;
 
+  bool is_registered_;
   const PacketInfo* begin_;
   const PacketInfo* end_;
   const PacketInfo* after_kept_;  // the packet after those that the kept chunks tell of

@@ -27,7 +27,7 @@ struct Wire {
 
   static bool Read(ZunRtcpRtpfbAbafb* p, zun::BodyReader& r, const zun::Body&) {
     if (!zun::ReadFeedbackSources(r, p) || !r.U32(&p->timestamp) || !zun::ReadDelay(r, p) || !r.U32(&p->data_rate) ||
-        !r.U32(&p->loss_rate) || !r.U32(&p->aba_data_rate) || !r.AtEnd()) {
+        !r.U32(&p->loss_rate) || !r.U32(&p->aba_data_rate) || !r.NeedEnd()) {
       return false;
     }
     kIdentity.Mark(p);

@@ -89,17 +89,24 @@ struct Wire {
     return zun::kFeedbackHeaderSize + kSeqMapSize * SeqMaps::Size(&p.seqMaps);
   }
 
+  static ZunRtcpEncodeReason FindUnencodable(const ZunRtcpRtpfbNack& p, ZunRtcpDialect) {
+    return SeqMaps::Size(&p.seqMaps) != 0 ? ZUN_RTCP_ENCODE_REASON_NONE : ZUN_RTCP_ENCODE_REASON_NO_ENTRIES;
+  }
+
   static bool Write(const ZunRtcpRtpfbNack& p, zun::Output& out, bool pad) {
     const ZunSizeT length = Length(p);
     zun::BodyWriter w(out, length);
     if (zun::WriteFeedbackHeader(w, pad, kIdentity, p, length) && WriteSeqMaps(w, p.seqMaps)) return true;
-    ZUN_LOG_ERROR_(ZunLogRtcp_, "ZunRtcpRtpfbNackWritePacket", "Unable to write Generic NACK subpacket");
+    if (!out.IsBlock()) {
+      ZUN_LOG_ERROR_(ZunLogRtcp_, "ZunRtcpRtpfbNackWritePacket", "Unable to write Generic NACK subpacket");
+    }
     return false;
   }
 
   static bool Read(ZunRtcpRtpfbNack* p, zun::BodyReader& r, const zun::Body&) {
     SeqMaps::Clear(&p->seqMaps);
-    if (!zun::ReadFeedbackSources(r, p) || !r.HasReadable(kSeqMapSize) || !ReadSeqMaps(r, &p->seqMaps)) {
+    if (!zun::ReadFeedbackSources(r, p) || !r.NeedEntry() || !r.NeedReadable(kSeqMapSize) ||
+        !ReadSeqMaps(r, &p->seqMaps)) {
       ZUN_LOG_ERROR_(ZunLogRtcp_, "ZunRtcpRtpfbNackAssignFromBuffer", "Unable to parse Generic NACK subpacket");
       return false;
     }

@@ -31,6 +31,10 @@ struct Wire {
     return zun::kFeedbackHeaderSize + kEntrySize * Entries::Size(&p.fci);
   }
 
+  static ZunRtcpEncodeReason FindUnencodable(const ZunRtcpRtpfbTmmbr& p, ZunRtcpDialect) {
+    return Entries::Size(&p.fci) != 0 ? ZUN_RTCP_ENCODE_REASON_NONE : ZUN_RTCP_ENCODE_REASON_NO_ENTRIES;
+  }
+
   // The entries name the media senders, so the media source has no meaning and is 0 on the wire.
   static bool Write(const ZunRtcpRtpfbTmmbr& p, zun::Output& out, bool pad) {
     const ZunSizeT length = Length(p);

@@ -24,6 +24,7 @@ constexpr ZunTime kDeltaUnit = 250000;  // nanoseconds
 constexpr ZunUint64 kMostNegativeDelta = 8192124000;  // nanoseconds
 constexpr ZunUint64 kDeltaRange = 16383998000;        // nanoseconds
 
+constexpr ZunSizeT kMaxStatuses = 65535;
 constexpr ZunSizeT kFixedSize = zun::kFeedbackHeaderSize + 8;
 // 7 packets take at most one chunk and 7 large deltas.
 constexpr ZunSizeT kEstimatePackets = 7;
@@ -47,13 +48,24 @@ bool Append(ZunRtcpRtpfbTransportCc* p, PacketInfo info) {
 }
 
 struct Wire {
-  static ZunSizeT Length(const ZunRtcpRtpfbTransportCc& p) { return Length(TransportCcLayout(p.packetInfo)); }
+  static ZunSizeT Length(const ZunRtcpRtpfbTransportCc& p) {
+    return Length(TransportCcLayout(p.packetInfo, ZUN_RTCP_DIALECT_HOUSE));
+  }
 
   // The zeros align the end of the whole output.
-  static bool HasExactLength(const ZunRtcpRtpfbTransportCc&, ZunSizeT begin) { return begin % 4 == 0; }
+  static ZunSizeT EncodedLength(const ZunRtcpRtpfbTransportCc& p, ZunSizeT begin, ZunRtcpDialect dialect) {
+    const ZunSizeT unpadded = kFixedSize + TransportCcLayout(p.packetInfo, dialect).Size();
+    return unpadded + zun::PaddingAfter(begin + unpadded);
+  }
+
+  static ZunRtcpEncodeReason FindUnencodable(const ZunRtcpRtpfbTransportCc& p, ZunRtcpDialect) {
+    if (PacketInfos::Size(&p.packetInfo) > kMaxStatuses) return ZUN_RTCP_ENCODE_REASON_TOO_MANY;
+    const bool fits = p.refTime > -kReferenceModulus && p.refTime < kReferenceModulus;
+    return fits ? ZUN_RTCP_ENCODE_REASON_NONE : ZUN_RTCP_ENCODE_REASON_VALUE;
+  }
 
   static bool Write(const ZunRtcpRtpfbTransportCc& p, zun::Output& out, bool pad) {
-    const TransportCcLayout layout(p.packetInfo);
+    const TransportCcLayout layout(p.packetInfo, out.dialect());
     const ZunSizeT unpadded = kFixedSize + layout.Size();
     const ZunUint16 count = static_cast<ZunUint16>(PacketInfos::Size(&p.packetInfo) & 0xFFFF);
     zun::BodyWriter w(out, unpadded + zun::PaddingAfter(out.Size() + unpadded));
@@ -70,7 +82,7 @@ struct Wire {
     return true;
   }
 
-  static bool Read(ZunRtcpRtpfbTransportCc* p, zun::BodyReader& r, const zun::Body&) {
+  static bool Read(ZunRtcpRtpfbTransportCc* p, zun::BodyReader& r, const zun::Body& body) {
     p->latestTime = kNoTime;
     if (!zun::ReadFeedbackSources(r, p) || !r.U16(&p->baseSeq)) return false;
     const ZunUint8* const head = r.Take(6);
@@ -78,7 +90,7 @@ struct Wire {
     const ZunUint32 count = ZunUint16FromOctets(head);
     p->refTime = SignedReferenceTime(static_cast<ZunUint32>(head[2]) << 16 | ZunUint16FromOctets(head + 3));
     p->packetCount = head[5];
-    return zun::ReadTransportCcPackets(r, &p->packetInfo, count);
+    return zun::ReadTransportCcPackets(r, &p->packetInfo, count, body.IsRegistered());
   }
 
  private:

@@ -199,7 +199,7 @@ TEST(BodyWriter, LengthThatOverflowsIsARefusedReservation) {
 TEST(BodyWriter, ABlockTakesWhatFitsAndNeverMore) {
   for (ZunSizeT capacity = 0; capacity <= kFieldsSize + 1; ++capacity) {
     std::string block(capacity + 8, '#');
-    Output out(reinterpret_cast<ZunUint8*>(block.data()), capacity);
+    Output out(reinterpret_cast<ZunUint8*>(block.data()), capacity, ZUN_RTCP_DIALECT_HOUSE);
     bool written = false;
     {
       BodyWriter w(out, kFieldsSize);
@@ -214,7 +214,7 @@ TEST(BodyWriter, ABlockTakesWhatFitsAndNeverMore) {
 
 TEST(BodyWriter, SeveralWritersFillABlockOneAfterTheOther) {
   ZunUint8 block[8] = {};
-  Output out(block, sizeof(block));
+  Output out(block, sizeof(block), ZUN_RTCP_DIALECT_HOUSE);
   for (ZunUint32 i = 1; i <= 2; ++i) {
     BodyWriter w(out, 4);
     EXPECT_TRUE(w.U32(i));

@@ -47,6 +47,12 @@ struct Recorder {
     return !fails;
   }
   static ZunSizeT Length(const ZunRtcpSubpacket*) { return kName; }
+  static ZunSizeT EncodedLength(const ZunRtcpSubpacket*, ZunSizeT begin, ZunRtcpDialect dialect) {
+    return kName + begin + static_cast<ZunSizeT>(dialect);
+  }
+  static ZunRtcpEncodeReason FindUnencodable(const ZunRtcpSubpacket*, ZunRtcpDialect dialect) {
+    return dialect == ZUN_RTCP_DIALECT_HOUSE ? ZunRtcpEncodeReason{kName} : ZUN_RTCP_ENCODE_REASON_NONE;
+  }
   static bool Construct(ZunRtcpSubpacket* p, const zun::Body& body, ZunAllocator* a) {
     Record("is read anew");
     allocator_asked_for = a;
@@ -60,7 +66,8 @@ struct Recorder {
     return !fails;
   }
   static constexpr RtcpSubpacketFunctions kRow(ZunInt32 value) {
-    return {value, Copy, Destruct, Assign, GetAllocator, nullptr, Length, nullptr, nullptr, Construct, Read, Write};
+    return {value,   Copy,    Destruct,  Assign, GetAllocator, nullptr,       Length,
+            nullptr, nullptr, Construct, Read,   Write,        EncodedLength, FindUnencodable};
   }
 };
 
@@ -95,7 +102,7 @@ class Dispatch : public ::testing::Test {
   bool Read(ZunInt32 value, ZunRtcpSubpacket* p) {
     zun::Body body = {};
     body.begin = 4;
-    return TestDispatch::AssignFromBody(value, p, body, [this](ZunAllocator* own) {
+    return TestDispatch::AssignFromBody(Level::RowOf(value), p, body, [this](ZunAllocator* own) {
       own_allocator_ = own;
       return b_.get();
     });
@@ -149,6 +156,9 @@ TEST_F(Dispatch, OperationsGoToTheRowOfTheObject) {
   EXPECT_TRUE(TestDispatch::Write(&o, out, true));
   TestDispatch::Destruct(&o);
   EXPECT_EQ(TestDispatch::GetPacketLength(&o), ZunSizeT{'c'});
+  EXPECT_EQ(TestDispatch::EncodedLength(&o, 100, ZUN_RTCP_DIALECT_REGISTERED), ZunSizeT{'c' + 101});
+  EXPECT_EQ(TestDispatch::FindUnencodable(&o, ZUN_RTCP_DIALECT_HOUSE), 'c');
+  EXPECT_EQ(TestDispatch::FindUnencodable(&o, ZUN_RTCP_DIALECT_REGISTERED), ZUN_RTCP_ENCODE_REASON_NONE);
   EXPECT_EQ(TestDispatch::GetAllocator(&o), a_.get());
   EXPECT_EQ(Taken(), (Calls{"c copies", "c copies", "c writes", "c writes with pad", "c destructs"}));
 }
