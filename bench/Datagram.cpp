@@ -4,6 +4,7 @@
 #include <cstring>
 #include <memory>
 
+#include "Zun/Rtp/Dialect/ZunRtcpCodec.h"
 #include "bench/Bench.h"
 
 namespace bench {
@@ -86,6 +87,51 @@ void PartialWrite(benchmark::State& state, const std::string& subject, const std
   });
 }
 
+// The open door: the same, from octets and into octets.
+template <ZunRtcpDialect kDialect>
+void DecodeInPlace(benchmark::State& state, const std::string& subject, const std::string& datagram) {
+  Packet packet;
+  const auto decode = [&] {
+    return ZunRtcpPacketDecode(packet.get(), datagram.data(), datagram.size(), kDialect, nullptr, nullptr) != 0;
+  };
+  Require(decode(), subject);
+  Measure(state, [&] {
+    Require(decode(), subject);
+    benchmark::ClobberMemory();
+  });
+}
+
+void DecodeFromArena(benchmark::State& state, const std::string& subject, const std::string& datagram) {
+  constexpr ZunSizeT kArenaSize = ZunSizeT{1} << 20;
+  const std::unique_ptr<char[]> block(new char[kArenaSize]);
+  ZunArena arena;
+  ZunArenaConstruct(&arena, block.get(), kArenaSize, nullptr);
+  Measure(state, [&] {
+    ZunRtcpPacket packet;
+    ZunRtcpPacketConstructDefault(&packet, ZunArenaGetAllocator(&arena));
+    Require(
+        ZunRtcpPacketDecode(&packet, datagram.data(), datagram.size(), ZUN_RTCP_DIALECT_HOUSE, nullptr, nullptr) != 0,
+        subject);
+    benchmark::DoNotOptimize(packet);
+    ZunArenaReset(&arena);
+  });
+}
+
+template <ZunRtcpDialect kDialect>
+void Encode(benchmark::State& state, const std::string& subject, const std::string& datagram) {
+  Packet packet;
+  Require(ZunRtcpPacketDecode(packet.get(), datagram.data(), datagram.size(), ZUN_RTCP_DIALECT_HOUSE, nullptr,
+                              nullptr) != 0,
+          subject);
+  const ZunSizeT capacity = 2 * datagram.size();
+  const std::unique_ptr<char[]> octets(new char[capacity]);
+  ZunSizeT size = 0;
+  Measure(state, [&] {
+    Require(ZunRtcpPacketEncode(packet.get(), octets.get(), capacity, kDialect, &size) != 0, subject);
+    benchmark::ClobberMemory();
+  });
+}
+
 void Memcpy(benchmark::State& state, const std::string& datagram) {
   const std::unique_ptr<char[]> to(new char[datagram.size()]);
   Measure(state, [&] {
@@ -103,6 +149,13 @@ void AddDatagram(const std::string& subject, const std::string& datagram, const 
   Add({subject, "parse fresh", with(ParseFresh), "", 0});
   Add({subject, "parse in place", with(ParseInPlace), goals.parse_yardstick, goals.parse});
   Add({subject, "write", with(Write), goals.write_yardstick, goals.write});
+  // The goals leave room for what one run differs from another.
+  Add({subject, "decode in place", with(DecodeInPlace<ZUN_RTCP_DIALECT_HOUSE>), subject + "/parse in place", 1.1});
+  Add({subject, "decode, registered", with(DecodeInPlace<ZUN_RTCP_DIALECT_REGISTERED>), subject + "/decode in place",
+       1.1});
+  Add({subject, "decode, arena", with(DecodeFromArena), subject + "/decode in place", 1.5});
+  Add({subject, "encode", with(Encode<ZUN_RTCP_DIALECT_HOUSE>), subject + "/write", 1.1});
+  Add({subject, "encode, registered", with(Encode<ZUN_RTCP_DIALECT_REGISTERED>), subject + "/encode", 1.1});
   Add({subject, "length", with(Length), "", 0});
   if (partial) Add({subject, "partial write", with(PartialWrite), "", 0});
   Add({subject, "memcpy", [=](benchmark::State& state) { Memcpy(state, datagram); }, "", 0});

@@ -1,0 +1,16 @@
+/*
+ * The open door: octets in and out, two dialects, a diagnosis, a budget. All of it stands beside the functions of
+ * ZunRtcpPacket.h and changes none of them.
+ */
+#ifndef ZUN_RTP_DIALECT_ZUNRTCPCODEC_H
+#define ZUN_RTP_DIALECT_ZUNRTCPCODEC_H
+
+#include "Zun/Rtp/Dialect/ZunRtcpComposition.h"
+#include "Zun/Rtp/Dialect/ZunRtcpDecode.h"
+#include "Zun/Rtp/Dialect/ZunRtcpEncode.h"
+#include "Zun/Rtp/Dialect/ZunRtcpTmmb.h"
+#include "Zun/Rtp/Dialect/ZunRtcpXr.h"
+#include "Zun/Rtp/ZunRtcpPacket.h"
+#include "Zun/Utils/ZunArena.h"
+
+#endif
