@@ -41,6 +41,8 @@ const ZunRtcpSubpacket* AsSubpacket(const Kind* p) {
 //   static ZunSizeT EncodedLength(const Kind& p, ZunSizeT begin, ZunRtcpDialect dialect);
 // where an object may hold what the wire cannot, the first reason why not to encode it:
 //   static ZunRtcpEncodeReason FindUnencodable(const Kind& p, ZunRtcpDialect dialect);
+// where that would go through a list that is written anyway, that Write looks for itself, and fails where it is to:
+//   static constexpr bool kLooksWhileItWrites = true;
 // and, where copying with another allocator does more than construct and assign:
 //   static Kind* CopyWithAllocator(Kind* p, const Kind* o, ZunAllocator* a);
 template <class Kind, class Wire, Kind* (*ConstructDefault)(Kind*, ZunAllocator*),
@@ -81,13 +83,16 @@ struct Row {
   // What is encoded into a block must fit the wire. In debug builds a message that was written without a refusal must be
   // as long as was said.
   static bool Write(const Kind& p, Output& out, bool pad) {
-    if (out.IsBlock() && FindUnencodable(p, out.dialect()) != ZUN_RTCP_ENCODE_REASON_NONE) return false;
+    if constexpr (!requires { Wire::kLooksWhileItWrites; }) {
+      if (out.IsBlock() && FindUnencodable(p, out.dialect()) != ZUN_RTCP_ENCODE_REASON_NONE) return false;
+    }
 #ifdef NDEBUG
     return Wire::Write(p, out, pad);
 #else
     const ZunSizeT begin = out.Size();
     const bool written = Wire::Write(p, out, pad);
     assert(!written || out.WasRefused() || out.Size() - begin == EncodedLength(p, begin, out.dialect()));
+    assert(!written || !out.IsBlock() || FindUnencodable(p, out.dialect()) == ZUN_RTCP_ENCODE_REASON_NONE);
     return written;
 #endif
   }

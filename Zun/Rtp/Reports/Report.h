@@ -37,24 +37,25 @@ struct Report {
     return kSubpacketHeaderSize + Fields::kSize + ReportBlocksLength(p.report_blocks) + p.profile_specific_ext.size;
   }
 
+  static constexpr bool kLooksWhileItWrites = true;
   static ZunRtcpEncodeReason FindUnencodable(const Kind& p, ZunRtcpDialect) {
-    if (Blocks::Size(&p.report_blocks) > kMaxReportBlocks) return ZUN_RTCP_ENCODE_REASON_TOO_MANY;
-    if (p.profile_specific_ext.size % 4 != 0) return ZUN_RTCP_ENCODE_REASON_NOT_WHOLE_WORDS;
-    ZunUint32 lost = 0;
-    for (const ZunRtcpReportBlock* x = p.report_blocks.begin; x != p.report_blocks.end; ++x)
-      lost |= x->cum_num_packet_lost;
-    return lost > kPacketsLostMask ? ZUN_RTCP_ENCODE_REASON_VALUE : ZUN_RTCP_ENCODE_REASON_NONE;
+    const ZunRtcpEncodeReason reason = FindUnencodableSize(p);
+    if (reason != ZUN_RTCP_ENCODE_REASON_NONE) return reason;
+    ZunUint32 excess = 0;
+    for (const ZunRtcpReportBlock* x = p.report_blocks.begin; x != p.report_blocks.end; ++x) excess |= ExcessOf(*x);
+    return excess != 0 ? ZUN_RTCP_ENCODE_REASON_VALUE : ZUN_RTCP_ENCODE_REASON_NONE;
   }
 
   // Any number of blocks is written, and its low 8 bits are the count: above 31 it spills out of the count field.
   static bool Write(const Kind& p, Output& out, bool pad) {
+    if (out.IsBlock() && FindUnencodableSize(p) != ZUN_RTCP_ENCODE_REASON_NONE) return false;
     const ZunSizeT length = Length(p);
     const ZunUint8 count = static_cast<ZunUint8>(Blocks::Size(&p.report_blocks) & 0xFF);
     BodyWriter w(out, length);
     return w.Fields<kSubpacketHeaderSize + Fields::kSize>([&](FieldWriter& f) {
       f.U32(SubpacketHeaderWord(pad, count, p.type, length));
       Fields::Write(f, p);
-    }) && WriteReportBlocks(w, p.report_blocks) &&
+    }) && (out.IsBlock() ? WriteReportBlocksThatFit(w, p.report_blocks) : WriteReportBlocks(w, p.report_blocks)) &&
            w.String(p.profile_specific_ext);
   }
 
@@ -73,6 +74,12 @@ struct Report {
     }
     Owned::AssignPlainFields(p, o);
     return IsSubpacket(Fields::kType).Mark(p);
+  }
+
+ private:
+  static ZunRtcpEncodeReason FindUnencodableSize(const Kind& p) {
+    if (Blocks::Size(&p.report_blocks) > kMaxReportBlocks) return ZUN_RTCP_ENCODE_REASON_TOO_MANY;
+    return p.profile_specific_ext.size % 4 != 0 ? ZUN_RTCP_ENCODE_REASON_NOT_WHOLE_WORDS : ZUN_RTCP_ENCODE_REASON_NONE;
   }
 };
 

@@ -35,11 +35,17 @@ ZunSizeT ListEndLength(ZunSizeT items_length) {
   return kEndOfListSize + zun::PaddingAfter(items_length + kEndOfListSize);
 }
 
+ZunRtcpEncodeReason FindUnencodableIn(const ZunRtcpSdesItem& item) {
+  if (item.type <= ZUN_RTCPSDESITEM_TYPE_EndOfList || item.type > kMaxItemType) return ZUN_RTCP_ENCODE_REASON_ITEM_TYPE;
+  return item.text.size > kMaxTextSize ? ZUN_RTCP_ENCODE_REASON_TEXT_TOO_LONG : ZUN_RTCP_ENCODE_REASON_NONE;
+}
+
 // A text, or a zero byte, that the string has no room for is left out unnoticed; all else is reported.
-bool WriteChunk(zun::BodyWriter& w, const ZunRtcpSdesChunk& chunk) {
+bool WriteChunk(zun::BodyWriter& w, const ZunRtcpSdesChunk& chunk, bool must_fit) {
   if (!w.U32(chunk.ssrc)) return false;
   ZunSizeT items_length = 0;
   for (const ZunRtcpSdesItem* item = chunk.items.begin; item != chunk.items.end; ++item) {
+    if (must_fit && FindUnencodableIn(*item) != ZUN_RTCP_ENCODE_REASON_NONE) return false;
     const ZunUint32 header = (static_cast<ZunUint32>(item->type) & 0xFF) << 8 | (item->text.size & 0xFF);
     if (!w.U16(static_cast<ZunUint16>(header))) return false;
     (void)w.String(item->text);
@@ -121,13 +127,13 @@ struct Wire {
     return length;
   }
 
+  static constexpr bool kLooksWhileItWrites = true;
   static ZunRtcpEncodeReason FindUnencodable(const ZunRtcpSdes& p, ZunRtcpDialect) {
     if (Chunks::Size(&p.chunks) > kMaxChunks) return ZUN_RTCP_ENCODE_REASON_TOO_MANY;
     for (const ZunRtcpSdesChunk* chunk = p.chunks.begin; chunk != p.chunks.end; ++chunk) {
       for (const ZunRtcpSdesItem* item = chunk->items.begin; item != chunk->items.end; ++item) {
-        if (item->type <= ZUN_RTCPSDESITEM_TYPE_EndOfList || item->type > kMaxItemType)
-          return ZUN_RTCP_ENCODE_REASON_ITEM_TYPE;
-        if (item->text.size > kMaxTextSize) return ZUN_RTCP_ENCODE_REASON_TEXT_TOO_LONG;
+        const ZunRtcpEncodeReason reason = FindUnencodableIn(*item);
+        if (reason != ZUN_RTCP_ENCODE_REASON_NONE) return reason;
       }
     }
     return ZUN_RTCP_ENCODE_REASON_NONE;
@@ -135,12 +141,14 @@ struct Wire {
 
   // Any number of chunks is written, and its low 8 bits are the count: above 31 it spills out of the count field.
   static bool Write(const ZunRtcpSdes& p, zun::Output& out, bool pad) {
+    const bool must_fit = out.IsBlock();
+    if (must_fit && Chunks::Size(&p.chunks) > kMaxChunks) return false;
     const ZunSizeT length = Length(p);
     const ZunUint8 count = static_cast<ZunUint8>(Chunks::Size(&p.chunks) & 0xFF);
     zun::BodyWriter w(out, length);
     if (!zun::WriteSubpacketHeader(w, pad, count, p.type, length)) return false;
     for (const ZunRtcpSdesChunk* chunk = p.chunks.begin; chunk != p.chunks.end; ++chunk) {
-      if (!WriteChunk(w, *chunk)) return false;
+      if (!WriteChunk(w, *chunk, must_fit)) return false;
     }
     return true;
   }

@@ -1,5 +1,8 @@
 #include "Zun/Rtp/TransportFeedback/ZunRtcpRtpfbCcfb.h"
 
+#include <bit>
+#include <cstring>
+
 #include "Zun/Os/ZunTime.h"
 #include "Zun/Rtp/Core/EntryList.h"
 #include "Zun/Rtp/Core/FeedbackHeader.h"
@@ -33,43 +36,86 @@ constexpr ZunUint32 kMaxEcn = 3;
 // The form of a message is told by its number. In the house's the ECN bits are not moved down all the way, so the field
 // holds four times the codepoint when it is read. Callers know.
 enum class Form { House, Registered };
-constexpr int kEcnShift = 5;  // in the first octet of a metric
+constexpr int kWireEcnShift = 13;
 constexpr ZunUint32 kHouseEcnUnit = 4;
 
 // An odd number of metrics is followed by the size of one more.
 ZunSizeT PaddingAfter(ZunSizeT metrics) { return metrics % 2 * kMetricSize; }
 
+// A metric as one word, as it lies in memory, so that loops over metrics work on many at once.
+constexpr bool kIsLittle = std::endian::native == std::endian::little;
+constexpr int kReceivedShift = kIsLittle ? 0 : 24;
+constexpr int kEcnShift = kIsLittle ? 8 : 16;
+constexpr int kOffsetShift = kIsLittle ? 16 : 0;
+
+constexpr ZunUint32 WordOf(ZunUint32 received, ZunUint32 ecn, ZunUint32 offset) {
+  return received << kReceivedShift | ecn << kEcnShift | offset << kOffsetShift;
+}
+static_assert(WordOf(1, 2, 0x304) == std::bit_cast<ZunUint32>(Metric{1, 2, 0x304}));
+
+struct MetricWord {
+  explicit MetricWord(const Metric& metric) { std::memcpy(&word, &metric, sizeof(word)); }
+  ZunUint32 Ecn() const { return word >> kEcnShift & 0xFF; }
+  ZunUint32 Offset() const { return word >> kOffsetShift & 0xFFFF; }
+  // All bits of a packet that was received, none of one that was not.
+  ZunUint32 Mask() const { return (word >> kReceivedShift & 0xFF) != 0 ? ~ZunUint32{0} : 0; }
+
+  ZunUint32 word;
+};
+
 // Neither field is masked: what is too large spills into its neighbour, and only out of the word it is lost.
 void EncodeMetric(const Metric& metric, ZunUint8* octets) {
-  const ZunUint32 word = kReceived | metric.ecn * kEcnUnit | metric.arrivalTimeOffset;
-  zun::StoreBigEndian(octets, static_cast<ZunUint16>(metric.received ? word & 0xFFFF : 0));
+  const MetricWord m(metric);
+  zun::StoreBigEndian(octets,
+                      static_cast<ZunUint16>((kReceived | m.Ecn() * kEcnUnit | m.Offset()) & m.Mask() & 0xFFFF));
+}
+
+// What of a metric is too large for its word; 0 when nothing is.
+ZunUint32 ExcessOf(const Metric& metric) {
+  const MetricWord m(metric);
+  return ((m.Ecn() & ~kMaxEcn) | (m.Offset() & ~kOffsetMask)) & m.Mask();
 }
 
 template <Form kForm>
-Metric MetricOf(const ZunUint8* octets) {
+void DecodeMetric(const ZunUint8* octets, Metric* metric) {
   constexpr ZunUint32 kUnit = kForm == Form::House ? kHouseEcnUnit : 1;
-  const ZunUint16 word = ZunUint16FromOctets(octets);
-  return {static_cast<ZunBool>(word >> 15), static_cast<ZunUint8>((octets[0] >> kEcnShift & kMaxEcn) * kUnit),
-          static_cast<ZunUint16>(word & kOffsetMask)};
+  const ZunUint32 wire = ZunUint32{octets[0]} << 8 | octets[1];
+  const ZunUint32 word = WordOf(wire >> 15, (wire >> kWireEcnShift & kMaxEcn) * kUnit, wire & kOffsetMask);
+  std::memcpy(metric, &word, sizeof(word));
 }
 
-// Whether all metrics of packets that were received fit their words.
+template <Form kForm>
+void DecodeMetrics(const ZunUint8* octets, Metric* metrics, ZunSizeT count) {
+  for (ZunSizeT i = 0; i < count; ++i) DecodeMetric<kForm>(octets + i * kMetricSize, metrics + i);
+}
+
 bool FitTheirWords(const ZunVector_ZunRtcpRtpfbCcfbPacketMetric& metrics) {
   ZunUint32 excess = 0;
-  for (const Metric* x = metrics.begin; x != metrics.end; ++x) {
-    const ZunUint32 wide = (x->ecn & ~kMaxEcn) | (x->arrivalTimeOffset & ~kOffsetMask);
-    excess |= x->received ? wide : 0;
-  }
+  for (const Metric* x = metrics.begin; x != metrics.end; ++x) excess |= ExcessOf(*x);
   return excess == 0;
 }
 
-bool WriteStream(zun::BodyWriter& w, const Stream& stream) {
+bool WriteMetrics(zun::BodyWriter& w, const ZunVector_ZunRtcpRtpfbCcfbPacketMetric& metrics) {
+  return zun::WriteEntries<kMetricSize>(w, metrics, EncodeMetric);
+}
+// The same, but false when something is too large for its word.
+bool WriteMetricsThatFit(zun::BodyWriter& w, const ZunVector_ZunRtcpRtpfbCcfbPacketMetric& metrics) {
+  ZunUint32 excess = 0;
+  return zun::WriteEntries<kMetricSize>(w, metrics,
+                                        [&excess](const Metric& metric, ZunUint8* octets) {
+                                          excess |= ExcessOf(metric);
+                                          EncodeMetric(metric, octets);
+                                        }) &&
+         excess == 0;
+}
+
+bool WriteStream(zun::BodyWriter& w, const Stream& stream, bool must_fit) {
   const ZunSizeT count = Metrics::Size(&stream.packetMetrics);
   return count <= kMaxMetrics && w.Fields<kBlockHeaderSize>([&](zun::FieldWriter& f) {
     f.U32(stream.ssrc);
     f.U16(stream.beginSeq);
     f.U16(static_cast<ZunUint16>(count));
-  }) && zun::WriteEntries<kMetricSize>(w, stream.packetMetrics, EncodeMetric) &&
+  }) && (must_fit ? WriteMetricsThatFit(w, stream.packetMetrics) : WriteMetrics(w, stream.packetMetrics)) &&
          w.Zeros(PaddingAfter(count));
 }
 
@@ -79,7 +125,7 @@ bool ReadMetrics(zun::BodyReader& r, ZunVector_ZunRtcpRtpfbCcfbPacketMetric* met
   if (octets == nullptr || !r.MayHoldEntries(count)) return false;
   Metrics::Clear(metrics);
   if (!Metrics::Reserve(metrics, count)) return r.RefuseAllocation();
-  for (ZunSizeT i = 0; i < count; ++i) metrics->begin[i] = MetricOf<kForm>(octets + i * kMetricSize);
+  DecodeMetrics<kForm>(octets, metrics->begin, count);
   metrics->end = metrics->begin + count;
   return true;
 }
@@ -111,6 +157,7 @@ struct Wire {
     return length;
   }
 
+  static constexpr bool kLooksWhileItWrites = true;
   static ZunRtcpEncodeReason FindUnencodable(const ZunRtcpRtpfbCcfb& p, ZunRtcpDialect) {
     for (const Stream* stream = p.streams.begin; stream != p.streams.end; ++stream) {
       if (Metrics::Size(&stream->packetMetrics) > kMaxMetrics) return ZUN_RTCP_ENCODE_REASON_TOO_MANY;
@@ -127,7 +174,7 @@ struct Wire {
       return false;
     }
     for (const Stream* stream = p.streams.begin; stream != p.streams.end; ++stream) {
-      if (!WriteStream(w, *stream)) return false;
+      if (!WriteStream(w, *stream, out.IsBlock())) return false;
     }
     return w.U32(p.sendTimestamp);
   }
