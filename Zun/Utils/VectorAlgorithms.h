@@ -4,6 +4,7 @@
 #ifndef ZUN_UTILS_VECTORALGORITHMS_H
 #define ZUN_UTILS_VECTORALGORITHMS_H
 
+#include <cassert>
 #include <cstring>
 #include <functional>
 #include <type_traits>
@@ -251,7 +252,10 @@ class VectorAlgorithms {
     if (count > SIZE_MAX / sizeof(E)) return nullptr;
     return static_cast<E*>(ZunAllocatorAllocate(a, count * sizeof(E)));
   }
-  static void Free(ZunAllocator* a, E* block, ZunSizeT count) { ZunAllocatorDeallocate(a, block, count * sizeof(E)); }
+  static void Free(ZunAllocator* a, E* block, ZunSizeT count) {
+    assert(a != nullptr && "storage without the allocator that gave it");
+    ZunAllocatorDeallocate(a, block, count * sizeof(E));
+  }
 
   static void FreeStorage(V* x) {
     if (x->begin != nullptr) Free(x->allocator, x->begin, Capacity(x));

@@ -137,8 +137,7 @@ class BodyWriter {
       StoreBigEndian(octets, leading);
       return Octets(octets, width);
     }
-    StoreBigEndian(cursor_, leading);  // those after the number are overwritten by what follows
-    cursor_ += width;
+    StoreBigEndian(Advance(width), leading);  // those after the number are overwritten by what follows
     return true;
   }
 
@@ -151,8 +150,8 @@ class BodyWriter {
   // The same as fields of one byte each.
   [[gnu::always_inline]] bool Octets(const ZunUint8* octets, ZunSizeT count) {
     if (Room() < count) return AppendEach(octets, count);
-    for (ZunSizeT i = 0; i < count; ++i) cursor_[i] = octets[i];
-    cursor_ += count;
+    ZunUint8* const to = Advance(count);
+    for (ZunSizeT i = 0; i < count; ++i) to[i] = octets[i];
     return true;
   }
   [[gnu::always_inline]] bool Zeros(ZunSizeT count) {
@@ -180,6 +179,7 @@ class BodyWriter {
   // Of what was reserved; 0 where bytes are appended one by one.
   ZunSizeT Room() const { return static_cast<ZunSizeT>(limit_ - cursor_); }
   ZunUint8* Advance(ZunSizeT count) {
+    assert(cursor_ != nullptr || count == 0);
     ZunUint8* const octets = cursor_;
     cursor_ += count;
     return octets;

@@ -237,9 +237,9 @@ ZunBool ZunRtcpXrBlockGetVoip(const ZunRtcpXrBlock* block, ZunRtcpXrVoip* voip) 
   if (!IsKnownAs(block, ZUN_RTCPXR_TYPE_VOIP)) return 0;
   zun::FieldReader f(block->octets);
   ZunRtcpXrVoip v = {};
-  ZunUint8 signal;
-  ZunUint8 noise;
-  ZunUint8 reserved;
+  ZunUint8 signal = 0;
+  ZunUint8 noise = 0;
+  ZunUint8 reserved = 0;
   f.U32(&v.source);
   for (ZunUint8* const field : {&v.lossRate, &v.discardRate, &v.burstDensity, &v.gapDensity}) f.U8(field);
   for (ZunUint16* const field : {&v.burstDuration, &v.gapDuration, &v.roundTripDelay, &v.endSystemDelay}) f.U16(field);

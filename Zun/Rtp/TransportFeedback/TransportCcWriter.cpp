@@ -9,7 +9,6 @@ namespace {
 using PacketInfo = ZunRtcpRtpfbTransportCcPacketInfo;
 using zun::OneBitChunk;
 using zun::RunLengthChunk;
-using zun::StatusChunk;
 using zun::TwoBitChunk;
 
 // The bytes that the writer of a delta stores, whatever it needs.
