@@ -138,6 +138,10 @@ class VectorAlgorithms {
     const ZunSizeT size = Size(x);
     E* const fresh = Allocate(x->allocator, capacity);
     if (fresh == nullptr) return 0;
+    if (x->begin == nullptr) {  // as in all that is built fresh: there is nothing to copy and nothing to end
+      UseStorage(x, fresh, 0, capacity);
+      return 1;
+    }
     if (!BuildOrUndo(fresh, Element::ConstructRun(fresh, x->begin, size), size)) {
       Free(x->allocator, fresh, capacity);
       return 0;
@@ -264,6 +268,9 @@ class VectorAlgorithms {
 
   static void ReplaceStorage(V* x, E* block, ZunSizeT size, ZunSizeT capacity) {
     Destruct(x);
+    UseStorage(x, block, size, capacity);
+  }
+  static void UseStorage(V* x, E* block, ZunSizeT size, ZunSizeT capacity) {
     x->begin = block;
     x->end = block + size;
     x->endBuf = block + capacity;

@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 
 namespace {
 
@@ -11,19 +10,24 @@ static_assert(kAlignment % alignof(std::max_align_t) == 0);
 
 ZunSizeT RoundUp(ZunSizeT size) { return (size + kAlignment - 1) & ~(kAlignment - 1); }
 
+// What an allocation takes of the block. What is asked for twice has two addresses, even where it is nothing.
+ZunSizeT TakenBy(ZunSizeT size) { return RoundUp(size + (size == 0)); }
+
 // The allocator is the arena's first member.
 ZunArena* ArenaOf(ZunAllocator* a) { return reinterpret_cast<ZunArena*>(a); }
 static_assert(offsetof(ZunArena, allocator) == 0);
 
-bool IsOfBlock(const ZunArena* p, const ZunUint8* octets) {
-  return !std::less<const ZunUint8*>()(octets, p->block) && std::less<const ZunUint8*>()(octets, p->block + p->size);
+// Where in the block the octets lie; not below its size when they lie elsewhere.
+ZunSizeT OffsetOf(const ZunArena* p, const void* octets) {
+  return reinterpret_cast<std::uintptr_t>(octets) - reinterpret_cast<std::uintptr_t>(p->block);
 }
 
 ZunVoidPtr Allocate(ZunAllocator* a, ZunSizeT size) {
   ZunArena* const p = ArenaOf(a);
-  // What is asked for twice has two addresses, even where it is nothing.
-  const ZunSizeT taken = RoundUp(size == 0 ? 1 : size);
-  if (taken < size || taken > p->size - p->used) return ZunAllocatorAllocate(p->overflow, size);
+  const ZunSizeT left = p->size - p->used;  // a multiple of the alignment, so what fits unrounded fits rounded
+  if (size > left || left == 0) [[unlikely]]
+    return ZunAllocatorAllocate(p->overflow, size);
+  const ZunSizeT taken = TakenBy(size);
   ZunUint8* const octets = p->block + p->used;
   p->used += taken;
   ++p->live;
@@ -33,18 +37,13 @@ ZunVoidPtr Allocate(ZunAllocator* a, ZunSizeT size) {
 
 void Deallocate(ZunAllocator* a, ZunVoidPtr block, ZunSizeT size) {
   ZunArena* const p = ArenaOf(a);
-  ZunUint8* const octets = static_cast<ZunUint8*>(block);
-  if (!IsOfBlock(p, octets)) {
+  const ZunSizeT begin = OffsetOf(p, block);
+  if (begin >= p->size) [[unlikely]] {
     ZunAllocatorDeallocate(p->overflow, block, size);
     return;
   }
-  const ZunSizeT begin = static_cast<ZunSizeT>(octets - p->block);
-  const bool was_last = begin + RoundUp(size == 0 ? 1 : size) == p->used;
-  if (--p->live == 0) {
-    p->used = 0;
-  } else if (was_last) {
-    p->used = begin;
-  }
+  if (begin + TakenBy(size) == p->used) p->used = begin;
+  if (--p->live == 0) p->used = 0;
 }
 
 }  // namespace
