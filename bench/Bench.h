@@ -25,6 +25,7 @@ class Bytes {
   Bytes(const Bytes&) = delete;
   Bytes& operator=(const Bytes&) = delete;
   ZunString* get() { return &string_; }
+  const ZunString* get() const { return &string_; }
   std::string str() const { return {ZunStringCStr(&string_), string_.size}; }
 
  private:
@@ -71,6 +72,7 @@ void AddCoreLines();
 void AddReportsLines();
 void AddTransportFeedbackLines();
 void AddPayloadFeedbackLines();
+void AddByHandLines();
 
 }  // namespace bench
 

@@ -103,6 +103,7 @@ int main(int argc, char** argv) {
   benchmark::Initialize(&count, arguments.data());
   if (benchmark::ReportUnrecognizedArguments(count, arguments.data())) return 2;
 
+  bench::AddByHandLines();
   bench::AddCoreLines();
   bench::AddReportsLines();
   bench::AddTransportFeedbackLines();

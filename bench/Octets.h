@@ -45,6 +45,10 @@ std::string Rr(std::uint32_t blocks);
 std::string Sr(std::uint32_t blocks);
 std::string Sdes(std::uint32_t chunks);  // one CNAME of 20 bytes each
 std::string Nack(std::uint32_t entries);
+std::string TransportCcRuns(std::size_t count);  // all arrive, 5 ms apart
+std::string Ccfb(std::uint32_t streams, std::uint32_t metrics);
+std::string Pli();
+std::string Remb();  // two SSRCs
 
 }  // namespace bench
 

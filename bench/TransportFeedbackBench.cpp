@@ -172,18 +172,6 @@ void AddTransportCc(const std::string& pattern, const std::vector<Arrival>& arri
 
 constexpr std::uint32_t kCcfb = 14;
 
-std::string Ccfb(std::uint32_t streams, std::uint32_t metrics) {
-  Octets body;
-  body.U32(0x11223344);
-  for (std::uint32_t s = 0; s < streams; ++s) {
-    body.U32(0x55667788 + s).U16(1000).U16(metrics);
-    for (std::uint32_t i = 0; i < metrics; ++i) body.U16(i % 7 == 0 ? 0 : 0x8000 | i);
-    body.PadTo4();
-  }
-  body.U32(0x12345678);
-  return RtcpPacket(kRtpfb, kCcfb, body);
-}
-
 void AddPacketsOneByOne(benchmark::State& state) {
   ZunRtcpRtpfbCcfbStream stream;
   ZunRtcpRtpfbCcfbStreamConstructDefault(&stream, 0x55667788, CountingAllocator());
@@ -218,6 +206,20 @@ void AddLostNumbers(benchmark::State& state) {
 }
 
 }  // namespace
+
+std::string Ccfb(std::uint32_t streams, std::uint32_t metrics) {
+  Octets body;
+  body.U32(0x11223344);
+  for (std::uint32_t s = 0; s < streams; ++s) {
+    body.U32(0x55667788 + s).U16(1000).U16(metrics);
+    for (std::uint32_t i = 0; i < metrics; ++i) body.U16(i % 7 == 0 ? 0 : 0x8000 | i);
+    body.PadTo4();
+  }
+  body.U32(0x12345678);
+  return RtcpPacket(kRtpfb, kCcfb, body);
+}
+
+std::string TransportCcRuns(std::size_t count) { return TransportCc(Runs(count)); }
 
 std::string Nack(std::uint32_t entries) {
   Octets body;
