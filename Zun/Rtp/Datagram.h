@@ -2,8 +2,9 @@
 #ifndef ZUN_RTP_DATAGRAM_H
 #define ZUN_RTP_DATAGRAM_H
 
-#include "Zun/Rtp/Core/BodyReader.h"
+#include "Zun/Rtp/Core/Body.h"
 #include "Zun/Rtp/Core/SubpacketHeader.h"
+#include "Zun/Utils/ZunMiscInline.h"
 
 namespace zun {
 
@@ -15,28 +16,33 @@ class Datagram {
 
   // Goes on to the next subpacket. Where there is none that can be told, says why, and stays where it is.
   ZunRtcpDecodeReason RtcpSubpacketReadHeader() {
-    constexpr ZunUint8 kVersion = 2;
-    BodyReader r(body_.octets, body_.size, end_, body_.size);
-    const ZunUint8* const octets = r.Take(kSubpacketHeaderSize);
-    if (octets == nullptr) return ZUN_RTCP_DECODE_REASON_HEADER_CUT_OFF;
-    body_.header = {octets[1], static_cast<ZunUint8>(octets[0] & 0x1F)};
-    has_padding_ = (octets[0] & 0x20) != 0;
-    if (octets[0] >> 6 != kVersion) return ZUN_RTCP_DECODE_REASON_VERSION;
-    const ZunSizeT body_size = ZunSizeT{4} * ZunUint16FromOctets(octets + 2);
-    if (!r.HasReadable(body_size)) return ZUN_RTCP_DECODE_REASON_LENGTH;
-    body_.begin = r.Position();
-    body_.end = end_ = body_.begin + body_size;
+    constexpr ZunUint32 kVersion = 2;
+    const ZunSizeT left = body_.size - end_;
+    if (left < kSubpacketHeaderSize) [[unlikely]]
+      return ZUN_RTCP_DECODE_REASON_HEADER_CUT_OFF;
+    const ZunUint32 word = ZunUint32FromOctets(body_.octets + end_);
+    body_.header = {static_cast<ZunRtcpSubpacketType>(word >> 16 & 0xFF), static_cast<ZunUint8>(word >> 24 & 0x1F)};
+    if (word >> 30 != kVersion) [[unlikely]]
+      return ZUN_RTCP_DECODE_REASON_VERSION;
+    const ZunSizeT size = kSubpacketHeaderSize + ZunSizeT{4} * (word & 0xFFFF);
+    if (left < size) [[unlikely]]
+      return ZUN_RTCP_DECODE_REASON_LENGTH;
+    body_.begin = end_ + kSubpacketHeaderSize;
+    end_ += size;
+    body_.end = body_.limit = end_;
     return ZUN_RTCP_DECODE_REASON_NONE;
   }
 
   // Takes the padding octets, which the last of them counts, from the end of the body (RFC 3550, section 6.4.1). False
   // when there are not as many.
   bool TakePadding() {
-    if (!has_padding_) return true;
+    constexpr ZunUint8 kPaddingBit = 0x20;
+    if ((body_.octets[body_.begin - kSubpacketHeaderSize] & kPaddingBit) == 0) [[likely]]
+      return true;
     const ZunSizeT size = body_.end - body_.begin;
     const ZunUint8 count = size == 0 ? 0 : body_.octets[body_.end - 1];
     if (count == 0 || count > size) return false;
-    body_.end -= count;
+    body_.end = body_.limit = body_.end - count;
     return true;
   }
 
@@ -49,7 +55,6 @@ class Datagram {
  private:
   Body body_;
   ZunSizeT end_ = 0;
-  bool has_padding_ = false;
 };
 
 // How many whole subpackets follow, as far as their headers tell.

@@ -20,6 +20,7 @@ struct Body {
   ZunSizeT size;
   ZunSizeT begin;
   ZunSizeT end;
+  ZunSizeT limit;  // the end or the size, whichever comes first, but not below the beginning: [begin, limit) is readable
   SubpacketHeader header;
   ZunAllocator* buffer_allocator;  // of the string that holds the datagram; null when it has none
   ZunAllocator* packet_allocator;  // of the compound packet that is read into; null when there is none
@@ -38,8 +39,21 @@ struct Body {
   }
 };
 
+inline ZunSizeT ReadableLimit(ZunSizeT size, ZunSizeT begin, ZunSizeT end) {
+  const ZunSizeT limit = end < size ? end : size;
+  return begin < limit ? limit : begin;
+}
+
 inline Body BodyIn(const ZunString* b, ZunSizeT begin, ZunSizeT end, SubpacketHeader header) {
-  return {reinterpret_cast<const ZunUint8*>(b->buf), b->size, begin, end, header, b->allocator, nullptr, nullptr};
+  return {reinterpret_cast<const ZunUint8*>(b->buf),
+          b->size,
+          begin,
+          end,
+          ReadableLimit(b->size, begin, end),
+          header,
+          b->allocator,
+          nullptr,
+          nullptr};
 }
 
 }  // namespace zun

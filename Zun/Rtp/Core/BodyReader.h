@@ -44,14 +44,20 @@ class FieldReader {
 // fields.
 class BodyReader {
  public:
-  explicit BodyReader(const Body& body) : BodyReader(body.octets, body.size, body.begin, body.end, body.terms) {}
-  BodyReader(const ZunUint8* octets, ZunSizeT size, ZunSizeT begin, ZunSizeT end, ReadTerms* terms = nullptr)
+  explicit BodyReader(const Body& body)
+      : octets_(body.octets),
+        position_(body.begin),
+        limit_(body.limit),
+        end_(body.end),
+        size_(body.size),
+        terms_(body.terms) {}
+  BodyReader(const ZunUint8* octets, ZunSizeT size, ZunSizeT begin, ZunSizeT end)
       : octets_(octets),
         position_(begin),
         limit_(ReadableLimit(size, begin, end)),
         end_(end),
         size_(size),
-        terms_(terms) {}
+        terms_(nullptr) {}
 
   // A reader that looks ahead: what it finds missing is no reason yet.
   BodyReader LookAhead() const {
@@ -104,6 +110,7 @@ class BodyReader {
     return true;
   }
 
+  bool AllOfBodyIsReadable() const { return limit_ == end_; }
   bool HasReadable(ZunSizeT count) const { return limit_ - position_ >= count; }
   ZunSizeT ReadableBytes() const { return limit_ - position_; }
   bool AtEnd() const { return position_ == end_; }
@@ -120,6 +127,9 @@ class BodyReader {
   // Whether the datagram may hold so many entries of lists, or statuses, more.
   bool MayHoldEntries(ZunSizeT count) const { return terms_ == nullptr || MayHold(&terms_->entries_left, count); }
   bool MayHoldStatuses(ZunSizeT count) const { return terms_ == nullptr || MayHold(&terms_->statuses_left, count); }
+
+  // The same, and nothing is counted or said yet.
+  bool CouldHoldEntries(ZunSizeT count) const { return terms_ == nullptr || count <= terms_->entries_left; }
 
   // Says why the subpacket is refused, to those who asked. Returns false.
   bool Refuse(ZunRtcpDecodeReason reason) const {
@@ -148,11 +158,6 @@ class BodyReader {
     if (!Need(count <= *left, ZUN_RTCP_DECODE_REASON_LIMIT)) return false;
     *left -= count;
     return true;
-  }
-  // Never below `begin`, so that the distance to it is what can be read.
-  static ZunSizeT ReadableLimit(ZunSizeT size, ZunSizeT begin, ZunSizeT end) {
-    const ZunSizeT limit = end < size ? end : size;
-    return begin < limit ? limit : begin;
   }
 
   const ZunUint8* octets_;

@@ -60,6 +60,9 @@ struct Dispatch {
   template <class Rebuild>
   static bool AssignFromBody(const RtcpSubpacketFunctions& row, ZunRtcpSubpacket* p, const Body& body,
                              Rebuild rebuild) {
+    // What is of the same known value as the last time, as in place nearly everything is, needs no look at the table.
+    if (row.type != 0 && row.type == Level::ValueOf(p)) [[likely]]
+      return row.assign_from_body(p, body);
     const RtcpSubpacketFunctions& old = RowOfObject(p);
     if (&row == &old) return row.assign_from_body(p, body);
     ZunAllocator* const a = rebuild(old.get_allocator(p));

@@ -36,6 +36,7 @@ class Decoder {
                    size,
                    0,
                    0,
+                   0,
                    {},
                    subpackets_->allocator,
                    subpackets_->allocator,

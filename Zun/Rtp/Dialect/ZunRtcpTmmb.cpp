@@ -44,7 +44,7 @@ ZunRtcpDecodeReason ReadEntries(ZunRtcpTmmb* p, ZunRtcpTmmbType type, zun::BodyR
 }
 
 ZunRtcpDecodeReason ReadPacket(ZunRtcpTmmb* p, const ZunUint8* octets, ZunSizeT size) {
-  zun::Datagram datagram({octets, size, 0, 0, {}, nullptr, nullptr, nullptr});
+  zun::Datagram datagram({octets, size, 0, 0, 0, {}, nullptr, nullptr, nullptr});
   const ZunRtcpDecodeReason reason = datagram.RtcpSubpacketReadHeader();
   if (reason != ZUN_RTCP_DECODE_REASON_NONE) return reason;
   if (!datagram.AtEnd()) return ZUN_RTCP_DECODE_REASON_LEFT_OVER;

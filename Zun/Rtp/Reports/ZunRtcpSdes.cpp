@@ -1,5 +1,7 @@
 #include "Zun/Rtp/Reports/ZunRtcpSdes.h"
 
+#include <cstring>
+
 #include "Zun/Os/Log.h"
 #include "Zun/Rtp/Core/Padding.h"
 #include "Zun/Rtp/Core/Row.h"
@@ -54,6 +56,78 @@ bool WriteChunk(zun::BodyWriter& w, const ZunRtcpSdesChunk& chunk, bool must_fit
   w.OptionalZeros(ListEndLength(items_length));
   return true;
 }
+
+// The pass over what peers send all the time: as many chunks and items as the object holds, of types that are known,
+// with texts that fit where the old ones are. It stores as it goes. Whatever is unusual makes it fail, and is left to
+// the careful reader, which begins again.
+class UsualPass {
+ public:
+  UsualPass(const ZunUint8* octets, ZunSizeT size, ZunAllocator* a) : next_(octets), left_(size), allocator_(a) {}
+
+  bool Read(const ZunVector_ZunRtcpSdesChunk& chunks) {
+    for (ZunRtcpSdesChunk* chunk = chunks.begin; chunk != chunks.end; ++chunk) {
+      if (!ReadChunk(chunk)) return false;
+    }
+    return left_ == 0;
+  }
+  ZunSizeT items() const { return items_; }
+
+ private:
+  bool ReadChunk(ZunRtcpSdesChunk* chunk) {
+    if (left_ < kSourceSize || chunk->items.allocator != allocator_) return false;
+    chunk->ssrc = ZunUint32FromOctets(Advance(kSourceSize));
+    const ZunSizeT list_size = left_;
+    for (ZunRtcpSdesItem* item = chunk->items.begin; item != chunk->items.end; ++item) {
+      if (!ReadItem(item)) return false;
+    }
+    if (left_ == 0 || left_ == list_size || *next_ != ZUN_RTCPSDESITEM_TYPE_EndOfList) return false;
+    const ZunSizeT end_length = ListEndLength(list_size - left_);
+    if (left_ < end_length) return false;
+    Advance(end_length);
+    return true;
+  }
+
+  bool ReadItem(ZunRtcpSdesItem* item) {
+    if (left_ < kItemHeaderSize) return false;
+    const ZunUint8 type = next_[0];
+    const ZunUint8 length = next_[1];
+    if (type == ZUN_RTCPSDESITEM_TYPE_EndOfList || type >= ZUN_RTCPSDESITEM_TYPE_MAX) return false;
+    ZunString& text = item->text;
+    if (left_ < kItemHeaderSize + length || text.allocator != allocator_ || text.buf == nullptr ||
+        length > text.capacity) {
+      return false;
+    }
+    item->type = type;
+    CopyText(text.buf, Advance(kItemHeaderSize + length) + kItemHeaderSize, length);
+    text.size = length;
+    text.buf[length] = '\0';
+    ++items_;
+    return true;
+  }
+
+  // Texts are short: a call, or a copy by string instructions, takes longer than the words of one.
+  static void CopyText(char* to, const ZunUint8* from, ZunSizeT size) {
+    constexpr ZunSizeT kWord = sizeof(ZunUint64);
+    if (size < kWord) {
+      for (ZunSizeT i = 0; i < size; ++i) to[i] = static_cast<char>(from[i]);
+      return;
+    }
+    for (ZunSizeT i = 0; i < size - kWord; i += kWord) std::memcpy(to + i, from + i, kWord);
+    std::memcpy(to + size - kWord, from + size - kWord, kWord);
+  }
+
+  const ZunUint8* Advance(ZunSizeT count) {
+    const ZunUint8* const octets = next_;
+    next_ += count;
+    left_ -= count;
+    return octets;
+  }
+
+  const ZunUint8* next_;
+  ZunSizeT left_;
+  ZunAllocator* allocator_;
+  ZunSizeT items_ = 0;
+};
 
 // Storage that is about to be replaced is used again where it has the allocator of the list.
 class ChunkReader {
@@ -158,6 +232,11 @@ struct Wire {
     if (count == 0) {
       if (body.IsDecoded()) Chunks::Clear(&p->chunks);
       return r.NeedEnd();
+    }
+    if (count == Chunks::Size(&p->chunks) && r.AllOfBodyIsReadable()) {
+      UsualPass pass(body.octets + body.begin, r.BytesBeforeEnd(), p->chunks.allocator);
+      if (pass.Read(p->chunks) && r.CouldHoldEntries(count + pass.items()))
+        return r.MayHoldEntries(count + pass.items());
     }
     // One request for all that the body can hold. Where it is refused, the list grows as far as it is let.
     if (count > Chunks::Capacity(&p->chunks)) {
