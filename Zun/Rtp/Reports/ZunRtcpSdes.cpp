@@ -1,11 +1,10 @@
 #include "Zun/Rtp/Reports/ZunRtcpSdes.h"
 
-#include <cstring>
-
 #include "Zun/Os/Log.h"
 #include "Zun/Rtp/Core/Padding.h"
 #include "Zun/Rtp/Core/Row.h"
 #include "Zun/Utils/ListRefill.h"
+#include "Zun/Utils/ShortCopy.h"
 
 ZUN_VECTOR_USE_OWNING(ZunRtcpSdesItem)
 ZUN_VECTOR_USE_OWNING(ZunRtcpSdesChunk)
@@ -98,22 +97,11 @@ class UsualPass {
       return false;
     }
     item->type = type;
-    CopyText(text.buf, Advance(kItemHeaderSize + length) + kItemHeaderSize, length);
+    zun::CopyShort(text.buf, Advance(kItemHeaderSize + length) + kItemHeaderSize, length);
     text.size = length;
     text.buf[length] = '\0';
     ++items_;
     return true;
-  }
-
-  // Texts are short: a call, or a copy by string instructions, takes longer than the words of one.
-  static void CopyText(char* to, const ZunUint8* from, ZunSizeT size) {
-    constexpr ZunSizeT kWord = sizeof(ZunUint64);
-    if (size < kWord) {
-      for (ZunSizeT i = 0; i < size; ++i) to[i] = static_cast<char>(from[i]);
-      return;
-    }
-    for (ZunSizeT i = 0; i < size - kWord; i += kWord) std::memcpy(to + i, from + i, kWord);
-    std::memcpy(to + size - kWord, from + size - kWord, kWord);
   }
 
   const ZunUint8* Advance(ZunSizeT count) {
