@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "tests/support/Samples.h"
 #include "tests/tools/zunrtcp/Decoded.h"
 #include "tests/tools/zunrtcp/Kinds/LibraryKinds.h"
 #include "tools/zunrtcp/Kinds/PayloadFeedback/Rows.h"
@@ -86,65 +87,37 @@ Names RowsWithoutKind(const Kinds& kinds) {
   return names;
 }
 
-// A subpacket of each kind that is not an envelope, and what holds it.
-struct Example {
-  const char* bytes;
-  std::vector<test::LibraryKind> kinds;
-};
+const KindLevel* LevelOf(test::Level level) {
+  const KindLevel* const levels[] = {&subpacket_level, &rtpfb_level, &psfb_level, &afb_level};
+  return levels[static_cast<int>(level)];
+}
 
-#define KIND(level, value) \
-  { &level, value, #value }
-const std::vector<Example> kExamples = {
-    {"80C80006 11223344 00000010 80000000 00000064 00000001 00000002",
-     {KIND(subpacket_level, ZUN_RTCPSUBPACKET_TYPE_SR)}},
-    {"80C90001 11223344", {KIND(subpacket_level, ZUN_RTCPSUBPACKET_TYPE_RR)}},
-    {"81CA0003 11223344 01046162 63640000", {KIND(subpacket_level, ZUN_RTCPSUBPACKET_TYPE_SDES)}},
-    {"81CB0002 11223344 03616263", {KIND(subpacket_level, ZUN_RTCPSUBPACKET_TYPE_BYE)}},
-    {"80CC0003 11223344 41424344 01020304", {KIND(subpacket_level, ZUN_RTCPSUBPACKET_TYPE_APP)}},
-    {"81CD0003 00000001 00000002 00030001",
-     {KIND(subpacket_level, ZUN_RTCPSUBPACKET_TYPE_RTPFB), KIND(rtpfb_level, ZUN_RTCPRTPFB_TYPE_NACK)}},
-    {"82CD0004 00000001 00000000 00000002 000003E8",
-     {KIND(subpacket_level, ZUN_RTCPSUBPACKET_TYPE_RTPFB), KIND(rtpfb_level, ZUN_RTCPRTPFB_TYPE_TMMBR)}},
-    {"83CD0003 00000001 00000002 000003E8",
-     {KIND(subpacket_level, ZUN_RTCPSUBPACKET_TYPE_RTPFB), KIND(rtpfb_level, ZUN_RTCPRTPFB_TYPE_TMMBN)}},
-    {"8ECD0005 00000001 00000002 00010001 80050000 00010000",
-     {KIND(subpacket_level, ZUN_RTCPSUBPACKET_TYPE_RTPFB), KIND(rtpfb_level, ZUN_RTCPRTPFB_TYPE_CCFB)}},
-    {"8FCD0005 00000001 00000002 00010001 00000100 20010400",
-     {KIND(subpacket_level, ZUN_RTCPSUBPACKET_TYPE_RTPFB), KIND(rtpfb_level, ZUN_RTCPRTPFB_TYPE_TransportCC)}},
-    {"9ECD0007 00000001 00000002 00000003 00000004 00000005 00000006 00000007",
-     {KIND(subpacket_level, ZUN_RTCPSUBPACKET_TYPE_RTPFB), KIND(rtpfb_level, ZUN_RTCPRTPFB_TYPE_ABAFB)}},
-    {"81CE0002 00000001 00000002",
-     {KIND(subpacket_level, ZUN_RTCPSUBPACKET_TYPE_PSFB), KIND(psfb_level, ZUN_RTCPPSFB_TYPE_PLI)}},
-    {"82CE0003 00000001 00000002 01E804C5",
-     {KIND(subpacket_level, ZUN_RTCPSUBPACKET_TYPE_PSFB), KIND(psfb_level, ZUN_RTCPPSFB_TYPE_SLI)}},
-    {"83CE0003 00000001 00000002 0060DEAD",
-     {KIND(subpacket_level, ZUN_RTCPSUBPACKET_TYPE_PSFB), KIND(psfb_level, ZUN_RTCPPSFB_TYPE_RPSI)}},
-    {"84CE0004 00000001 00000000 00000002 07000000",
-     {KIND(subpacket_level, ZUN_RTCPSUBPACKET_TYPE_PSFB), KIND(psfb_level, ZUN_RTCPPSFB_TYPE_FIR)}},
-    {"85CE0004 00000001 00000000 00000002 07000003",
-     {KIND(subpacket_level, ZUN_RTCPSUBPACKET_TYPE_PSFB), KIND(psfb_level, ZUN_RTCPPSFB_TYPE_TSTR)}},
-    {"86CE0004 00000001 00000000 00000002 07000003",
-     {KIND(subpacket_level, ZUN_RTCPSUBPACKET_TYPE_PSFB), KIND(psfb_level, ZUN_RTCPPSFB_TYPE_TSTA)}},
-    {"8FCE000A 00000001 00000000 4E720001 00000003 00000004 00000005 00000006 00000007 FFFFFFFF 00000009",
-     {KIND(subpacket_level, ZUN_RTCPSUBPACKET_TYPE_PSFB), KIND(psfb_level, ZUN_RTCPPSFB_TYPE_AFB),
-      KIND(afb_level, ZUN_RTCPPSFBAFB_TYPE_ABAFB)}},
-    {"8FCE0004 00000001 00000000 4E720002 000003E8",
-     {KIND(subpacket_level, ZUN_RTCPSUBPACKET_TYPE_PSFB), KIND(psfb_level, ZUN_RTCPPSFB_TYPE_AFB),
-      KIND(afb_level, ZUN_RTCPPSFBAFB_TYPE_ALBR)}},
-    {"8FCE0004 00000001 00000000 4E720003 05080100",
-     {KIND(subpacket_level, ZUN_RTCPSUBPACKET_TYPE_PSFB), KIND(psfb_level, ZUN_RTCPPSFB_TYPE_AFB),
-      KIND(afb_level, ZUN_RTCPPSFBAFB_TYPE_SHOW)}},
-    {"8FCE0005 00000001 00000000 4E720004 00000002 07000000",
-     {KIND(subpacket_level, ZUN_RTCPSUBPACKET_TYPE_PSFB), KIND(psfb_level, ZUN_RTCPPSFB_TYPE_AFB),
-      KIND(afb_level, ZUN_RTCPPSFBAFB_TYPE_SHOWACK)}},
-    {"8FCE0005 00000001 00000000 4E720005 00000002 01600000",
-     {KIND(subpacket_level, ZUN_RTCPSUBPACKET_TYPE_PSFB), KIND(psfb_level, ZUN_RTCPPSFB_TYPE_AFB),
-      KIND(afb_level, ZUN_RTCPPSFBAFB_TYPE_LIR)}},
-    {"8FCE0005 00000001 00000000 52454D42 01060000 00000002",
-     {KIND(subpacket_level, ZUN_RTCPSUBPACKET_TYPE_PSFB), KIND(psfb_level, ZUN_RTCPPSFB_TYPE_AFB),
-      KIND(afb_level, ZUN_RTCPPSFBAFB_TYPE_REMB)}},
-};
-#undef KIND
+// The kind of a sample and those that hold it; only these where the kind is unknown.
+std::vector<test::LibraryKind> KindsOf(const test::Sample& sample) {
+  std::vector<test::LibraryKind> kinds;
+  for (const test::Row* row = sample.row; row != nullptr; row = test::EnvelopeOf(*row)) {
+    if (!test::IsUnknown(row->level, row->value)) kinds.push_back({LevelOf(row->level), row->value, row->kind});
+  }
+  return kinds;
+}
+
+std::string Body(const test::Sample& sample) { return sample.wire.substr(kHeaderSize); }
+
+// What the tool tells of a sample, for programs.
+Description::Value Told(const test::Sample& sample, const Kinds& kinds = AllKinds()) {
+  const test::Decoded decoded(test::ToHex(sample.wire), true, kinds);
+  EXPECT_EQ(decoded.subpackets.size(), 1U);
+  return decoded.subpackets.at(0).description.ToValue();
+}
+
+const KindRow* RowOfKind(const test::Row& row) { return TableOf(AllKinds(), LevelOf(row.level)).Find(row.value); }
+
+// Kinds of which one is known and nothing told.
+OtherKinds WithSilent(const KindRow* silent) {
+  OtherKinds kinds = Without({silent->level, silent->value, silent->name});
+  kinds.Add(silent->level, silent);
+  return kinds;
+}
 
 std::string NameOf(const std::string& hex) {
   const std::string bytes = test::Hex(hex);
@@ -209,28 +182,60 @@ TEST(Kinds, OnlyAValueThatTheLibraryListsCanHaveARow) {
   static_assert(!kCanHaveRow<subpacket_level, 207>);
 }
 
-TEST(Kinds, ThereIsAnExampleOfEveryKind) {
-  for (const test::LibraryKind& kind : test::kLibraryKinds) {
-    EXPECT_TRUE(std::ranges::any_of(kExamples, [&](const Example& example) {
-      return std::ranges::any_of(example.kinds, [&](const test::LibraryKind& each) {
-        return each.level == kind.level && each.value == kind.value;
-      });
-    })) << kind.name;
+TEST(Kinds, EverySampleIsCalledByTheNameOfItsKind) {
+  for (const test::Sample& sample : test::Samples()) {
+    SCOPED_TRACE(sample.name);
+    const std::string name = AllKinds().NameOf({0, 0, sample.wire});
+    const test::Row& row = *sample.row;
+    if (test::IsUnknown(row.level, row.value)) {
+      for (const KindRow* known : TableOf(AllKinds(), LevelOf(row.level)).rows) EXPECT_NE(name, known->name);
+    } else if (const KindRow* const own = RowOfKind(row)) {
+      EXPECT_EQ(name, own->name);
+    } else {
+      ADD_FAILURE() << row.kind << " has no row";
+    }
+  }
+}
+
+// What holds no data says so.
+TEST(Kinds, OfEverySampleAFieldIsTold) {
+  for (const test::Sample& sample : test::Samples()) EXPECT_FALSE(Told(sample).empty()) << sample.name;
+}
+
+TEST(Kinds, SamplesThatDifferAreToldDifferently) {
+  for (const test::Sample& sample : test::Samples()) {
+    for (const test::Sample& other : test::SamplesOf(*sample.row)) {
+      EXPECT_EQ(Told(sample) == Told(other), Body(sample) == Body(other)) << sample.name << " and " << other.name;
+    }
+  }
+}
+
+// But for that of AFB: what its messages share is told by the row of PSFB.
+TEST(Kinds, EveryRowTellsSomething) {
+  for (const test::Row* const row : test::AllRows()) {
+    const KindRow* const own = RowOfKind(*row);
+    if (own == nullptr || row == &test::kRowOf<ZunRtcpPsfbAfb>) continue;
+    KindRow silent = *own;
+    silent.describe = [](const ZunRtcpSubpacket&, Description*) {};
+    const OtherKinds kinds = WithSilent(&silent);
+    const auto tells = [&](const test::Sample& sample) { return Told(sample) != Told(sample, kinds.Get()); };
+    EXPECT_TRUE(std::ranges::any_of(test::SamplesOf(*row), tells)) << row->kind;
   }
 }
 
 // Whatever level lacks its row, all that is said of the object is the bytes of its body.
 TEST(Kinds, AKindWithoutARowIsShownAsBytes) {
-  for (const Example& example : kExamples) {
-    const std::string body = test::Hex(example.bytes).substr(kHeaderSize);
-    for (const test::LibraryKind& kind : example.kinds) {
-      SCOPED_TRACE(std::string(example.bytes) + " without " + kind.name);
+  for (const test::Sample& sample : test::Samples()) {
+    for (const test::LibraryKind& kind : KindsOf(sample)) {
+      SCOPED_TRACE(sample.name + " without " + kind.name);
       const OtherKinds kinds = Without(kind);
-      const test::Decoded decoded(example.bytes, true, kinds.Get());
+      const test::Decoded decoded(test::ToHex(sample.wire), true, kinds.Get());
       ASSERT_EQ(decoded.subpackets.size(), 1U);
-      EXPECT_EQ(decoded.subpackets[0].description.ToValue(), (Description::Value{{"data", HexDigits(body)}}));
-      EXPECT_EQ(decoded.subpackets[0].description.Line(), "data " + HexDigits(body));
-      EXPECT_EQ(decoded.subpackets[0].description.ItemLines(), Names{});
+      const Description& description = decoded.subpackets[0].description;
+      const std::string data = HexDigits(Body(sample));
+      EXPECT_EQ(description.ToValue(), (Description::Value{{"data", data}}));
+      EXPECT_EQ(description.Line(), "data " + data);
+      EXPECT_EQ(description.ItemLines(), Names{});
     }
   }
 }
