@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "Zun/Rtp/Dialect/ZunRtcpCodec.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/Samples.h"
 
@@ -58,6 +59,42 @@ TEST_P(EverySample, ThePaddingBitIsWrittenAndNoPadding) {
   std::string expected = Written();
   expected[0] = static_cast<char>(expected[0] | 0x20);
   EXPECT_EQ(ToHex(out.str()), ToHex(expected));
+}
+
+// ---- the wire as octets
+
+TEST_P(EverySample, IsEncodedAsItIsWritten) {
+  const Parsed parsed(sample().wire);
+  const std::string written = Written();
+  ASSERT_EQ(ZunRtcpPacketGetEncodedLength(&parsed.packet, ZUN_RTCP_DIALECT_HOUSE), written.size());
+  ZunSizeT size = 0;
+  std::string octets(written.size() - 1, 'x');
+  EXPECT_FALSE(ZunRtcpPacketEncode(&parsed.packet, octets.data(), octets.size(), ZUN_RTCP_DIALECT_HOUSE, &size));
+  EXPECT_EQ(size, written.size());
+  octets.resize(size);
+  EXPECT_TRUE(ZunRtcpPacketEncode(&parsed.packet, octets.data(), octets.size(), ZUN_RTCP_DIALECT_HOUSE, &size));
+  EXPECT_EQ(size, written.size());
+  EXPECT_EQ(ToHex(octets), ToHex(written));
+}
+
+// Cut to so many words, as the header then says, it is read or refused alike, and refused with a reason.
+TEST_P(EverySample, IsDecodedAsItIsRead) {
+  for (ZunSizeT size = kBodyBegin; size <= sample().wire.size(); size += 4) {
+    SCOPED_TRACE(::testing::Message() << size << " bytes of it");
+    std::string wire = sample().wire.substr(0, size);
+    wire[2] = static_cast<char>((size / 4 - 1) >> 8);
+    wire[3] = static_cast<char>(size / 4 - 1);
+    const Parsed parsed(wire);
+    Parsed decoded(Golden("UnknownWithoutData"));
+    ZunRtcpDecodeReport report;
+    const bool ok =
+        ZunRtcpPacketDecode(&decoded.packet, wire.data(), size, ZUN_RTCP_DIALECT_HOUSE, nullptr, &report) != 0;
+    ASSERT_EQ(ok, parsed.ok);
+    EXPECT_EQ(report.first.reason == ZUN_RTCP_DECODE_REASON_NONE, ok);
+    if (ok) {
+      EXPECT_EQ(ToHex(decoded.bytes()), ToHex(parsed.bytes()));
+    }
+  }
 }
 
 // ---- allocators
