@@ -33,7 +33,7 @@ bool ReadSigned(zun::BodyReader& r, ZunInt32* value) {
   return true;
 }
 
-struct Wire {
+struct Wire : zun::AlwaysEncodable {
   static ZunSizeT Length(const ZunRtcpPsfbAfbAbafb&) { return kSize; }
 
   static bool Write(const ZunRtcpPsfbAfbAbafb& p, zun::Output& out, bool pad) {

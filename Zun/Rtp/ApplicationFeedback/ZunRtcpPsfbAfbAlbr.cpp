@@ -9,7 +9,7 @@ constexpr zun::AfbIdentity kIdentity = zun::IsAfb(ZUN_RTCPPSFBAFB_TYPE_ALBR);
 
 constexpr ZunSizeT kSize = zun::kAfbHeaderSize + 4;
 
-struct Wire {
+struct Wire : zun::AlwaysEncodable {
   static ZunSizeT Length(const ZunRtcpPsfbAfbAlbr&) { return kSize; }
 
   static bool Write(const ZunRtcpPsfbAfbAlbr& p, zun::Output& out, bool pad) {

@@ -10,7 +10,7 @@ constexpr zun::AfbIdentity kIdentity = zun::IsAfb(ZUN_RTCPPSFBAFB_TYPE_SHOWACK);
 constexpr ZunSizeT kZeros = 3;
 constexpr ZunSizeT kSize = zun::kAfbHeaderSize + 4 + 1 + kZeros;
 
-struct Wire {
+struct Wire : zun::AlwaysEncodable {
   static ZunSizeT Length(const ZunRtcpPsfbAfbShowAck&) { return kSize; }
 
   static bool Write(const ZunRtcpPsfbAfbShowAck& p, zun::Output& out, bool pad) {

@@ -32,17 +32,25 @@ const ZunRtcpSubpacket* AsSubpacket(const Kind* p) {
   return reinterpret_cast<const ZunRtcpSubpacket*>(p);
 }
 
+// A wire form that can hold whatever an object of its kind holds.
+struct AlwaysEncodable {
+  template <class Kind>
+  static ZunRtcpEncodeReason FindUnencodable(const Kind&, ZunRtcpDialect) {
+    return ZUN_RTCP_ENCODE_REASON_NONE;
+  }
+};
+
 // Wire gives the kind's wire form:
 //   static ZunSizeT Length(const Kind& p);                               bytes, header included
 //   static bool Write(const Kind& p, Output& out, bool pad);             appends header and body
 //   static bool Read(Kind* p, BodyReader& r, const Body& body);          reads the body
-// where what is written may differ in length from what Length says (docs/wire-differences.md lists all of them), the
-// length of what is written at byte `begin` of an output:
-//   static ZunSizeT EncodedLength(const Kind& p, ZunSizeT begin, ZunRtcpDialect dialect);
-// where an object may hold what the wire cannot, the first reason why not to encode it:
+// the first reason why not to encode an object, which may hold what the wire cannot (AlwaysEncodable, where none can):
 //   static ZunRtcpEncodeReason FindUnencodable(const Kind& p, ZunRtcpDialect dialect);
 // where that would go through a list that is written anyway, that Write looks for itself, and fails where it is to:
 //   static constexpr bool kLooksWhileItWrites = true;
+// where what is written may differ in length from what Length says (docs/wire-differences.md lists all of them), the
+// length of what is written at byte `begin` of an output:
+//   static ZunSizeT EncodedLength(const Kind& p, ZunSizeT begin, ZunRtcpDialect dialect);
 // and, where copying with another allocator does more than construct and assign:
 //   static Kind* CopyWithAllocator(Kind* p, const Kind* o, ZunAllocator* a);
 template <class Kind, class Wire, Kind* (*ConstructDefault)(Kind*, ZunAllocator*),
@@ -75,16 +83,11 @@ struct Row {
     return Wire::Length(p);
   }
 
-  static ZunRtcpEncodeReason FindUnencodable(const Kind& p, ZunRtcpDialect dialect) {
-    if constexpr (requires { Wire::FindUnencodable(p, dialect); }) return Wire::FindUnencodable(p, dialect);
-    return ZUN_RTCP_ENCODE_REASON_NONE;
-  }
-
   // What is encoded into a block must fit the wire. In debug builds a message that was written without a refusal must be
   // as long as was said.
   static bool Write(const Kind& p, Output& out, bool pad) {
     if constexpr (!requires { Wire::kLooksWhileItWrites; }) {
-      if (out.IsBlock() && FindUnencodable(p, out.dialect()) != ZUN_RTCP_ENCODE_REASON_NONE) return false;
+      if (out.IsBlock() && Wire::FindUnencodable(p, out.dialect()) != ZUN_RTCP_ENCODE_REASON_NONE) return false;
     }
 #ifdef NDEBUG
     return Wire::Write(p, out, pad);
@@ -92,7 +95,7 @@ struct Row {
     const ZunSizeT begin = out.Size();
     const bool written = Wire::Write(p, out, pad);
     assert(!written || out.WasRefused() || out.Size() - begin == EncodedLength(p, begin, out.dialect()));
-    assert(!written || !out.IsBlock() || FindUnencodable(p, out.dialect()) == ZUN_RTCP_ENCODE_REASON_NONE);
+    assert(!written || !out.IsBlock() || Wire::FindUnencodable(p, out.dialect()) == ZUN_RTCP_ENCODE_REASON_NONE);
     return written;
 #endif
   }
@@ -118,7 +121,7 @@ struct Row {
     return RowOf##Kind::EncodedLength(*As<Kind>(p), begin, dialect);                                                  \
   }                                                                                                                   \
   ZunRtcpEncodeReason Kind##FindUnencodable(const ZunRtcpSubpacket* p, ZunRtcpDialect dialect) {                      \
-    return RowOf##Kind::FindUnencodable(*As<Kind>(p), dialect);                                                       \
+    return Wire::FindUnencodable(*As<Kind>(p), dialect);                                                              \
   }                                                                                                                   \
   }                                                                                                                   \
   ZUN_RTCP_ROW_DEFINE_BUFFER_OPERATIONS(Kind)                                                                         \

@@ -10,7 +10,7 @@ constexpr zun::FeedbackIdentity kIdentity = zun::IsRtpfb(ZUN_RTCPRTPFB_TYPE_ABAF
 
 constexpr ZunSizeT kAbafbSize = 32;
 
-struct Wire {
+struct Wire : zun::AlwaysEncodable {
   static ZunSizeT Length(const ZunRtcpRtpfbAbafb&) { return kAbafbSize; }
 
   static bool Write(const ZunRtcpRtpfbAbafb& p, zun::Output& out, bool pad) {
