@@ -43,23 +43,39 @@ TEST(ZunRtcpRtpfb, TypesHaveTheirNumbers) {
   EXPECT_EQ(ZUN_RTCPRTPFB_TYPE_ABAFB, 30);
 }
 
-TEST(ZunRtcpRtpfb, EveryMessageTypeFindsItsRow) {
-  // With both SSRCs and nothing else an unknown message is complete, and so is a TMMBR; a CCFB takes the second word
-  // for its timestamp. The others lack something.
-  for (ZunUint8 fmt = 0; fmt < 32; ++fmt) {
-    SCOPED_TRACE(static_cast<int>(fmt));
-    std::string packet = Hex("80CD0002 00000001 00000002");
-    packet[0] = static_cast<char>(0x80 | fmt);
-    const bool is_unknown = ZunRtcpRtpfbFeedbackMessageIsUnknown(fmt) != 0;
-    const Parsed parsed(packet);
-    ASSERT_EQ(parsed.ok, is_unknown || fmt == 2 || fmt == 14);
-    if (!is_unknown) continue;
+// A message of both SSRCs and nothing else.
+std::string WithoutFci(ZunInt32 fmt) {
+  std::string packet = Hex("80CD0002 00000001 00000002");
+  packet[0] = static_cast<char>(0x80 | fmt);
+  return packet;
+}
+
+TEST(ZunRtcpRtpfb, EveryUnknownMessageTypeFindsTheUnknownRow) {
+  for (ZunInt32 fmt = 0; fmt < 32; ++fmt) {
+    if (!ZunRtcpRtpfbFeedbackMessageIsUnknown(fmt)) continue;
+    SCOPED_TRACE(fmt);
+    const Parsed parsed(WithoutFci(fmt));
+    ASSERT_TRUE(parsed.ok);
     const ZunRtcpRtpfb* const rtpfb = ZunRtcpSubpacketGetRtpfb(&parsed[0]);
     EXPECT_EQ(ZunRtcpRtpfbGetFeedbackMessageType(rtpfb), fmt);
     EXPECT_EQ(ZunRtcpRtpfbGetUnknown(rtpfb)->type, 205);
     EXPECT_EQ(ZunRtcpRtpfbGetUnknown(rtpfb)->data.size, 0U);
-    EXPECT_EQ(parsed.bytes(), packet);
+    EXPECT_EQ(parsed.bytes(), WithoutFci(fmt));
   }
+}
+
+TEST(ZunRtcpRtpfb, EveryOtherMessageTypeFindsTheRowOfItsKind) {
+#define EXPECT_READ_BY(value, Kind, member, Getter) \
+  EXPECT_EQ(Parsed(WithoutFci(value)).ok, Received(kRowOf<Kind>, WithoutFci(value)).ok) << #Kind;
+  ZUN_RTCPRTPFB_KINDS(EXPECT_READ_BY)
+#undef EXPECT_READ_BY
+  // A TMMBR is complete without entries, and a CCFB takes the second word for its timestamp.
+  EXPECT_TRUE(Parsed(WithoutFci(ZUN_RTCPRTPFB_TYPE_TMMBR)).ok);
+  EXPECT_TRUE(Parsed(WithoutFci(ZUN_RTCPRTPFB_TYPE_CCFB)).ok);
+  EXPECT_FALSE(Parsed(WithoutFci(ZUN_RTCPRTPFB_TYPE_NACK)).ok);
+  EXPECT_FALSE(Parsed(WithoutFci(ZUN_RTCPRTPFB_TYPE_TMMBN)).ok);
+  EXPECT_FALSE(Parsed(WithoutFci(ZUN_RTCPRTPFB_TYPE_TransportCC)).ok);
+  EXPECT_FALSE(Parsed(WithoutFci(ZUN_RTCPRTPFB_TYPE_ABAFB)).ok);
 }
 
 TEST(ZunRtcpRtpfb, TheMemberViewsAreTheUnion) {

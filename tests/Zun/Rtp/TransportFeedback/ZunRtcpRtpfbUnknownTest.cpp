@@ -154,12 +154,12 @@ TEST(ZunRtcpRtpfbUnknown, ABodyThatIsNotInTheStringLeavesItAsItWas) {
 TEST(ZunRtcpRtpfbUnknown, ARefusedAllocationLosesNothing) {
   LogCapture log;
   Unknown source;
-  Fill(source, 9, 1, 2, "abcdefgh");
+  Fill(source, kFmt, 1, 2, "abcdefgh");
 
   ForEveryRefusal([&](TestAllocator& refusing) {
     ZunRtcpRtpfbUnknown full;
-    if (ZunRtcpRtpfbUnknownConstructFull(&full, 9, 1, 2, &source->data, refusing) == nullptr) return;
-    ExpectFields(&full, 9, 1, 2, "abcdefgh");
+    if (ZunRtcpRtpfbUnknownConstructFull(&full, kFmt, 1, 2, &source->data, refusing) == nullptr) return;
+    ExpectFields(&full, kFmt, 1, 2, "abcdefgh");
     ZunRtcpRtpfbUnknownDestruct(&full);
   });
   ForEveryRefusal([&](TestAllocator& refusing) {
