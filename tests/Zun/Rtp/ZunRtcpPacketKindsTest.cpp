@@ -247,6 +247,42 @@ TEST(ZunRtcpPacketOfAllKinds, ManySubpacketsCostAMultipleOfTheirSize) {
   ExpectCost(Repeated(AllSamples(), 30), 16, 0.1);
 }
 
+// As many packets as 36 bytes can announce, none of which was received.
+std::string WidestTransportCc() {
+  return Hex(R"(
+    8F CD 0008        | FMT 15, type 205, 9 words
+    01020304 05060708 | sender, media source
+    0001 FFF8         | base sequence number, 65528 packets
+    000001 00         | reference time, count
+    1FFF 1FFF 1FFF 1FFF 1FFF 1FFF 1FFF 1FFF  | runs of 8191 packets, not received
+  )");
+}
+
+// What a datagram costs is bounded by its size, but not by a small factor: ZunRtcpPacket.h tells by which.
+TEST(ZunRtcpPacketOfAllKinds, AnnouncedPacketsCostAsMuchAsTheInterfaceTells) {
+  const std::string datagram = WidestTransportCc();
+  ASSERT_EQ(datagram.size(), 36U);
+  TestAllocator allocator;
+  const Parsed one(datagram, allocator);
+  ASSERT_TRUE(one.ok);
+  EXPECT_EQ(ZunVector_ZunRtcpRtpfbTransportCcPacketInfoSize(&one[0].rtpfb.transportCc.packetInfo), 65528U);
+  EXPECT_EQ(allocator.peak_bytes() / 1000, 262U);
+
+  const std::size_t in_a_full_datagram = 65535 / datagram.size();
+  TestAllocator of_ten;
+  ASSERT_TRUE(Parsed(Repeated(datagram, 10), of_ten).ok);
+  EXPECT_EQ(of_ten.peak_bytes() / 10 * in_a_full_datagram / 10000000, 47U) << "480 MB, as little as 477 of them";
+}
+
+TEST(ZunRtcpPacketOfAllKinds, AnAllocatorThatRefusesBoundsWhatAnnouncedPacketsCost) {
+  TestAllocator cramped;
+  cramped.RefuseAbove(10000);
+  Parsed parsed(Golden("SrOneBlock") + WidestTransportCc(), cramped);
+  EXPECT_FALSE(parsed.ok);
+  EXPECT_LE(cramped.peak_bytes(), 30000U);
+  EXPECT_TRUE(parsed.Read(Golden("SrOneBlock")));
+}
+
 TEST(ZunRtcpPacketOfAllKinds, RoomIsMadeOnceForAFreshPacket) {
   TestAllocator allocator;
   Parsed parsed(Golden("SrWithoutBlocks") + Golden("SdesOneChunk") + Golden("NackOneMap") + Golden("RembOneSource") +
