@@ -16,7 +16,7 @@ namespace bench {
 ZunAllocator* CountingAllocator();
 ZunUint64 AllocationCount();
 
-// A ZunString that ends itself.
+// A ZunString that is owned: destructed with this object.
 class Bytes {
  public:
   Bytes() { ZunStringConstructDefault(&string_, CountingAllocator()); }

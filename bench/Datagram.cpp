@@ -12,7 +12,7 @@ namespace {
 
 constexpr ZunSizeT kPartialSize = 1200;
 
-// A packet that ends itself.
+// A packet that is owned: destructed with this object.
 class Packet {
  public:
   Packet() { ZunRtcpPacketConstructDefault(&packet_, CountingAllocator()); }

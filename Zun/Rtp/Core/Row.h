@@ -83,8 +83,8 @@ struct Row {
     return Wire::Length(p);
   }
 
-  // What is encoded into a block must fit the wire. In debug builds a message that was written without a refusal must be
-  // as long as was said.
+  // What is encoded into a block must fit the wire. In debug builds a message that was written without a refusal must
+  // be as long as was said.
   static bool Write(const Kind& p, Output& out, bool pad) {
     if constexpr (!requires { Wire::kLooksWhileItWrites; }) {
       if (out.IsBlock() && Wire::FindUnencodable(p, out.dialect()) != ZUN_RTCP_ENCODE_REASON_NONE) return false;

@@ -77,8 +77,8 @@ TEST_P(EverySample, IsEncodedAsItIsWritten) {
   EXPECT_EQ(ToHex(octets), ToHex(written));
 }
 
-// Cut to so many words, or followed by a word of zeros, as the header then says, it is read or refused alike, and refused
-// with a reason.
+// Cut to so many words, or followed by a word of zeros, as the header then says, it is read or refused alike, and
+// refused with a reason.
 TEST_P(EverySample, IsDecodedAsItIsRead) {
   for (ZunSizeT size = kBodyBegin; size <= sample().wire.size() + 4; size += 4) {
     SCOPED_TRACE(::testing::Message() << size << " bytes of it");

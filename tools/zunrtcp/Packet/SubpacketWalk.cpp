@@ -14,7 +14,7 @@ std::size_t SubpacketSize(std::string_view rest) { return kHeaderSize + std::siz
 // Why `rest`, the datagram from here on, does not begin with a whole subpacket; empty when it does.
 std::string FaultOf(std::string_view rest) {
   if (rest.size() < kHeaderSize) {
-    return Counted(rest.size(), "byte") + " behind the last subpacket, fewer than a header has";
+    return Counted(rest.size(), "byte") + " after the last subpacket, fewer than a header has";
   }
   if (const unsigned version = U8At(rest, 0) >> 6; version != kVersion) {
     return Printed("version %u instead of %u", version, kVersion);

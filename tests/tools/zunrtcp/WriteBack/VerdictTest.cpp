@@ -124,7 +124,7 @@ const RefusedCase kRefusedByRule[] = {
 const char* const kMalformed[][2] = {
     {"81C90001 00000001", "subpacket 1 (RR, 1 report block) at byte 8: its body is malformed"},
     {"81CD0003 00000001 00000002 0003", "at byte 8: type 205 announces 16 bytes, of which 14 are there"},
-    {"80C9", "at byte 8: 2 bytes behind the last subpacket, fewer than a header has"},
+    {"80C9", "at byte 8: 2 bytes after the last subpacket, fewer than a header has"},
     {"40C90001 00000001", "at byte 8: version 1 instead of 2"},
     {"A1CA0002 11223344 01040003", "subpacket 1 (SDES, 1 chunk) at byte 8: its body is malformed"},
     {"84CE0003 00000001 00000000 00000002", "subpacket 1 (FIR, FMT 4) at byte 8: its body is malformed"},

@@ -81,8 +81,8 @@ void DescribeCcfb(const ZunRtcpRtpfbCcfb& ccfb, Description* description) {
   }
 }
 
-// Received, 2 bits of ECN, 13 bits of arrival time offset. A value of four times the ECN keeps only the lowest bit of the
-// ECN when it is shifted to its place, in the bit of "received", which is set anyway.
+// Received, 2 bits of ECN, 13 bits of arrival time offset. A value of four times the ECN keeps only the lowest bit of
+// the ECN when it is shifted to its place, in the bit of "received", which is set anyway.
 void RewriteMetric(Rewrite* rewrite, std::size_t at) {
   const unsigned metric = U16At(rewrite->bytes, at);
   if ((metric & kReceivedBit) == 0) {
@@ -92,7 +92,8 @@ void RewriteMetric(Rewrite* rewrite, std::size_t at) {
   }
 }
 
-// Streams of an SSRC, a first sequence number, a count and as many metrics, padded to a multiple of 4; then a timestamp.
+// Streams of an SSRC, a first sequence number, a count and as many metrics, padded to a multiple of 4; then a
+// timestamp.
 void RewriteCcfb(Rewrite* rewrite) {
   constexpr std::size_t kTimestampSize = 4;
   constexpr std::size_t kStreamHeaderSize = 8;
