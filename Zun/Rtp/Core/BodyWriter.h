@@ -97,6 +97,7 @@ class BodyWriter {
     if (static_cast<ZunSizeT>(out.limit_ - out.cursor_) < length && !out.Grow(length)) return;
     cursor_ = out.cursor_;
     limit_ = cursor_ + length;
+    assert((cursor_ != nullptr || length == 0) && "there is room where there is no storage");
   }
   ~BodyWriter() {
     if (cursor_ != nullptr) out_.cursor_ = cursor_;
