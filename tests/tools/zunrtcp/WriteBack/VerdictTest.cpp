@@ -173,6 +173,29 @@ TEST(Verdict, OfEverySampleNamesARuleUnlessItComesBackAsItCame) {
   }
 }
 
+// What a peer may send instead of a sample: each bit flipped, and one word more.
+std::vector<std::string> Variants(const std::string& wire) {
+  std::vector<std::string> variants;
+  for (std::size_t bit = 0; bit < 8 * wire.size(); ++bit) {
+    variants.push_back(wire);
+    variants.back()[bit / 8] = static_cast<char>(variants.back()[bit / 8] ^ 1 << bit % 8);
+  }
+  variants.push_back(wire + test::Hex("00000000"));
+  const std::size_t words = wire.size() / 4;  // without the header's
+  variants.back()[2] = static_cast<char>(words >> 8);
+  variants.back()[3] = static_cast<char>(words);
+  return variants;
+}
+
+TEST(Verdict, WhateverASampleBecomesARuleExplainsHowItComesBack) {
+  for (const test::Sample& sample : test::Samples()) {
+    for (const std::string& variant : Variants(sample.wire)) {
+      const std::string hex = test::ToHex(variant);
+      EXPECT_STRNE(OutcomeName(test::Decoded(hex).verdict.outcome), OutcomeName(Outcome::Unexplained)) << hex;
+    }
+  }
+}
+
 TEST(Verdict, ADifferenceThatNoRuleGivesIsUnexplained) {
   const std::string received = test::Hex("83CC0002 11223344 41424344");
   const LibraryPacket other(test::Hex("80CC0002 11223344 41424345"));
