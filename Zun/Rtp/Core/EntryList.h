@@ -42,7 +42,8 @@ bool ReadCountedEntries(BodyReader& r, typename Algorithms::Vector* list, ZunSiz
 // The same with all entries up to the end. A remainder makes the read fail; the whole entries in front of it are kept.
 template <ZunSizeT kEntrySize, class Algorithms, class Decode>
 bool ReadEntries(BodyReader& r, typename Algorithms::Vector* list, Decode decode) {
-  return ReadCountedEntries<kEntrySize, Algorithms>(r, list, r.ReadableBytes() / kEntrySize, decode) && r.NeedEnd();
+  return ReadCountedEntries<kEntrySize, Algorithms>(r, list, r.ReadableBytes() / kEntrySize, decode) &&
+         (r.AtEnd() || r.Refuse(ZUN_RTCP_DECODE_REASON_TOO_SHORT));  // an entry is cut off
 }
 
 // Writes every element of `list` as the kEntrySize octets that encode(entry, octets) stores.

@@ -35,7 +35,7 @@ bool AreInRange(const ZunRtcpTmmbEntry* entries, ZunSizeT count) {
 double PowerOfTwo(int exponent) { return std::bit_cast<double>(static_cast<ZunUint64>(exponent + 1023) << 52); }
 
 ZunRtcpDecodeReason ReadEntries(ZunRtcpTmmb* p, ZunRtcpTmmbType type, zun::BodyReader r) {
-  if (r.ReadableBytes() % kEntrySize != 0) return ZUN_RTCP_DECODE_REASON_LEFT_OVER;
+  if (r.ReadableBytes() % kEntrySize != 0) return ZUN_RTCP_DECODE_REASON_TOO_SHORT;
   if (type == ZUN_RTCP_TMMB_TYPE_TMMBR && r.AtEnd()) return ZUN_RTCP_DECODE_REASON_NO_ENTRIES;
   p->type = type;
   p->count = r.ReadableBytes() / kEntrySize;
