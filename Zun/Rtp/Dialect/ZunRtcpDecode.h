@@ -61,7 +61,9 @@ void ZunRtcpDecodeOptionsConstructDefault(ZunRtcpDecodeOptions* o);
  *
  * What is read is told by the octets alone, whatever `p` held, and all of it belongs to the allocator of `p`. Storage
  * is used again: a datagram of the shape of the last one (the same kinds in the same order, no list or text longer than
- * before) allocates nothing.
+ * before, nothing refused) allocates nothing. So a packet that many datagrams are decoded into may come to hold more
+ * than one of them takes: the most that any of them needed at each place. Destructing it, or decoding into a fresh one
+ * out of an arena, is the end of that.
  *
  * In the house's dialect what is read is what ZunRtcpPacketParseNetworkPacket reads into a fresh packet.
  *
