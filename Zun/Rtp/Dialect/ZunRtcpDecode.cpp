@@ -93,11 +93,13 @@ class Decoder {
     return true;
   }
 
-  // For all subpackets that are left and allowed, at once, or for as many as there are blocks for.
+  // For all subpackets that are left and allowed, at once, or for as many as there are blocks for. They are counted
+  // once: where room is refused it is asked for again at each of them.
   bool MakeRoom() {
     if (subpackets_->end != subpackets_->endBuf) return true;
+    if (total_ == 0) total_ = Index() + 1 + zun::CountSubpackets(datagram_);
     const ZunSizeT count = Count();
-    const ZunSizeT left = 1 + zun::CountSubpackets(datagram_);
+    const ZunSizeT left = total_ - Index();
     const ZunSizeT allowed = options_.maxSubpackets - count;
     Subpackets::ReserveGrownOrLess(subpackets_, count + (left < allowed ? left : allowed));
     next_ = subpackets_->end;
@@ -147,6 +149,7 @@ class Decoder {
   zun::ReadTerms terms_;
   Datagram datagram_;
   ZunSizeT refused_ = 0;
+  ZunSizeT total_ = 0;  // of the subpackets in the datagram; 0 while nobody counted them
 };
 
 }  // namespace
