@@ -93,7 +93,7 @@ TEST(ZunRtcpDecode, OwnsAllWithTheAllocatorOfThePacket) {
   }
 }
 
-// The same of objects that have the packet's allocator, and elements that have not.
+// The same of objects that have the packet's allocator, and of elements that have not.
 TEST(ZunRtcpDecode, OwnsTheElementsOfListsWithTheAllocatorOfThePacket) {
   for (const Sample& sample : Samples()) {
     TestAllocator own;
@@ -207,6 +207,182 @@ double SecondsWithoutMemory(ZunSizeT count) {
 // Sixteen times the subpackets take sixteen times the time; were what is left counted at each, it would be 256 times.
 TEST(ZunRtcpDecode, TakesTimeInProportionWhereMemoryIsRefused) {
   EXPECT_LT(SecondsWithoutMemory(16 * 1023), 64 * SecondsWithoutMemory(1023));
+}
+
+// Cost
+
+constexpr ZunSizeT kMaxDatagram = 65535;
+
+// SDES subpackets of chunks with so many items each, as far as `room` goes; an item is its two octets and its text. A
+// list that has just outgrown its storage has room for twice as much.
+std::string Descriptions(ZunSizeT items, const std::string& item, ZunSizeT room) {
+  std::string chunk = "ssrc";
+  for (ZunSizeT i = 0; i < items; ++i) chunk += item;
+  chunk += '\0';
+  chunk.resize((chunk.size() + 3) / 4 * 4);
+  std::string bytes;
+  while (room >= 4 + chunk.size()) {
+    const ZunSizeT count = std::min<ZunSizeT>(31, (room - 4) / chunk.size());
+    std::string chunks;
+    for (ZunSizeT i = 0; i < count; ++i) chunks += chunk;
+    bytes += Subpacket(202, static_cast<int>(count), chunks);
+    room -= 4 + chunks.size();
+  }
+  return bytes;
+}
+
+// One subpacket, again and again.
+std::string Repeated(const std::string& subpacket, ZunSizeT room = kMaxDatagram) {
+  std::string bytes;
+  while (bytes.size() + subpacket.size() <= room) bytes += subpacket;
+  return bytes;
+}
+
+// One subpacket: a head and as many entries as there is room for, but not more than `most`.
+std::string ListOf(int type, int fmt, const std::string& head, const std::string& entry, ZunSizeT most = SIZE_MAX,
+                   const std::string& tail = "") {
+  const ZunSizeT room = kMaxDatagram - 4 - head.size() - tail.size();
+  std::string body = head;
+  for (ZunSizeT i = 0; i < std::min(most, room / entry.size()); ++i) body += entry;
+  body += tail;
+  body.resize(body.size() / 4 * 4);
+  return Subpacket(type, fmt, body);
+}
+
+// Transport-wide feedback about 65,535 packets that were lost, in 38 octets.
+std::string AllStatuses() {
+  return Subpacket(205, 15, Hex("00000001 00000002 0000FFFF 00000000 1FFF1FFF 1FFF1FFF 1FFF1FFF 1FFF1FFF 00070000"));
+}
+
+struct Costly {
+  std::string what;
+  std::string bytes;
+};
+
+std::vector<Costly> CostlyOnes() {
+  const std::string sources = Hex("00000001 00000002");
+  const std::string statuses = AllStatuses();
+  const ZunSizeT left = kMaxDatagram - statuses.size();
+  std::vector<Costly> all = {
+      {"two lists of items", Descriptions(16385, Hex("0100"), 32784) + Descriptions(16300, Hex("0100"), 32750)},
+      {"one list of items", Descriptions(32700, Hex("0100"), kMaxDatagram)},
+      {"empty subpackets", Repeated(Hex("80CF0000"))},
+      {"subpackets of one octet of text", Repeated(Hex("81CA0002 00000001 01014100"))},
+      {"statuses, message by message", Repeated(Subpacket(205, 15, sources + Hex("0000003F 00000000 003F0000")))},
+      {"maps", ListOf(205, 1, sources, Hex("00010000"), 16383)},
+      {"streams without metrics", ListOf(205, 14, Hex("00000001"), Hex("0000000100000000"), SIZE_MAX, Hex("00000000"))},
+      {"streams of one metric", ListOf(205, 14, Hex("00000001"), Hex("000000010000000180010000"), 5460, "time")},
+      {"metrics", ListOf(205, 14, Hex("00000001 00000002 00007FF0"), Hex("8001"), 0x7FF0, "time")},
+      {"items of slices", ListOf(206, 2, sources, Hex("00000001"))},
+      {"parameters", ListOf(206, 15, sources + Hex("4E720003 01"), Hex("0801"), 32756, Hex("000000"))},
+      {"layers", ListOf(206, 15, sources + Hex("4E720005"), Hex("0000000101010000"), 8190)},
+      {"layers of one octet", ListOf(206, 15, sources + Hex("4E720005"), Hex("000000010101000141000000"), 5460)},
+      {"report blocks", Repeated(ListOf(201, 31, Hex("00000001"), std::string(24, 'b'), 31))},
+  };
+  for (const ZunSizeT items : {1, 3, 5, 9, 17, 65, 257, 1025, 2049, 4097}) {
+    all.push_back({std::to_string(items) + " items each", Descriptions(items, Hex("0100"), kMaxDatagram)});
+    all.push_back({std::to_string(items) + " items of one octet each", Descriptions(items, Hex("010141"), 65535)});
+    all.push_back(
+        {std::to_string(items) + " items each, and statuses", statuses + Descriptions(items, Hex("0100"), left)});
+  }
+  return all;
+}
+
+TEST(ZunRtcpDecode, TakesNoMoreMemoryThanItsHeaderTells) {
+  std::size_t most = 0;
+  for (const Costly& costly : CostlyOnes()) {
+    SCOPED_TRACE(costly.what);
+    ASSERT_GT(costly.bytes.size(), 57000U);
+    ASSERT_LE(costly.bytes.size(), kMaxDatagram);
+    for (const ZunRtcpDialect dialect : kDialects) {
+      TestAllocator a;
+      {
+        const Decoded p(costly.bytes, dialect, Tolerant(), a);
+        EXPECT_GT(p.report.read, 0U) << Told(p.report);
+        EXPECT_LE(a.peak_bytes(), ZUN_RTCP_DECODE_MAX_COST * kMaxDatagram);
+        // Time is that of reading so much: a list that grows copies its texts, so there may be a block for every octet.
+        EXPECT_LE(a.allocations(), kMaxDatagram);
+        most = std::max(most, a.peak_bytes());
+      }
+    }
+  }
+  // The bound is no idle one.
+  EXPECT_GT(most, ZUN_RTCP_DECODE_MAX_COST * kMaxDatagram / 2);
+}
+
+// Out of an arena
+
+// How much of an arena decoding takes.
+ZunSizeT HighWaterMark(const std::string& bytes, ZunRtcpDialect dialect) {
+  alignas(16) static ZunUint8 block[65536];
+  ZunArena arena;
+  ZunArenaConstruct(&arena, block, sizeof(block), nullptr);
+  const Decoded p(bytes, dialect, Defaults(), ZunArenaGetAllocator(&arena));
+  EXPECT_NE(p.reason(), ZUN_RTCP_DECODE_REASON_ALLOCATION);
+  return ZunArenaGetHighWaterMark(&arena);
+}
+
+// The block of every size ends at a page that nobody may touch, so that it begins at every alignment.
+TEST(ZunRtcpDecode, ReadsOutOfAnArenaOfAnySizeOrIsRefused) {
+  for (const std::string& bytes : {Wires().front(), Hex(kCapturedXr), Golden("SdesTwoChunks"), Wires().back()}) {
+    const Decoded expected(bytes, kRegistered);
+    const ZunSizeT enough = HighWaterMark(bytes, kRegistered);
+    GuardedBlock block(enough + 32);
+    for (ZunSizeT size = 0; size <= block.size(); ++size) {
+      ZunArena arena;
+      ZunArenaConstruct(&arena, block.Last(size), size, nullptr);
+      const Decoded p(bytes, kRegistered, Defaults(), ZunArenaGetAllocator(&arena));
+      ExpectRightOrRefused(p, expected, size < enough + 15);
+      EXPECT_LE(ZunArenaGetHighWaterMark(&arena), size);
+    }
+  }
+}
+
+TEST(ZunRtcpDecode, TakesNothingButTheArenaThatIsLargeEnough) {
+  for (const std::string& bytes : Wires()) {
+    const ZunSizeT enough = HighWaterMark(bytes, kHouse);
+    const std::unique_ptr<ZunUint8[]> block(new ZunUint8[enough + 16]);
+    TestAllocator overflow;
+    ZunArena arena;
+    ZunArenaConstruct(&arena, block.get(), enough + 16, overflow);
+    for (int datagram = 0; datagram < 3; ++datagram) {
+      const Decoded p(bytes, kHouse, Defaults(), ZunArenaGetAllocator(&arena));
+      EXPECT_NE(p.reason(), ZUN_RTCP_DECODE_REASON_ALLOCATION);
+    }
+    EXPECT_EQ(overflow.calls(), 0U);
+    EXPECT_EQ(ZunArenaGetHighWaterMark(&arena), enough);
+    EXPECT_EQ(ZunArenaGetUsed(&arena), 0U);
+  }
+}
+
+TEST(ZunRtcpDecode, TurnsToTheOtherAllocatorWhereAnArenaIsTooSmall) {
+  const std::string& bytes = Wires().back();
+  const Decoded expected(bytes, kHouse);
+  for (const ZunSizeT size : {0, 64, 1000, 4000}) {
+    const std::unique_ptr<ZunUint8[]> block(new ZunUint8[size]);
+    TestAllocator overflow;
+    ZunArena arena;
+    ZunArenaConstruct(&arena, block.get(), size, overflow);
+    const Decoded p(bytes, kHouse, Defaults(), ZunArenaGetAllocator(&arena));
+    EXPECT_TRUE(p.ok);
+    EXPECT_EQ(Everything(p.packet), Everything(expected.packet));
+    EXPECT_NE(overflow.live_blocks(), 0U);
+  }
+}
+
+// The way to decode datagram after datagram with a ceiling: the packet is forgotten with the arena.
+TEST(ZunRtcpDecode, ReadsDatagramAfterDatagramOutOfAnArenaThatIsReset) {
+  const std::unique_ptr<ZunUint8[]> block(new ZunUint8[65536]);
+  ZunArena arena;
+  ZunArenaConstruct(&arena, block.get(), 65536, nullptr);
+  for (int round = 0; round < 20; ++round) {
+    for (const std::string& bytes : Wires()) {
+      ZunRtcpPacket p;
+      ZunRtcpPacketConstructDefault(&p, ZunArenaGetAllocator(&arena));
+      EXPECT_TRUE(ZunRtcpPacketDecode(&p, bytes.data(), bytes.size(), kHouse, nullptr, nullptr));
+      ZunArenaReset(&arena);
+    }
+  }
 }
 
 }  // namespace
