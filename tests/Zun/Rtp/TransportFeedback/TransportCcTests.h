@@ -75,14 +75,16 @@ class ByTheBook {
       std::string taken(1, statuses_[at++]);
       while (at < statuses_.size() && MayTake(taken, statuses_[at])) taken += statuses_[at++];
       chunks_ += ToWord(BitsOf(taken));
-      if (!AllTheSame(taken) && !HasWide(taken) && taken.size() < 14 && at < statuses_.size()) reads_back_ = false;
+      if (!AllTheSame(taken) && !HasWide(taken) && taken.size() < 14 && at < statuses_.size()) ++early_vectors_;
     }
   }
 
   const std::string& statuses() const { return statuses_; }
   std::size_t chunk_bytes() const { return chunks_.size(); }
   // Whether a reader that takes every vector to be full understands it.
-  bool reads_back() const { return reads_back_; }
+  bool reads_back() const { return early_vectors_ == 0; }
+  // One-bit vectors that end early although more packets follow.
+  std::size_t early_vectors() const { return early_vectors_; }
 
   std::string bytes() const {
     std::string body = Number(p_->sender, 4) + Number(p_->source, 4) + Number(p_->baseSeq, 2) +
@@ -147,7 +149,7 @@ class ByTheBook {
   const ZunRtcpRtpfbTransportCc* p_;
   std::string statuses_;
   std::string chunks_;
-  bool reads_back_ = true;
+  std::size_t early_vectors_ = 0;
 };
 
 // Writes `p` and compares with the naive wire form; reads it back where that can be.
