@@ -192,7 +192,7 @@ ZunRtcpXrBuilder* ZunRtcpXrBuilderConstruct(ZunRtcpXrBuilder* b, ZunRtpSourceId 
 void ZunRtcpXrBuilderDestruct(ZunRtcpXrBuilder* b);
 
 ZunBool ZunRtcpXrBuilderAddRrtr(ZunRtcpXrBuilder* b, const ZunRtcpXrRrtr* rrtr);
-/* One block about `count` receivers, up to 21,845. */
+/* One block about `count` receivers, up to 21,844. */
 ZunBool ZunRtcpXrBuilderAddDlrr(ZunRtcpXrBuilder* b, const ZunRtcpXrDlrr* dlrrs, ZunSizeT count);
 /* The flags of absent fields are clear; `range.thinning` must be 0 and `hopKind` at most 3. */
 ZunBool ZunRtcpXrBuilderAddStatistics(ZunRtcpXrBuilder* b, const ZunRtcpXrStatistics* statistics);
