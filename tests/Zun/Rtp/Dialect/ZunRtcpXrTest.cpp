@@ -250,13 +250,17 @@ TEST(ZunRtcpXrBlock, FieldsAreWhatTheyAreOnTheWire) {
 TEST(ZunRtcpXrBlock, EachFlagOfStatisticsStandsForItself) {
   for (const int flags : {0x80, 0x40, 0x20, 0x08, 0x10, 0x07, 0x00}) {
     const std::string head = {6, static_cast<char>(flags), 0, 9};
+    const Block block(head + std::string(36, '\0'));
     ZunRtcpXrStatistics s;
-    ASSERT_TRUE(ZunRtcpXrBlockGetStatistics(Block(head + std::string(36, '\0')), &s));
+    ASSERT_TRUE(ZunRtcpXrBlockGetStatistics(block, &s));
     EXPECT_EQ(s.hasLoss != 0, flags == 0x80);
     EXPECT_EQ(s.hasDuplicates != 0, flags == 0x40);
     EXPECT_EQ(s.hasJitter != 0, flags == 0x20);
     EXPECT_EQ(s.hopKind, flags >> 3 & 3);
     EXPECT_EQ(s.range.thinning, 0);
+    Builder builder;
+    ASSERT_TRUE(ZunRtcpXrBuilderAddStatistics(builder, &s));
+    EXPECT_EQ(builder.bytes().substr(8, 2), (std::string{6, static_cast<char>(flags & 0xF8)}));
   }
 }
 
@@ -458,6 +462,8 @@ TEST(ZunRtcpXrBuilder, HoldsAsMuchAsALengthCanSay) {
   EXPECT_EQ(full.size(), 262140U);
   EXPECT_EQ(full.bytes().size(), 262144U);
   EXPECT_FALSE(ZunRtcpXrBuilderAddBlock(full, 99, 0, nullptr, 0));
+  Report report(Xr(AllBlocks()));
+  for (const ZunRtcpXrBlock& block : report.Blocks()) EXPECT_FALSE(Add(full, block));
   EXPECT_EQ(full.size(), 262140U);
   Builder many;
   for (const ZunSizeT count : {ZunSizeT{21845}, ZunSizeT{21846}, SIZE_MAX}) {
