@@ -241,6 +241,13 @@ TEST(RegisteredForms, RandomSequencesOfStatusesReadBack) {
   EXPECT_GT(avoided, 300U);
 }
 
+// More chunks than are kept between the measuring of a message and its writing.
+TEST(RegisteredForms, ManyChunksReadBack) {
+  std::string statuses;
+  for (int i = 0; i < 100; ++i) statuses += "10000002";
+  EXPECT_GT(ExpectToReadBack(statuses).size(), 100U);
+}
+
 TEST(RegisteredForms, LongRunsReadBack) {
   for (const std::size_t length : {8191, 8192}) {
     ExpectToReadBack("1" + std::string(9, '0') + std::string(length, '2') + "01");
