@@ -18,12 +18,15 @@ struct Run {
 
 Run All(const ZunVector_ZunRtcpSubpacket& v) { return {v.begin, v.end}; }
 
+// A length depends on where it begins by less than a word; it is that at the beginning of a word that counts.
+bool IsTooLong(const ZunRtcpSubpacket* sp, ZunRtcpDialect dialect) {
+  return SubpacketDispatch::EncodedLength(sp, 0, dialect) > kMaxSubpacketLength;
+}
+
 ZunRtcpEncodeReason FindUnencodable(const ZunRtcpSubpacket* sp, ZunRtcpDialect dialect) {
   const ZunRtcpEncodeReason reason = SubpacketDispatch::FindUnencodable(sp, dialect);
   if (reason != ZUN_RTCP_ENCODE_REASON_NONE) return reason;
-  // A length depends on where it begins by less than a word, and too long is too long anywhere.
-  const ZunSizeT length = SubpacketDispatch::EncodedLength(sp, 0, dialect);
-  return length > kMaxSubpacketLength ? ZUN_RTCP_ENCODE_REASON_TOO_LONG : ZUN_RTCP_ENCODE_REASON_NONE;
+  return IsTooLong(sp, dialect) ? ZUN_RTCP_ENCODE_REASON_TOO_LONG : ZUN_RTCP_ENCODE_REASON_NONE;
 }
 
 // The length of a run that begins at byte `begin`; stores it only when all of the run can be encoded.
@@ -40,7 +43,8 @@ bool AddLength(Run run, ZunRtcpDialect dialect, ZunSizeT* total) {
 // Appends one subpacket. False when it cannot be encoded or does not fit.
 bool Write(const ZunRtcpSubpacket* sp, Output& out) {
   const ZunSizeT begin = out.Size();
-  return SubpacketDispatch::Write(sp, out, false) && out.Size() - begin <= kMaxSubpacketLength;
+  if (!SubpacketDispatch::Write(sp, out, false)) return false;
+  return out.Size() - begin <= kMaxSubpacketLength || !IsTooLong(sp, out.dialect());
 }
 
 bool WriteAll(Run run, Output& out) {

@@ -313,6 +313,21 @@ TEST(ZunRtcpEncode, RefusesAHouseTmmbnInTheRegisteredDialectAlone) {
   EXPECT_TRUE(Encoded(p, kHouse).ok);
 }
 
+// A SHOW ends at a word of the whole output, so how long it is depends on where it begins. What is not too long at the
+// beginning of a word is encoded after half a word as well.
+TEST(ZunRtcpEncode, TakesForTooLongWhatIsTooLongAnywhere) {
+  Decoded p(Golden("LirOneEntry") + Golden("ShowTwoParameters"), kHouse);
+  Set(&At(p, 0).psfb.afb.lir.fci.begin->layerData, "");  // 22 octets
+  RESIZE(ZunRtcpPsfbAfbShowParameter, At(p, 1).psfb.afb.show.parameters, 87375);
+  for (int i = 0; i < 87375; ++i) At(p, 1).psfb.afb.show.parameters.begin[i] = {1, 0xFFFFU};
+  for (const ZunUint64 value : {0xFFFFU, 0xFFFFFFU}) {  // 262,142 and 262,143 octets without the zeros
+    FirstParameter(At(p, 1)).value = value;
+    EXPECT_TRUE(Encoded(p, kHouse).ok);
+  }
+  FirstParameter(At(p, 1)).value = 0xFFFFFFFFFFU;  // 262,145
+  EXPECT_EQ(Encoded(p, kHouse).reason, ZUN_RTCP_ENCODE_REASON_TOO_LONG);
+}
+
 // Parts
 
 struct Part {
