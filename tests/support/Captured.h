@@ -1,5 +1,5 @@
-// Datagrams of real peers, by the capture (samples/) and the frame that they are from. What tests expect of them is what
-// another dissector tells of them.
+// Datagrams of real peers, by the capture (samples/) and the frame that they are from. What tests expect of them is
+// what another dissector tells of them; of CCFB, what RFC 8888 does.
 #ifndef TESTS_SUPPORT_CAPTURED_H
 #define TESTS_SUPPORT_CAPTURED_H
 
