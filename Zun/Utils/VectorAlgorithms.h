@@ -257,7 +257,7 @@ class VectorAlgorithms {
     return static_cast<E*>(ZunAllocatorAllocate(a, count * sizeof(E)));
   }
   static void Free(ZunAllocator* a, E* block, ZunSizeT count) {
-    assert(a != nullptr && "storage without the allocator that gave it");
+    assert(a != nullptr && "an allocator that is NULL gave a block");
     ZunAllocatorDeallocate(a, block, count * sizeof(E));
   }
 

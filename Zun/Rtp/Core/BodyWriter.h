@@ -97,7 +97,6 @@ class BodyWriter {
     if (static_cast<ZunSizeT>(out.limit_ - out.cursor_) < length && !out.Grow(length)) return;
     cursor_ = out.cursor_;
     limit_ = cursor_ + length;
-    assert((cursor_ != nullptr || length == 0) && "there is room where there is no storage");
   }
   ~BodyWriter() {
     if (cursor_ != nullptr) out_.cursor_ = cursor_;
@@ -180,7 +179,7 @@ class BodyWriter {
   // Of what was reserved; 0 where bytes are appended one by one.
   ZunSizeT Room() const { return static_cast<ZunSizeT>(limit_ - cursor_); }
   ZunUint8* Advance(ZunSizeT count) {
-    assert(cursor_ != nullptr || count == 0);
+    assert((cursor_ != nullptr || count == 0) && "there is room where there is no storage");
     ZunUint8* const octets = cursor_;
     cursor_ += count;
     return octets;

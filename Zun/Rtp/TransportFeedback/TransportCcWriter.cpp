@@ -104,7 +104,7 @@ TransportCcLayout::TransportCcLayout(const ZunVector_ZunRtcpRtpfbTransportCcPack
   ZunSizeT deltas = 0;
   const auto next = [&] {
     const NextChunk chunk = GetNextChunk(first, last, is_registered_);
-    deltas += StatusChunk(chunk.word).DeltaSize(static_cast<ZunUint32>(chunk.end - first));
+    deltas += zun::StatusChunk(chunk.word).DeltaSize(static_cast<ZunUint32>(chunk.end - first));
     first = chunk.end;
     ++chunks;
     return static_cast<ZunUint16>(chunk.word);
