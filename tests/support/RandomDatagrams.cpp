@@ -66,7 +66,7 @@ void RandomDatagrams::Damage(std::string* bytes) {
       bytes->erase(Below(4) == 0 ? at : word);
       break;
     default:
-      bytes->insert(word, bytes->substr(Below(bytes->size()) / 4 * 4, 4));
+      bytes->insert(word, bytes->substr(Below(bytes->size()) & ~std::size_t{3}, 4));
       break;
   }
 }

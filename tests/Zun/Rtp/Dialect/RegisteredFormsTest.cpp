@@ -249,7 +249,7 @@ TEST(RegisteredForms, ManyChunksReadBack) {
 }
 
 TEST(RegisteredForms, LongRunsReadBack) {
-  for (const std::size_t length : {8191, 8192}) {
+  for (const std::size_t length : {8191U, 8192U}) {
     ExpectToReadBack("1" + std::string(9, '0') + std::string(length, '2') + "01");
   }
 }
@@ -267,7 +267,7 @@ std::string Padded(const std::string& subpacket, std::size_t count) {
 TEST(RegisteredForms, PaddingIsNoPartOfAnySubpacket) {
   for (const Sample& sample : Samples()) {
     const Decoded bare(sample.wire, kRegistered);
-    for (const std::size_t count : {4, 8, 252}) {
+    for (const std::size_t count : {4U, 8U, 252U}) {
       const Decoded p(Padded(sample.wire, count) + Golden("Pli"), kRegistered);
       EXPECT_EQ(p.ok, bare.ok) << sample.name;
       if (!bare.ok) continue;
