@@ -35,8 +35,8 @@ std::string NoRtcp(const std::string& path, const FrameCounts& frames, bool rest
 }
 
 std::unique_ptr<Printer> PrinterFor(const DecodeOptions& options, std::ostream* out) {
-  if (options.json) return std::make_unique<JsonPrinter>(out);
-  return std::make_unique<TextPrinter>(out, options.verbose);
+  if (options.json) return std::make_unique<JsonPrinter>(out, options.dialect);
+  return std::make_unique<TextPrinter>(out, options.dialect, options.verbose);
 }
 
 }  // namespace
@@ -49,7 +49,7 @@ ExitStatus RunDecode(const DecodeOptions& options, std::ostream* out) {
   std::string complaint;  // what is wrong with the capture, said when all that can be printed is
   try {
     while (std::optional<RtcpDatagram> found = finder.Next()) {
-      const DecodedDatagram decoded(std::move(*found), options.verbose);
+      const DecodedDatagram decoded(std::move(*found), options.dialect, options.verbose);
       totals.Add(decoded);
       if (decoded.verdict.outcome == Outcome::CutOff && complaint.empty()) {
         complaint = capture.path() + ": " + CutOffWords(decoded);

@@ -1,4 +1,5 @@
-// zunrtcp decode: prints the RTCP of a capture and checks that the library writes back what it read.
+// zunrtcp decode: prints the RTCP of a capture; in the house's dialect it also checks that the library writes back what it
+// read.
 #ifndef TOOLS_ZUNRTCP_DECODECOMMAND_H
 #define TOOLS_ZUNRTCP_DECODECOMMAND_H
 
@@ -9,10 +10,13 @@
 #include <set>
 #include <string>
 
+#include "Zun/Rtp/Core/ZunRtcpDialect.h"
+
 namespace zunrtcp {
 
 struct DecodeOptions {
-  std::string capture;            // "-" is standard input
+  std::string capture;  // "-" is standard input
+  ZunRtcpDialect dialect = ZUN_RTCP_DIALECT_REGISTERED;
   std::set<std::uint16_t> ports;  // empty: all
   bool verbose = false;
   bool json = false;
@@ -21,7 +25,7 @@ struct DecodeOptions {
 
 enum ExitStatus : int {
   kFine = 0,
-  kUnexplained = 1,  // something was read or written otherwise than any stated rule says
+  kUnexplained = 1,  // something was refused, or written otherwise than any stated rule says
   kBadInput = 2,     // wrong arguments, or a capture that cannot be read to its end or holds no RTCP
 };
 

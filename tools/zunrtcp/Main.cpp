@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <exception>
 #include <iostream>
+#include <string>
 #include <vector>
 
 #include "tools/zunrtcp/DecodeCommand.h"
@@ -18,11 +19,18 @@ int Run(int argc, char** argv) {
   std::vector<std::uint16_t> ports;
   CLI::App* decode = app.add_subcommand(
       "decode",
-      "Prints the RTCP of a pcap or pcapng file, packet by packet and field by field, writes each datagram back with "
-      "the\n"
-      "library and says whether the bytes are the same and, where not, which stated rule explains it.\n"
-      "Exit status: 0 when all is identical or explained, 1 when not, 2 when the capture or the arguments are bad.");
+      "Prints the RTCP of a pcap or pcapng file, packet by packet and field by field. What is refused is shown with "
+      "its\n"
+      "reason, the place and the bytes around it. In the house's dialect each datagram is also written back with the\n"
+      "library: the output says whether the bytes are the same and, where not, which stated rule explains it.\n"
+      "Exit status: 0 when nothing is refused, or in the house's dialect all is identical or explained, 1 when not, 2 "
+      "when\n"
+      "the capture or the arguments are bad.");
   decode->add_option("CAPTURE", options.capture, "the capture file; - for standard input")->required();
+  std::string dialect = "registered";
+  decode->add_option("--dialect", dialect, "registered: as the RFCs say; house: as this system's own peers speak")
+      ->check(CLI::IsMember({"registered", "house"}))
+      ->capture_default_str();
   decode->add_option("--port", ports, "only datagrams from or to this UDP port (may be given several times)")
       ->check(CLI::Range(1, 65535))
       ->take_all()
@@ -36,6 +44,7 @@ int Run(int argc, char** argv) {
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? zunrtcp::kFine : zunrtcp::kBadInput;
   }
+  options.dialect = dialect == "house" ? ZUN_RTCP_DIALECT_HOUSE : ZUN_RTCP_DIALECT_REGISTERED;
   options.ports.insert(ports.begin(), ports.end());
   const zunrtcp::ExitStatus status = zunrtcp::RunDecode(options, &std::cout);
   std::cout.flush();

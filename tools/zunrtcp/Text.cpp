@@ -6,6 +6,12 @@
 
 namespace zunrtcp {
 
+namespace {
+
+constexpr std::uint64_t kNtpToUnix = 2208988800;  // seconds from 1900, where NTP counts from, to 1970
+
+}  // namespace
+
 std::string Printed(const char* format, ...) {
   va_list arguments;
   va_start(arguments, format);
@@ -75,6 +81,14 @@ std::string UtcTime(std::int64_t seconds_since_1970, std::uint32_t microseconds)
   if (gmtime_r(&seconds, &parts) == nullptr) return "(no such time)";
   return Printed("%04d-%02d-%02d %02d:%02d:%02d.%06u", parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_mday,
                  parts.tm_hour, parts.tm_min, parts.tm_sec, microseconds);
+}
+
+std::string NtpWords(std::uint64_t seconds, std::uint64_t fraction) {
+  const std::string number =
+      Printed("0x%08llx.%08llx", static_cast<unsigned long long>(seconds), static_cast<unsigned long long>(fraction));
+  if (seconds < kNtpToUnix) return "NTP " + number;
+  const auto microseconds = static_cast<std::uint32_t>(fraction * 1000000 >> 32);
+  return "NTP " + UtcTime(static_cast<std::int64_t>(seconds - kNtpToUnix), microseconds) + " (" + number + ")";
 }
 
 }  // namespace zunrtcp

@@ -39,6 +39,9 @@ std::string SourceNames(std::span<const std::uint32_t> sources);
 // "2026-11-21 11:02:33.123456" in UTC.
 std::string UtcTime(std::int64_t seconds_since_1970, std::uint32_t microseconds);
 
+// An NTP time as it stands, and as a date where it is one: some senders count from their own start.
+std::string NtpWords(std::uint64_t seconds, std::uint64_t fraction);
+
 }  // namespace zunrtcp
 
 #endif

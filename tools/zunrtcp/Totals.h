@@ -22,6 +22,8 @@ class Totals {
   std::size_t Count(Outcome outcome) const;
   // Datagrams that each rule explains.
   const std::map<Rule, std::size_t>& rules() const { return rules_; }
+  // Refusals of the registered dialect, by reason.
+  const std::map<std::string, std::size_t>& refusals() const { return refusals_; }
 
   // True when something was read or written otherwise than any stated rule says.
   bool Unexplained() const { return Count(Outcome::Unexplained) + Count(Outcome::RefusedUnexplained) > 0; }
@@ -32,6 +34,7 @@ class Totals {
   std::map<std::pair<unsigned, std::string>, std::size_t> kinds_;
   std::map<Outcome, std::size_t> outcomes_;
   std::map<Rule, std::size_t> rules_;
+  std::map<std::string, std::size_t> refusals_;
 };
 
 }  // namespace zunrtcp

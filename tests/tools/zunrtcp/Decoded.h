@@ -1,4 +1,4 @@
-// Decodes bytes as the tool does.
+// Decodes bytes as the tool does, in the house's dialect.
 #ifndef TESTS_TOOLS_ZUNRTCP_DECODED_H
 #define TESTS_TOOLS_ZUNRTCP_DECODED_H
 
@@ -17,7 +17,7 @@ inline zunrtcp::RtcpDatagram DatagramOf(const std::string& hex) {
 
 struct Decoded : zunrtcp::DecodedDatagram {
   explicit Decoded(const std::string& hex, bool verbose = false, const zunrtcp::Kinds& kinds = zunrtcp::AllKinds())
-      : DecodedDatagram(DatagramOf(hex), verbose, kinds) {}
+      : DecodedDatagram(DatagramOf(hex), ZUN_RTCP_DIALECT_HOUSE, verbose, kinds) {}
 };
 
 }  // namespace test

@@ -51,7 +51,7 @@ void Description::AddTextValue(const std::string& key, std::string_view text) {
 }
 
 Description& Description::AddItem(const char* key) {
-  items_.push_back({key, Description(verbose_)});
+  items_.push_back({key, Description(verbose_, dialect_)});
   return items_.back().description;
 }
 

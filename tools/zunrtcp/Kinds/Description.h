@@ -11,6 +11,8 @@
 #include <string_view>
 #include <vector>
 
+#include "Zun/Rtp/Core/ZunRtcpDialect.h"
+
 namespace zunrtcp {
 
 // Fields in the order in which they are told. Each has a key and a value for programs, and words for people. What
@@ -19,8 +21,9 @@ class Description {
  public:
   using Value = nlohmann::ordered_json;
 
-  // With `verbose`, nothing is cut short and details are shown.
-  explicit Description(bool verbose) : verbose_(verbose) {}
+  // With `verbose`, nothing is cut short and details are shown. `dialect` is that of what is described.
+  explicit Description(bool verbose, ZunRtcpDialect dialect = ZUN_RTCP_DIALECT_HOUSE)
+      : verbose_(verbose), dialect_(dialect) {}
 
   void Add(const char* key, Value value, std::string words);
   // "sender 0x12345678"
@@ -46,6 +49,7 @@ class Description {
   void AddList(const char* key) { value_[key] = Value::array(); }
 
   bool verbose() const { return verbose_; }
+  ZunRtcpDialect dialect() const { return dialect_; }
   // The words of the fields of this level, one after the other.
   std::string Line() const;
   // Those of the items, one line each, with the items of an item in its line.
@@ -57,6 +61,7 @@ class Description {
   struct Item;
 
   bool verbose_;
+  ZunRtcpDialect dialect_;
   Value value_ = Value::object();
   std::vector<std::string> words_;
   std::deque<Item> items_;

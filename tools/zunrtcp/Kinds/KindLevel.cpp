@@ -1,5 +1,6 @@
 #include "tools/zunrtcp/Kinds/KindLevel.h"
 
+#include "Zun/Rtp/Dialect/ZunRtcpXr.h"
 #include "tools/zunrtcp/Kinds/FeedbackLayout.h"
 #include "tools/zunrtcp/Packet/LibraryValues.h"
 
@@ -14,7 +15,23 @@ const ZunRtcpRtpfb& RtpfbIn(const ZunRtcpSubpacket& subpacket) { return *ZunRtcp
 const ZunRtcpPsfb& PsfbIn(const ZunRtcpSubpacket& subpacket) { return *ZunRtcpSubpacketGetPsfb(&subpacket); }
 const ZunRtcpPsfbAfb& AfbIn(const ZunRtcpSubpacket& subpacket) { return *ZunRtcpPsfbGetAfb(&PsfbIn(subpacket)); }
 
-ZunInt32 TypeOfBytes(const SubpacketView& subpacket) { return static_cast<ZunInt32>(subpacket.type()); }
+// The numbers whose registered form is another than the house's, or which the house keeps as bytes.
+constexpr ZunInt32 kRegisteredTmmbr = 3;
+constexpr ZunInt32 kRegisteredTmmbn = 4;
+constexpr ZunInt32 kRegisteredCcfb = 11;
+
+ZunInt32 TypeOfBytes(const SubpacketView& subpacket) {
+  const auto type = static_cast<ZunInt32>(subpacket.type());
+  return subpacket.registered() && type == ZUN_RTCPSUBPACKET_TYPE_XR ? kRegisteredForm + type : type;
+}
+
+ZunInt32 TransportFormatOfBytes(const SubpacketView& subpacket) {
+  const auto format = static_cast<ZunInt32>(subpacket.count());
+  if (!subpacket.registered()) return format;
+  if (format == kRegisteredCcfb) return ZUN_RTCPRTPFB_TYPE_CCFB;
+  return format == kRegisteredTmmbr || format == kRegisteredTmmbn ? kRegisteredForm + format : format;
+}
+
 ZunInt32 FormatOfBytes(const SubpacketView& subpacket) { return static_cast<ZunInt32>(subpacket.count()); }
 
 // The number of a house message, known or not; nothing for all others.
@@ -68,7 +85,7 @@ constinit const KindLevel rtpfb_level = {
     .outer_value = ZUN_RTCPSUBPACKET_TYPE_RTPFB,
     .value_of_object =
         [](const ZunRtcpSubpacket& subpacket) { return ZunRtcpRtpfbGetFeedbackMessageType(&RtpfbIn(subpacket)); },
-    .value_of_bytes = FormatOfBytes,
+    .value_of_bytes = TransportFormatOfBytes,
     .unknown_data =
         [](const ZunRtcpSubpacket& subpacket) { return BytesOf(*ZunRtcpRtpfbUnknownGetData(&RtpfbIn(subpacket).unk)); },
     .number_words = [](const SubpacketView& subpacket) { return "RTPFB FMT " + std::to_string(subpacket.count()); },

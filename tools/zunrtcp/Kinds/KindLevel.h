@@ -11,6 +11,10 @@
 
 namespace zunrtcp {
 
+// Added to the registered number of a form that the house has no object for, to tell it from what the house means by
+// that number.
+inline constexpr ZunInt32 kRegisteredForm = 0x100;
+
 // A level tells kinds by a value, both in an object of the library and in the bytes of a subpacket.
 struct KindLevel {
   // The kind of the level around it that holds the kinds of this one; no level for the outermost.

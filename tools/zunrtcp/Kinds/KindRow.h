@@ -18,8 +18,9 @@ struct KindRow {
   ZunInt32 value = 0;
   void (*describe)(const ZunRtcpSubpacket& subpacket, Description* description) = nullptr;
 
-  const char* name = nullptr;     // "NACK"
-  const char* counted = nullptr;  // what the header counts, "chunk"; null when it counts nothing
+  const char* name = nullptr;        // "NACK"
+  const char* house_name = nullptr;  // where the registered dialect means another form by `name`; null when it does not
+  const char* counted = nullptr;     // what the header counts, "chunk"; null when it counts nothing
 
   // Makes the bytes received those that the library is to write; null when they are the same but for the padding bit.
   void (*rewrite)(Rewrite* rewrite) = nullptr;
@@ -28,6 +29,10 @@ struct KindRow {
   std::optional<Rule> (*why_unwritten)(const SubpacketView& subpacket) = nullptr;
   // A remark on a body that looks like the registered form of this number; empty for all others.
   std::string (*remark)(const SubpacketView& subpacket) = nullptr;
+
+  const char* NameIn(ZunRtcpDialect dialect) const {
+    return dialect == ZUN_RTCP_DIALECT_REGISTERED && house_name != nullptr ? house_name : name;
+  }
 };
 
 }  // namespace zunrtcp

@@ -44,10 +44,11 @@ const KindRow* Kinds::RowOfBytes(const SubpacketView& subpacket) const { return 
 
 std::string Kinds::NameOf(const SubpacketView& subpacket) const {
   const Path path = PathOf(subpacket);
-  if (path.rowless == nullptr) return path.rows.back()->name;
+  if (path.rowless == nullptr) return path.rows.back()->NameIn(subpacket.dialect);
   const std::string number = path.rowless->level->number_words(subpacket);
   const UnmodelledKind* unmodelled = path.Unmodelled();
   if (unmodelled == nullptr || unmodelled->name == nullptr) return number;
+  if (unmodelled->describe != nullptr) return unmodelled->name;
   return std::string(unmodelled->name) + " (" + number + ")";
 }
 
@@ -58,6 +59,10 @@ std::string Kinds::CountWords(const SubpacketView& subpacket) const {
     return Counted(count, path.rows.front()->counted);
   }
   if (path.rows.size() > 1) return "FMT " + std::to_string(count);
+  const UnmodelledKind* unmodelled = path.Unmodelled();
+  if (unmodelled != nullptr && unmodelled->describe != nullptr) {
+    return path.rows.empty() ? "" : "FMT " + std::to_string(count);
+  }
   const bool is_format = path.rows.size() == 1 && path.rowless != nullptr;
   return is_format ? "" : "subtype " + std::to_string(count);
 }
@@ -82,6 +87,13 @@ void Kinds::Describe(const ZunRtcpSubpacket& object, const SubpacketView& bytes,
   }
   for (const KindRow* row : path.rows) row->describe(object, description);
   if (path.rowless != nullptr) description->AddBytes("data", "data", path.rowless->level->unknown_data(object));
+}
+
+std::optional<FormFault> Kinds::DescribeRegisteredForm(const ZunRtcpSubpacket* object, const SubpacketView& bytes,
+                                                       std::size_t* packets_left, Description* description) const {
+  const UnmodelledKind* form = PathOf(bytes).Unmodelled();
+  if (form == nullptr || form->describe == nullptr) return std::nullopt;
+  return form->describe({bytes, object, packets_left}, description);
 }
 
 void Kinds::Apply(const SubpacketView& received, Rewrite* rewrite) const {

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "tools/zunrtcp/Kinds/KindRow.h"
+#include "tools/zunrtcp/Kinds/RegisteredForms/RegisteredForm.h"
 
 namespace zunrtcp {
 
@@ -18,6 +19,8 @@ struct UnmodelledKind {
   ZunInt32 value;
   const char* name;    // null when it is called by its number
   const char* remark;  // null when there is none
+  // Reads a registered form that no object holds; null when it is shown as bytes.
+  DescribeForm describe = nullptr;
 };
 
 // The kinds of one level.
@@ -54,6 +57,11 @@ class Kinds {
 
   // Tells the fields of an object that the library has read from the bytes.
   void Describe(const ZunRtcpSubpacket& object, const SubpacketView& bytes, Description* description) const;
+
+  // Tells the fields of a registered form that no object holds, from its bytes or the object that keeps these (null when
+  // the library refused it), and what is wrong with it. Nothing when it is not one: Describe is for all others.
+  std::optional<FormFault> DescribeRegisteredForm(const ZunRtcpSubpacket* object, const SubpacketView& bytes,
+                                                  std::size_t* packets_left, Description* description) const;
 
   // Makes the bytes received those that the library is to write; OctetsEnd when a field is not there.
   void Apply(const SubpacketView& received, Rewrite* rewrite) const;

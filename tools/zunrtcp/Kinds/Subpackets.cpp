@@ -1,6 +1,7 @@
 // The kinds that a packet type tells.
 #include "tools/zunrtcp/Kinds/Kinds.h"
 #include "tools/zunrtcp/Kinds/PayloadFeedback/Rows.h"
+#include "tools/zunrtcp/Kinds/RegisteredForms/RegisteredForm.h"
 #include "tools/zunrtcp/Kinds/Reports/Rows.h"
 #include "tools/zunrtcp/Kinds/TransportFeedback/Rows.h"
 
@@ -16,6 +17,7 @@ constexpr UnmodelledKind kUnmodelled[] = {
     {193, "negative acknowledgement", nullptr},
     {195, "IJ", nullptr},
     {207, "XR", nullptr},
+    {kRegisteredForm + 207, "XR", nullptr, DescribeXr},
     {208, "AVB", nullptr},
     {209, "RSI", nullptr},
     {210, "TOKEN", nullptr},

@@ -9,15 +9,34 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
+bool IsRegistered(ZunRtcpDialect dialect) { return dialect == ZUN_RTCP_DIALECT_REGISTERED; }
+
+// The outcomes that there are in a dialect.
+std::vector<Outcome> OutcomesIn(ZunRtcpDialect dialect) {
+  if (IsRegistered(dialect)) return {Outcome::Read, Outcome::RefusedUnexplained, Outcome::CutOff};
+  return {Outcome::Identical,     Outcome::Explained,          Outcome::Unexplained,
+          Outcome::RefusedByRule, Outcome::RefusedUnexplained, Outcome::CutOff};
+}
+
 void PrintLine(std::ostream* out, const Json& value) { *out << value.dump() << '\n'; }
 
 Json EndpointValue(const Endpoint& endpoint) { return {{"address", endpoint.address}, {"port", endpoint.port}}; }
+
+Json RefusalValue(const Refusal& refusal) {
+  return {{"reason", refusal.reason},
+          {"offset", refusal.offset},
+          {"stoppedAt", refusal.stopped_at},
+          {"bytesOffset", refusal.bytes_offset},
+          {"bytes", HexDigits(refusal.bytes)}};
+}
 
 Json SubpacketValue(const DecodedSubpacket& subpacket) {
   Json value{{"kind", subpacket.kind},          {"type", subpacket.view.type()},
              {"count", subpacket.view.count()}, {"padded", subpacket.view.padded()},
              {"offset", subpacket.view.offset}, {"length", subpacket.view.bytes.size()}};
+  if (subpacket.padding > 0) value["paddingLength"] = subpacket.padding;
   value.update(subpacket.description.ToValue());
+  if (subpacket.refusal) value["refused"] = RefusalValue(*subpacket.refusal);
   if (!subpacket.remark.empty()) value["remark"] = subpacket.remark;
   return value;
 }
@@ -38,9 +57,11 @@ void JsonPrinter::Print(const DecodedDatagram& decoded) {
              {"time", Printed("%lld.%06u", static_cast<long long>(datagram.seconds), datagram.microseconds)},
              {"source", EndpointValue(datagram.source)},
              {"destination", EndpointValue(datagram.destination)},
-             {"length", datagram.payload.size()},
-             {"subpackets", Json::array()}};
+             {"length", datagram.payload.size()}};
+  if (IsRegistered(decoded.dialect)) value["dialect"] = "registered";
+  value["subpackets"] = Json::array();
   for (const DecodedSubpacket& subpacket : decoded.subpackets) value["subpackets"].push_back(SubpacketValue(subpacket));
+  if (decoded.fault) value["refused"] = RefusalValue(*decoded.fault);
   value["log"] = decoded.messages;
   value["verdict"] = VerdictValue(decoded.verdict);
   PrintLine(out_, value);
@@ -50,22 +71,22 @@ void JsonPrinter::Print(const Totals& totals, const FrameCounts& frames, const s
   Json kinds = Json::object();
   for (const auto& [kind, count] : totals.kinds()) kinds[kind.second] = count;
   Json outcomes = Json::object();
-  for (const Outcome outcome : {Outcome::Identical, Outcome::Explained, Outcome::Unexplained, Outcome::RefusedByRule,
-                                Outcome::RefusedUnexplained, Outcome::CutOff}) {
+  for (const Outcome outcome : OutcomesIn(dialect_)) {
     outcomes[OutcomeName(outcome)] = totals.Count(outcome);
   }
   Json rules = Json::object();
   for (const auto& [rule, count] : totals.rules()) rules[Sentence(rule)] = count;
-  PrintLine(out_, {{"totals",
-                    {{"capture", path},
-                     {"records", frames.records},
-                     {"udp", frames.udp},
-                     {"fragments", frames.fragments},
-                     {"datagrams", totals.datagrams()},
-                     {"subpackets", totals.subpackets()},
-                     {"kinds", kinds},
-                     {"outcomes", outcomes},
-                     {"rules", rules}}}});
+  Json value = {{"capture", path},
+                {"records", frames.records},
+                {"udp", frames.udp},
+                {"fragments", frames.fragments},
+                {"datagrams", totals.datagrams()},
+                {"subpackets", totals.subpackets()},
+                {"kinds", kinds},
+                {"outcomes", outcomes},
+                {"rules", rules}};
+  if (IsRegistered(dialect_)) value["refusals"] = totals.refusals();
+  PrintLine(out_, {{"totals", value}});
 }
 
 }  // namespace zunrtcp

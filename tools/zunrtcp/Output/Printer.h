@@ -21,24 +21,31 @@ class Printer {
 class TextPrinter : public Printer {
  public:
   // `verbose` shows what the library logged as well.
-  TextPrinter(std::ostream* out, bool verbose) : out_(out), verbose_(verbose) {}
+  TextPrinter(std::ostream* out, ZunRtcpDialect dialect, bool verbose)
+      : out_(out), dialect_(dialect), verbose_(verbose) {}
   void Print(const DecodedDatagram& decoded) override;
   void Print(const Totals& totals, const FrameCounts& frames, const std::string& path) override;
 
  private:
+  void Print(const DecodedSubpacket& subpacket);
+  void PrintWriteBacks(const Totals& totals);
+  void PrintReadings(const Totals& totals);
+
   std::ostream* out_;
+  ZunRtcpDialect dialect_;
   bool verbose_;
 };
 
 // For programs: one JSON object on a line for each datagram, the last one with the totals.
 class JsonPrinter : public Printer {
  public:
-  explicit JsonPrinter(std::ostream* out) : out_(out) {}
+  JsonPrinter(std::ostream* out, ZunRtcpDialect dialect) : out_(out), dialect_(dialect) {}
   void Print(const DecodedDatagram& decoded) override;
   void Print(const Totals& totals, const FrameCounts& frames, const std::string& path) override;
 
  private:
   std::ostream* out_;
+  ZunRtcpDialect dialect_;
 };
 
 }  // namespace zunrtcp

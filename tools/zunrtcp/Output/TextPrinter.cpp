@@ -26,6 +26,8 @@ std::string VerdictLine(const Verdict& verdict) {
       return "REFUSED: " + Joined(verdict.remarks, "; ");
     case Outcome::CutOff:
       return "CUT OFF: " + Joined(verdict.remarks, "; ");
+    case Outcome::Read:
+      return {};
   }
   return {};
 }
@@ -39,6 +41,10 @@ std::string HeadLine(const DecodedSubpacket& subpacket) {
   return fields.empty() ? line : line + ": " + fields;
 }
 
+std::string RefusalLines(const std::string& indent, const Refusal& refusal) {
+  return indent + "REFUSED: " + refusal.Words() + '\n' + indent + refusal.BytesWords() + '\n';
+}
+
 }  // namespace
 
 void TextPrinter::Print(const DecodedDatagram& decoded) {
@@ -46,15 +52,23 @@ void TextPrinter::Print(const DecodedDatagram& decoded) {
   *out_ << Printed("#%zu  %s  %s > %s  %s\n", datagram.number, UtcTime(datagram.seconds, datagram.microseconds).c_str(),
                    datagram.source.Name().c_str(), datagram.destination.Name().c_str(),
                    Counted(datagram.payload.size(), "byte").c_str());
-  for (const DecodedSubpacket& subpacket : decoded.subpackets) {
-    *out_ << HeadLine(subpacket) << '\n';
-    for (const std::string& item : subpacket.description.ItemLines()) *out_ << kIndent << item << '\n';
-    if (!subpacket.remark.empty()) *out_ << kIndent << "note: " << subpacket.remark << '\n';
-  }
+  for (const DecodedSubpacket& subpacket : decoded.subpackets) Print(subpacket);
+  if (decoded.fault) *out_ << RefusalLines("  ", *decoded.fault);
   if (verbose_) {
     for (const std::string& message : decoded.messages) *out_ << "  log: " << message << '\n';
   }
-  *out_ << "  " << VerdictLine(decoded.verdict) << "\n\n";
+  // What the registered dialect refuses is told where it stands.
+  const bool is_told = dialect_ == ZUN_RTCP_DIALECT_REGISTERED && decoded.verdict.outcome != Outcome::CutOff;
+  if (!is_told) *out_ << "  " << VerdictLine(decoded.verdict) << '\n';
+  *out_ << '\n';
+}
+
+void TextPrinter::Print(const DecodedSubpacket& subpacket) {
+  *out_ << HeadLine(subpacket) << '\n';
+  for (const std::string& item : subpacket.description.ItemLines()) *out_ << kIndent << item << '\n';
+  if (subpacket.padding > 0) *out_ << kIndent << "padding, " << Counted(subpacket.padding, "octet") << '\n';
+  if (!subpacket.remark.empty()) *out_ << kIndent << "note: " << subpacket.remark << '\n';
+  if (subpacket.refusal) *out_ << RefusalLines(kIndent, *subpacket.refusal);
 }
 
 void TextPrinter::Print(const Totals& totals, const FrameCounts& frames, const std::string& path) {
@@ -63,12 +77,11 @@ void TextPrinter::Print(const Totals& totals, const FrameCounts& frames, const s
                    Counted(frames.records, "record").c_str(), frames.udp);
   *out_ << Printed("  subpackets %7zu\n", totals.subpackets());
   for (const auto& [kind, count] : totals.kinds()) *out_ << Printed("    %-16s %7zu\n", kind.second.c_str(), count);
-  *out_ << "  written back\n";
-  for (const Outcome outcome : {Outcome::Identical, Outcome::Explained, Outcome::Unexplained}) {
-    *out_ << Printed("    %-16s %7zu\n", OutcomeName(outcome), totals.Count(outcome));
+  if (dialect_ == ZUN_RTCP_DIALECT_REGISTERED) {
+    PrintReadings(totals);
+  } else {
+    PrintWriteBacks(totals);
   }
-  *out_ << Printed("  refused\n    %-16s %7zu\n    %-16s %7zu\n", "explained", totals.Count(Outcome::RefusedByRule),
-                   "unexplained", totals.Count(Outcome::RefusedUnexplained));
   if (const std::size_t cut_off = totals.Count(Outcome::CutOff); cut_off > 0) {
     *out_ << Printed("  cut off    %7zu\n", cut_off);
   }
@@ -76,6 +89,21 @@ void TextPrinter::Print(const Totals& totals, const FrameCounts& frames, const s
   if (totals.rules().empty()) return;
   *out_ << "  rules, and datagrams that each explains\n";
   for (const auto& [rule, count] : totals.rules()) *out_ << Printed("    %7zu  %s\n", count, Sentence(rule));
+}
+
+void TextPrinter::PrintWriteBacks(const Totals& totals) {
+  *out_ << "  written back\n";
+  for (const Outcome outcome : {Outcome::Identical, Outcome::Explained, Outcome::Unexplained}) {
+    *out_ << Printed("    %-16s %7zu\n", OutcomeName(outcome), totals.Count(outcome));
+  }
+  *out_ << Printed("  refused\n    %-16s %7zu\n    %-16s %7zu\n", "explained", totals.Count(Outcome::RefusedByRule),
+                   "unexplained", totals.Count(Outcome::RefusedUnexplained));
+}
+
+void TextPrinter::PrintReadings(const Totals& totals) {
+  *out_ << Printed("  read       %7zu\n", totals.Count(Outcome::Read));
+  *out_ << Printed("  refused    %7zu\n", totals.Count(Outcome::RefusedUnexplained));
+  for (const auto& [reason, count] : totals.refusals()) *out_ << Printed("    %7zu  %s\n", count, reason.c_str());
 }
 
 }  // namespace zunrtcp

@@ -1,6 +1,6 @@
 #include "tools/zunrtcp/Packet/LibraryPacket.h"
 
-#include <new>
+#include <algorithm>
 
 #include "tools/zunrtcp/Packet/LibraryValues.h"
 
@@ -24,14 +24,31 @@ class LibraryString {
 
 }  // namespace
 
-LibraryPacket::LibraryPacket(std::string_view datagram) {
+LibraryPacket::LibraryPacket(std::string_view datagram, ZunRtcpDialect dialect, Reading reading) {
   ZunRtcpPacketConstructDefault(&packet_, ZunAllocatorGetSystem());
-  LibraryString bytes;
-  if (ZunStringAppendCStrLen(bytes.get(), datagram.data(), datagram.size()) == nullptr) throw std::bad_alloc();
-  ok_ = ZunRtcpPacketParseNetworkPacket(&packet_, bytes.get()) != 0;
+  ZunRtcpDecodeOptions options;
+  ZunRtcpDecodeOptionsConstructDefault(&options);
+  options.tolerant = reading == Reading::Tolerant;
+  options.userData = &refusals_;
+  options.onRefusal = [](ZunVoidPtr refusals, const ZunRtcpDecodeRefusal* refusal) {
+    static_cast<std::vector<ZunRtcpDecodeRefusal>*>(refusals)->push_back(*refusal);
+  };
+  ZunRtcpPacketDecode(&packet_, datagram.data(), datagram.size(), dialect, &options, nullptr);
 }
 
 LibraryPacket::~LibraryPacket() { ZunRtcpPacketDestruct(&packet_); }
+
+const ZunRtcpDecodeRefusal* LibraryPacket::RefusalOf(std::size_t index) const {
+  const auto found = std::ranges::lower_bound(refusals_, index, {}, &ZunRtcpDecodeRefusal::index);
+  return found == refusals_.end() || found->index != index ? nullptr : &*found;
+}
+
+const ZunRtcpSubpacket* LibraryPacket::Find(std::size_t index) const {
+  const auto next = std::ranges::lower_bound(refusals_, index, {}, &ZunRtcpDecodeRefusal::index);
+  if (next != refusals_.end() && next->index == index) return nullptr;
+  const std::size_t object = index - static_cast<std::size_t>(next - refusals_.begin());
+  return object < ZunRtcpPacketGetSubpacketCount(&packet_) ? ZunRtcpPacketGetSubpacket(&packet_, object) : nullptr;
+}
 
 std::optional<std::string> LibraryPacket::Write() const {
   LibraryString written;

@@ -26,7 +26,7 @@ std::string FaultOf(std::string_view rest) {
 
 }  // namespace
 
-SubpacketWalk WalkSubpackets(std::string_view datagram) {
+SubpacketWalk WalkSubpackets(std::string_view datagram, ZunRtcpDialect dialect) {
   SubpacketWalk walk;
   for (std::size_t offset = 0; offset < datagram.size();) {
     const std::string_view rest = datagram.substr(offset);
@@ -36,7 +36,7 @@ SubpacketWalk WalkSubpackets(std::string_view datagram) {
       break;
     }
     const std::size_t size = SubpacketSize(rest);
-    walk.subpackets.push_back({walk.subpackets.size(), offset, rest.substr(0, size)});
+    walk.subpackets.push_back({walk.subpackets.size(), offset, rest.substr(0, size), dialect});
     offset += size;
   }
   return walk;

@@ -27,24 +27,35 @@ void AddUnexplained(std::string remark, Verdict* verdict) {
   verdict->remarks.push_back(std::move(remark));
 }
 
-void JudgeSubpacket(const SubpacketView& subpacket, const Kinds& kinds, Verdict* verdict) {
-  if (LibraryAccepts(subpacket.bytes)) return;
-  const std::string place = Printed("subpacket %zu (%s) at byte %zu: ", subpacket.index,
-                                    kinds.NameAndCount(subpacket).c_str(), subpacket.offset);
+// What only costs too much is in good form, so no rule speaks of it.
+std::string WhyMalformed(const ZunRtcpDecodeRefusal& refusal) {
+  return refusal.reason == ZUN_RTCP_DECODE_REASON_LIMIT ? ZunRtcpDecodeReasonGetText(refusal.reason)
+                                                        : "its body is malformed";
+}
+
+void JudgeSubpacket(const SubpacketView& subpacket, const ZunRtcpDecodeRefusal& refusal, const Kinds& kinds,
+                    Verdict* verdict) {
+  const std::string place = PlaceWords(subpacket, kinds);
   const std::optional<Rule> rule = RuleOfRefusal(subpacket, kinds);
-  if (!rule) return AddUnexplained(place + "its body is malformed", verdict);
+  if (!rule) return AddUnexplained(place + WhyMalformed(refusal), verdict);
   verdict->rules.push_back(*rule);
   verdict->remarks.push_back(place + Sentence(*rule));
 }
 
 }  // namespace
 
-Verdict JudgeRefusal(const SubpacketWalk& walk, const Kinds& kinds) {
+std::string PlaceWords(const SubpacketView& subpacket, const Kinds& kinds) {
+  return Printed("subpacket %zu (%s) at byte %zu: ", subpacket.index, kinds.NameAndCount(subpacket).c_str(),
+                 subpacket.offset);
+}
+
+Verdict JudgeRefusal(const SubpacketWalk& walk, const LibraryPacket& packet, const Kinds& kinds) {
   Verdict verdict{Outcome::RefusedByRule, {}, {}};
-  for (const SubpacketView& subpacket : walk.subpackets) JudgeSubpacket(subpacket, kinds, &verdict);
+  for (const SubpacketView& subpacket : walk.subpackets) {
+    const ZunRtcpDecodeRefusal* refusal = packet.RefusalOf(subpacket.index);
+    if (refusal != nullptr) JudgeSubpacket(subpacket, *refusal, kinds, &verdict);
+  }
   if (!walk.fault.empty()) AddUnexplained(Printed("at byte %zu: ", walk.fault_offset) + walk.fault, &verdict);
-  if (verdict.remarks.empty())
-    AddUnexplained("each subpacket is read by itself, but not all of them together", &verdict);
   return verdict;
 }
 

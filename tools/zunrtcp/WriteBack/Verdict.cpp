@@ -16,6 +16,8 @@ const char* OutcomeName(Outcome outcome) {
       return "refused";
     case Outcome::CutOff:
       return "cut off";
+    case Outcome::Read:
+      return "read";
   }
   return "";
 }

@@ -19,6 +19,7 @@ enum class Outcome {
   RefusedByRule,       // not read, as a stated rule says
   RefusedUnexplained,  // not read: malformed, or nobody knows why
   CutOff,              // not looked at, as the capture does not hold all of it
+  Read,                // read, and not written back
 };
 
 struct Verdict {
@@ -30,12 +31,15 @@ struct Verdict {
 // "identical", "explained" and so on, for totals and programs.
 const char* OutcomeName(Outcome outcome);
 
+// "subpacket 1 (RR, 1 report block) at byte 8: ", which a remark begins with.
+std::string PlaceWords(const SubpacketView& subpacket, const Kinds& kinds);
+
 // Compares what the library writes with what it read.
 Verdict JudgeWriteBack(std::string_view datagram, const SubpacketWalk& walk, const LibraryPacket& packet,
                        const Kinds& kinds = AllKinds());
 
-// Finds out which subpacket of a datagram the library refuses, and why.
-Verdict JudgeRefusal(const SubpacketWalk& walk, const Kinds& kinds = AllKinds());
+// Tells why the library refuses what it does of a datagram, which `packet` has read tolerantly.
+Verdict JudgeRefusal(const SubpacketWalk& walk, const LibraryPacket& packet, const Kinds& kinds = AllKinds());
 
 }  // namespace zunrtcp
 

@@ -6,17 +6,6 @@ namespace zunrtcp {
 
 namespace {
 
-constexpr std::uint64_t kNtpToUnix = 2208988800;  // seconds from 1900, where NTP counts from, to 1970
-
-// The NTP time as it stands, and as a date where it is one: some senders count from their own start.
-std::string NtpWords(std::uint64_t seconds, std::uint64_t fraction) {
-  const std::string number =
-      Printed("0x%08llx.%08llx", static_cast<unsigned long long>(seconds), static_cast<unsigned long long>(fraction));
-  if (seconds < kNtpToUnix) return "NTP " + number;
-  const auto microseconds = static_cast<std::uint32_t>(fraction * 1000000 >> 32);
-  return "NTP " + UtcTime(static_cast<std::int64_t>(seconds - kNtpToUnix), microseconds) + " (" + number + ")";
-}
-
 void DescribeSr(const ZunRtcpSr& sr, Description* description) {
   const std::uint64_t seconds = sr.ntp_timestamp >> 32;
   const std::uint64_t fraction = sr.ntp_timestamp & 0xFFFFFFFF;

@@ -13,7 +13,8 @@ constexpr double kOffsetsPerMillisecond = 1.024;
 constexpr unsigned kOffsetOverRange = 0x1FFE;  // RFC 8888, section 3.1: too long ago, or (1FFF) not known
 constexpr double kTimestampPerSecond = 65536;
 
-// What the codepoints of RFC 3168 mean, by the two bits of the wire. A parsed metric holds four times these.
+// What the codepoints of RFC 3168 mean, by the two bits of the wire. In the house's dialect a parsed metric
+// holds four times these.
 constexpr std::array<const char*, 4> kEcnNames{"Not-ECT", "ECT(1)", "ECT(0)", "CE"};
 constexpr unsigned kEcnFactor = 4;
 
@@ -21,6 +22,10 @@ constexpr unsigned kEcnFactor = 4;
 constexpr unsigned kReceivedBit = 0x8000;
 constexpr unsigned kOffsetMask = 0x1FFF;
 constexpr std::size_t kMetricSize = 2;
+
+std::size_t Codepoint(const ZunRtcpRtpfbCcfbPacketMetric& metric, ZunRtcpDialect dialect) {
+  return (dialect == ZUN_RTCP_DIALECT_REGISTERED ? metric.ecn : metric.ecn / kEcnFactor) % kEcnNames.size();
+}
 
 // A metric in words: "x" when the packet did not arrive, "?" when nobody knows when, else the milliseconds from its
 // arrival to the report.
@@ -57,7 +62,7 @@ void DescribeStream(const ZunRtcpRtpfbCcfbStream& stream, Description* descripti
   Description::Value values = Description::Value::array();
   for (const ZunRtcpRtpfbCcfbPacketMetric& metric : metrics) {
     if (metric.received) {
-      ++ecn[metric.ecn / kEcnFactor % ecn.size()];
+      ++ecn[Codepoint(metric, description->dialect())];
     } else {
       ++lost;
     }

@@ -1,4 +1,5 @@
 #include "tools/zunrtcp/Kinds/Kinds.h"
+#include "tools/zunrtcp/Kinds/RegisteredForms/RegisteredForm.h"
 #include "tools/zunrtcp/Kinds/TransportFeedback/Rows.h"
 
 namespace zunrtcp {
@@ -14,8 +15,10 @@ void DescribeRtpfb(const ZunRtcpRtpfb& rtpfb, Description* description) {
 
 constexpr const KindRow* kRows[] = {&nack_row, &tmmbr_row, &tmmbn_row, &ccfb_row, &transport_cc_row, &rtpfb_abafb_row};
 
-// Formats that others registered for what has another number here.
+// Formats that others registered, in the registered dialect and in the house's.
 constexpr UnmodelledKind kUnmodelled[] = {
+    {kRegisteredForm + 3, "TMMBR", nullptr, DescribeTmmb},
+    {kRegisteredForm + 4, "TMMBN", nullptr, DescribeTmmb},
     {4, nullptr,
      "FMT 4 is unknown here and kept as bytes; it is the registered number of TMMBN (RFC 5104), which here is FMT 3 in "
      "a simplified form"},

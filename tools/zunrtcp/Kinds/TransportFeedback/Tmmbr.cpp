@@ -26,6 +26,7 @@ std::optional<Rule> WhyUnwritten(const SubpacketView& tmmbr) {
 
 constinit const KindRow tmmbr_row = RowOf<Listed<rtpfb_level, ZUN_RTCPRTPFB_TYPE_TMMBR>, DescribeTmmbr>({
     .name = "TMMBR",
+    .house_name = "house TMMBR",
     .rewrite = RewriteTmmbr,
     .why_unwritten = WhyUnwritten,
 });

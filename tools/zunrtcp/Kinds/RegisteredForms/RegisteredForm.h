@@ -1,0 +1,33 @@
+// Registered forms that no object of the library holds, read by the library's functions of their own.
+#ifndef TOOLS_ZUNRTCP_KINDS_REGISTEREDFORMS_REGISTEREDFORM_H
+#define TOOLS_ZUNRTCP_KINDS_REGISTEREDFORMS_REGISTEREDFORM_H
+
+#include <cstddef>
+
+#include "Zun/Rtp/Dialect/ZunRtcpCodec.h"
+#include "tools/zunrtcp/Kinds/Description.h"
+#include "tools/zunrtcp/Packet/SubpacketWalk.h"
+
+namespace zunrtcp {
+
+struct FormBytes {
+  const SubpacketView& view;
+  const ZunRtcpSubpacket* object;  // that keeps the body; null when the library has none
+  std::size_t* packets_left;       // how many packets may still be told of one by one; a few octets may stand for many
+};
+
+// What is wrong with a form.
+struct FormFault {
+  const char* reason = nullptr;  // in words; null when nothing is
+  std::size_t position = 0;      // in the subpacket, where reading stopped
+};
+
+// Tells the fields of a form, those in front of a fault included.
+using DescribeForm = FormFault (*)(const FormBytes& form, Description* description);
+
+FormFault DescribeXr(const FormBytes& form, Description* description);    // extended reports, RFC 3611
+FormFault DescribeTmmb(const FormBytes& form, Description* description);  // TMMBR and TMMBN, RFC 5104, section 4.2
+
+}  // namespace zunrtcp
+
+#endif
