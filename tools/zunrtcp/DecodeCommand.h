@@ -1,5 +1,5 @@
-// zunrtcp decode: prints the RTCP of a capture; in the house's dialect it also checks that the library writes back what it
-// read.
+// zunrtcp decode: prints the RTCP of a capture. In the house's dialect it also checks that the library writes back what
+// it read.
 #ifndef TOOLS_ZUNRTCP_DECODECOMMAND_H
 #define TOOLS_ZUNRTCP_DECODECOMMAND_H
 

@@ -34,7 +34,7 @@ struct DecodedDatagram {
 
   // Decodes the datagram with the library and describes all that it reads, within the library's budget. In the house's
   // dialect the datagram is written back.
-  DecodedDatagram(RtcpDatagram received, ZunRtcpDialect dialect, bool verbose, const Kinds& kinds = AllKinds());
+  DecodedDatagram(RtcpDatagram received, ZunRtcpDialect spoken, bool verbose, const Kinds& kinds = AllKinds());
   DecodedDatagram(const DecodedDatagram&) = delete;
   DecodedDatagram& operator=(const DecodedDatagram&) = delete;
 

@@ -45,7 +45,7 @@ const KindRow* Kinds::RowOfBytes(const SubpacketView& subpacket) const { return 
 std::string Kinds::NameOf(const SubpacketView& subpacket) const {
   const Path path = PathOf(subpacket);
   if (path.rowless == nullptr) return path.rows.back()->NameIn(subpacket.dialect);
-  const std::string number = path.rowless->level->number_words(subpacket);
+  std::string number = path.rowless->level->number_words(subpacket);
   const UnmodelledKind* unmodelled = path.Unmodelled();
   if (unmodelled == nullptr || unmodelled->name == nullptr) return number;
   if (unmodelled->describe != nullptr) return unmodelled->name;
