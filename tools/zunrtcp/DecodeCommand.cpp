@@ -4,7 +4,7 @@
 #include <optional>
 #include <utility>
 
-#include "tools/zunrtcp/Capture/CaptureReader.h"
+#include "tools/zunrtcp/Capture/HexReader.h"
 #include "tools/zunrtcp/Capture/RtcpFinder.h"
 #include "tools/zunrtcp/DecodedDatagram.h"
 #include "tools/zunrtcp/InputError.h"
@@ -26,12 +26,9 @@ std::string CutOffWords(const DecodedDatagram& decoded) {
   return words + ") is cut off: " + decoded.verdict.remarks.front();
 }
 
-std::string NoRtcp(const std::string& path, const FrameCounts& frames, bool restricted) {
-  std::string words = path + ": no RTCP in it" + (restricted ? " on these ports" : "") + " (" +
-                      Counted(frames.records, "record") + ", of which " + std::to_string(frames.udp) + " UDP";
-  if (frames.fragments > 0) words += ", " + Counted(frames.fragments, "fragment") + " of IP packets skipped";
-  if (frames.cut_off > 0) words += ", " + std::to_string(frames.cut_off) + " cut off before their payload";
-  return words + ")";
+std::unique_ptr<DatagramSource> SourceFor(const DecodeOptions& options) {
+  if (options.hex) return std::make_unique<HexReader>(options.capture);
+  return std::make_unique<RtcpFinder>(options.capture, options.ports);
 }
 
 std::unique_ptr<Printer> PrinterFor(const DecodeOptions& options, std::ostream* out) {
@@ -42,27 +39,24 @@ std::unique_ptr<Printer> PrinterFor(const DecodeOptions& options, std::ostream* 
 }  // namespace
 
 ExitStatus RunDecode(const DecodeOptions& options, std::ostream* out) {
-  CaptureReader capture(options.capture);
-  RtcpFinder finder(&capture, options.ports);
+  const std::unique_ptr<DatagramSource> source = SourceFor(options);
   const std::unique_ptr<Printer> printer = PrinterFor(options, out);
   Totals totals;
   std::string complaint;  // what is wrong with the capture, said when all that can be printed is
   try {
-    while (std::optional<RtcpDatagram> found = finder.Next()) {
+    while (std::optional<RtcpDatagram> found = source->Next()) {
       const DecodedDatagram decoded(std::move(*found), options.dialect, options.verbose);
       totals.Add(decoded);
       if (decoded.verdict.outcome == Outcome::CutOff && complaint.empty()) {
-        complaint = capture.path() + ": " + CutOffWords(decoded);
+        complaint = source->path() + ": " + CutOffWords(decoded);
       }
       if (totals.datagrams() <= options.limit) printer->Print(decoded);
     }
   } catch (const InputError& damage) {
     complaint = damage.what();
   }
-  if (totals.datagrams() == 0 && complaint.empty()) {
-    complaint = NoRtcp(capture.path(), finder.counts(), !options.ports.empty());
-  }
-  if (totals.datagrams() > 0) printer->Print(totals, finder.counts(), capture.path());
+  if (totals.datagrams() == 0 && complaint.empty()) complaint = source->NothingFound();
+  if (totals.datagrams() > 0) printer->Print(totals, source->counts(), source->path());
   if (!complaint.empty()) throw InputError(complaint);
   return totals.Unexplained() ? kUnexplained : kFine;
 }

@@ -16,6 +16,7 @@ namespace zunrtcp {
 
 struct DecodeOptions {
   std::string capture;  // "-" is standard input
+  bool hex = false;     // it is text
   ZunRtcpDialect dialect = ZUN_RTCP_DIALECT_REGISTERED;
   std::set<std::uint16_t> ports;  // empty: all
   bool verbose = false;

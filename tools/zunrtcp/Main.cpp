@@ -26,11 +26,16 @@ int Run(int argc, char** argv) {
       "Exit status: 0 when nothing is refused, or in the house's dialect all is identical or explained, 1 when not, 2 "
       "when\n"
       "the capture or the arguments are bad.");
-  decode->add_option("CAPTURE", options.capture, "the capture file; - for standard input")->required();
+  decode->add_option("CAPTURE", options.capture, "the capture file, or with --hex the text; - for standard input")
+      ->required();
   std::string dialect = "registered";
   decode->add_option("--dialect", dialect, "registered: as the RFCs say; house: as this system's own peers speak")
       ->check(CLI::IsMember({"registered", "house"}))
       ->capture_default_str();
+  decode->add_flag(
+      "--hex", options.hex,
+      "the file is text: a datagram in hex digits on each line, or hex dumps with offsets, ASCII columns and "
+      "the like");
   decode->add_option("--port", ports, "only datagrams from or to this UDP port (may be given several times)")
       ->check(CLI::Range(1, 65535))
       ->take_all()

@@ -4,34 +4,17 @@
 
 #include <array>
 #include <cstdio>
-#include <filesystem>
-#include <system_error>
 
+#include "tools/zunrtcp/Capture/InputPath.h"
 #include "tools/zunrtcp/InputError.h"
 #include "tools/zunrtcp/Text.h"
 
 namespace zunrtcp {
 
-namespace {
-
-// What the operating system says about a file that cannot be read; empty when it can.
-std::string CannotRead(const std::string& path) {
-  std::error_code error;
-  if (std::filesystem::is_directory(path, error)) return "is a directory";
-  std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"), std::fclose);
-  if (file != nullptr) return {};
-  return std::generic_category().message(errno);
-}
-
-}  // namespace
-
 void CaptureReader::Close::operator()(pcap* capture) const { pcap_close(capture); }
 
-CaptureReader::CaptureReader(const std::string& path) : path_(path == "-" ? "standard input" : path) {
-  if (path != "-") {
-    const std::string reason = CannotRead(path);
-    if (!reason.empty()) throw InputError(path + ": " + reason);
-  }
+CaptureReader::CaptureReader(const std::string& path) : path_(InputName(path)) {
+  if (path != "-") CheckReadable(path);
   std::array<char, PCAP_ERRBUF_SIZE> reason{};
   capture_.reset(pcap_open_offline(path.c_str(), reason.data()));
   if (capture_ != nullptr) return;

@@ -6,6 +6,7 @@
 
 #include "tools/zunrtcp/InputError.h"
 #include "tools/zunrtcp/Packet/SubpacketWalk.h"
+#include "tools/zunrtcp/Text.h"
 
 namespace zunrtcp {
 
@@ -16,22 +17,32 @@ bool LooksLikeRtcp(std::string_view payload) {
   return first >> 6 == 2 && type >= 192 && type <= 223;
 }
 
-RtcpFinder::RtcpFinder(CaptureReader* capture, std::set<std::uint16_t> ports)
-    : capture_(capture), ports_(std::move(ports)) {
-  const int link_type = capture->LinkType();
+RtcpFinder::RtcpFinder(const std::string& path, std::set<std::uint16_t> ports)
+    : capture_(path), ports_(std::move(ports)) {
+  const int link_type = capture_.LinkType();
   if (LinkTypeIsKnown(link_type)) return;
   const char* name = pcap_datalink_val_to_name(link_type);
-  throw InputError(capture->path() + ": frames of link layer " +
+  throw InputError(capture_.path() + ": frames of link layer " +
                    (name != nullptr ? std::string(name) : std::to_string(link_type)) +
                    " cannot be read (Ethernet, Linux cooked, loopback and raw IP can)");
 }
 
 std::optional<RtcpDatagram> RtcpFinder::Next() {
-  while (const std::optional<Record> record = capture_->Next()) {
+  while (const std::optional<Record> record = capture_.Next()) {
     ++counts_.records;
     if (std::optional<RtcpDatagram> datagram = RtcpIn(*record)) return datagram;
   }
   return std::nullopt;
+}
+
+FrameCounts RtcpFinder::counts() const { return counts_; }
+
+std::string RtcpFinder::NothingFound() const {
+  std::string words = path() + ": no RTCP in it" + (ports_.empty() ? "" : " on these ports") + " (" +
+                      Counted(counts_.records, "record") + ", of which " + std::to_string(counts_.udp) + " UDP";
+  if (counts_.fragments > 0) words += ", " + Counted(counts_.fragments, "fragment") + " of IP packets skipped";
+  if (counts_.cut_off > 0) words += ", " + std::to_string(counts_.cut_off) + " cut off before their payload";
+  return words + ")";
 }
 
 bool RtcpFinder::HasPort(const UdpDatagram& udp) const {
@@ -39,7 +50,7 @@ bool RtcpFinder::HasPort(const UdpDatagram& udp) const {
 }
 
 std::optional<RtcpDatagram> RtcpFinder::RtcpIn(const Record& record) {
-  Frame frame = ReadFrame(capture_->LinkType(), record.bytes);
+  Frame frame = ReadFrame(capture_.LinkType(), record.bytes);
   UdpDatagram& udp = frame.datagram;
   if (frame.content == FrameContent::Fragment) ++counts_.fragments;
   if (frame.content == FrameContent::CutOff && record.bytes.size() < record.original_size) ++counts_.cut_off;
@@ -52,6 +63,7 @@ std::optional<RtcpDatagram> RtcpFinder::RtcpIn(const Record& record) {
     return std::nullopt;
   }
   return RtcpDatagram{.number = ++found_,
+                      .line = 0,
                       .record_number = record.number,
                       .record_offset = record.offset,
                       .seconds = record.seconds,

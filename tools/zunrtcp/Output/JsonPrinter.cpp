@@ -22,6 +22,26 @@ void PrintLine(std::ostream* out, const Json& value) { *out << value.dump() << '
 
 Json EndpointValue(const Endpoint& endpoint) { return {{"address", endpoint.address}, {"port", endpoint.port}}; }
 
+Json PlaceValue(const RtcpDatagram& datagram) {
+  Json value{{"datagram", datagram.number}};
+  if (datagram.line > 0) {
+    value["line"] = datagram.line;
+  } else {
+    value["record"] = datagram.record_number;
+    value["recordOffset"] = datagram.record_offset;
+    value["time"] = Printed("%lld.%06u", static_cast<long long>(datagram.seconds), datagram.microseconds);
+  }
+  if (datagram.source.address.empty()) return value;
+  value["source"] = EndpointValue(datagram.source);
+  value["destination"] = EndpointValue(datagram.destination);
+  return value;
+}
+
+Json FoundAmong(const FrameCounts& frames, const std::string& path) {
+  if (frames.lines > 0) return {{"text", path}, {"lines", frames.lines}};
+  return {{"capture", path}, {"records", frames.records}, {"udp", frames.udp}, {"fragments", frames.fragments}};
+}
+
 Json RefusalValue(const Refusal& refusal) {
   return {{"reason", refusal.reason},
           {"offset", refusal.offset},
@@ -51,13 +71,8 @@ Json VerdictValue(const Verdict& verdict) {
 
 void JsonPrinter::Print(const DecodedDatagram& decoded) {
   const RtcpDatagram& datagram = decoded.datagram;
-  Json value{{"datagram", datagram.number},
-             {"record", datagram.record_number},
-             {"recordOffset", datagram.record_offset},
-             {"time", Printed("%lld.%06u", static_cast<long long>(datagram.seconds), datagram.microseconds)},
-             {"source", EndpointValue(datagram.source)},
-             {"destination", EndpointValue(datagram.destination)},
-             {"length", datagram.payload.size()}};
+  Json value = PlaceValue(datagram);
+  value["length"] = datagram.payload.size();
   if (IsRegistered(decoded.dialect)) value["dialect"] = "registered";
   value["subpackets"] = Json::array();
   for (const DecodedSubpacket& subpacket : decoded.subpackets) value["subpackets"].push_back(SubpacketValue(subpacket));
@@ -76,15 +91,12 @@ void JsonPrinter::Print(const Totals& totals, const FrameCounts& frames, const s
   }
   Json rules = Json::object();
   for (const auto& [rule, count] : totals.rules()) rules[Sentence(rule)] = count;
-  Json value = {{"capture", path},
-                {"records", frames.records},
-                {"udp", frames.udp},
-                {"fragments", frames.fragments},
-                {"datagrams", totals.datagrams()},
-                {"subpackets", totals.subpackets()},
-                {"kinds", kinds},
-                {"outcomes", outcomes},
-                {"rules", rules}};
+  Json value = FoundAmong(frames, path);
+  value["datagrams"] = totals.datagrams();
+  value["subpackets"] = totals.subpackets();
+  value["kinds"] = kinds;
+  value["outcomes"] = outcomes;
+  value["rules"] = rules;
   if (IsRegistered(dialect_)) value["refusals"] = totals.refusals();
   PrintLine(out_, {{"totals", value}});
 }

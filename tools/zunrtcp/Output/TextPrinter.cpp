@@ -41,6 +41,26 @@ std::string HeadLine(const DecodedSubpacket& subpacket) {
   return fields.empty() ? line : line + ": " + fields;
 }
 
+// "#1  2026-11-21 11:02:33.123456  192.0.2.1:5005 > 192.0.2.2:5007  8 bytes", "#1  line 1  8 bytes".
+std::string DatagramLine(const RtcpDatagram& datagram) {
+  std::string line = Printed("#%zu  ", datagram.number);
+  if (datagram.line > 0) {
+    line += Printed("line %zu  ", datagram.line);
+  } else {
+    line += UtcTime(datagram.seconds, datagram.microseconds) + "  ";
+  }
+  if (!datagram.source.address.empty()) line += datagram.source.Name() + " > " + datagram.destination.Name() + "  ";
+  return line + Counted(datagram.payload.size(), "byte");
+}
+
+// What the datagrams were found among: "3 records, of which 3 UDP", "3 lines".
+std::string FoundAmong(const FrameCounts& frames) {
+  if (frames.lines > 0) return Counted(frames.lines, "line");
+  std::string words = Printed("%s, of which %zu UDP", Counted(frames.records, "record").c_str(), frames.udp);
+  if (frames.rtp > 0) words += Printed(", of which %zu RTP", frames.rtp);
+  return words;
+}
+
 std::string RefusalLines(const std::string& indent, const Refusal& refusal) {
   return indent + "REFUSED: " + refusal.Words() + '\n' + indent + refusal.BytesWords() + '\n';
 }
@@ -49,9 +69,7 @@ std::string RefusalLines(const std::string& indent, const Refusal& refusal) {
 
 void TextPrinter::Print(const DecodedDatagram& decoded) {
   const RtcpDatagram& datagram = decoded.datagram;
-  *out_ << Printed("#%zu  %s  %s > %s  %s\n", datagram.number, UtcTime(datagram.seconds, datagram.microseconds).c_str(),
-                   datagram.source.Name().c_str(), datagram.destination.Name().c_str(),
-                   Counted(datagram.payload.size(), "byte").c_str());
+  *out_ << DatagramLine(datagram) << '\n';
   for (const DecodedSubpacket& subpacket : decoded.subpackets) Print(subpacket);
   if (decoded.fault) *out_ << RefusalLines("  ", *decoded.fault);
   if (verbose_) {
@@ -73,8 +91,7 @@ void TextPrinter::Print(const DecodedSubpacket& subpacket) {
 
 void TextPrinter::Print(const Totals& totals, const FrameCounts& frames, const std::string& path) {
   *out_ << "Totals of " << path << '\n';
-  *out_ << Printed("  datagrams  %7zu  (%s, of which %zu UDP)\n", totals.datagrams(),
-                   Counted(frames.records, "record").c_str(), frames.udp);
+  *out_ << Printed("  datagrams  %7zu  (%s)\n", totals.datagrams(), FoundAmong(frames).c_str());
   *out_ << Printed("  subpackets %7zu\n", totals.subpackets());
   for (const auto& [kind, count] : totals.kinds()) *out_ << Printed("    %-16s %7zu\n", kind.second.c_str(), count);
   if (dialect_ == ZUN_RTCP_DIALECT_REGISTERED) {
