@@ -59,6 +59,11 @@ class RegisteredDescriber {
 DecodedDatagram::DecodedDatagram(RtcpDatagram received, ZunRtcpDialect spoken, bool verbose, const Kinds& kinds)
     : datagram(std::move(received)), dialect(spoken) {
   const SubpacketWalk walk = WalkSubpackets(datagram.payload, dialect);
+  if (!walk.fault.empty() && datagram.missing == 0) srtcp = RecogniseSrtcp(datagram.payload);
+  if (srtcp) {
+    verdict.outcome = Outcome::Protected;
+    return;
+  }
   for (const SubpacketView& view : walk.subpackets) {
     subpackets.push_back({view,
                           kinds.NameOf(view),

@@ -9,6 +9,7 @@
 #include "tools/zunrtcp/Capture/RtcpFinder.h"
 #include "tools/zunrtcp/Kinds/Kinds.h"
 #include "tools/zunrtcp/Packet/Refusal.h"
+#include "tools/zunrtcp/Packet/Srtcp.h"
 #include "tools/zunrtcp/Packet/SubpacketWalk.h"
 #include "tools/zunrtcp/WriteBack/Verdict.h"
 
@@ -29,6 +30,7 @@ struct DecodedDatagram {
   const ZunRtcpDialect dialect;
   std::vector<DecodedSubpacket> subpackets;  // views of `datagram.payload`
   std::optional<Refusal> fault;              // of what follows them, in the registered dialect
+  std::optional<Srtcp> srtcp;                // it is that, and nothing of it is decoded
   std::vector<std::string> messages;         // what the library logged
   Verdict verdict;
 

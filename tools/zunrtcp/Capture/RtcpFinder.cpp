@@ -10,11 +10,21 @@
 
 namespace zunrtcp {
 
+namespace {
+
+constexpr std::size_t kRtpHeaderSize = 12;
+
+}  // namespace
+
 bool LooksLikeRtcp(std::string_view payload) {
   if (payload.size() < kHeaderSize) return false;
   const unsigned first = U8At(payload, 0);
   const unsigned type = U8At(payload, 1);
   return first >> 6 == 2 && type >= 192 && type <= 223;
+}
+
+bool LooksLikeRtp(std::string_view payload) {
+  return payload.size() >= kRtpHeaderSize && U8At(payload, 0) >> 6 == 2 && !LooksLikeRtcp(payload);
 }
 
 RtcpFinder::RtcpFinder(const std::string& path, std::set<std::uint16_t> ports)
@@ -35,13 +45,18 @@ std::optional<RtcpDatagram> RtcpFinder::Next() {
   return std::nullopt;
 }
 
-FrameCounts RtcpFinder::counts() const { return counts_; }
+FrameCounts RtcpFinder::counts() const {
+  FrameCounts counts = counts_;
+  counts.fragments = fragments_.left();
+  return counts;
+}
 
 std::string RtcpFinder::NothingFound() const {
+  const FrameCounts frames = counts();
   std::string words = path() + ": no RTCP in it" + (ports_.empty() ? "" : " on these ports") + " (" +
-                      Counted(counts_.records, "record") + ", of which " + std::to_string(counts_.udp) + " UDP";
-  if (counts_.fragments > 0) words += ", " + Counted(counts_.fragments, "fragment") + " of IP packets skipped";
-  if (counts_.cut_off > 0) words += ", " + std::to_string(counts_.cut_off) + " cut off before their payload";
+                      Counted(frames.records, "record") + ", of which " + std::to_string(frames.udp) + " UDP";
+  if (frames.fragments > 0) words += ", " + Counted(frames.fragments, "fragment") + " of IP packets skipped";
+  if (frames.cut_off > 0) words += ", " + std::to_string(frames.cut_off) + " cut off before their payload";
   return words + ")";
 }
 
@@ -52,13 +67,18 @@ bool RtcpFinder::HasPort(const UdpDatagram& udp) const {
 std::optional<RtcpDatagram> RtcpFinder::RtcpIn(const Record& record) {
   Frame frame = ReadFrame(capture_.LinkType(), record.bytes);
   UdpDatagram& udp = frame.datagram;
-  if (frame.content == FrameContent::Fragment) ++counts_.fragments;
+  if (frame.content == FrameContent::Fragment) {
+    const std::optional<std::string> whole = fragments_.Add(std::move(frame.fragment));
+    if (!whole) return std::nullopt;
+    frame = ReadWhole(std::move(frame), *whole);
+  }
   if (frame.content == FrameContent::CutOff && record.bytes.size() < record.original_size) ++counts_.cut_off;
   if (frame.content != FrameContent::Udp) return std::nullopt;
 
   ++counts_.udp;
   if (!HasPort(udp)) return std::nullopt;
   if (!LooksLikeRtcp(udp.payload)) {
+    if (LooksLikeRtp(udp.payload)) ++counts_.rtp;
     if (udp.missing > 0 && udp.payload.size() < kHeaderSize) ++counts_.cut_off;
     return std::nullopt;
   }

@@ -17,6 +17,9 @@ namespace zunrtcp {
 // RTCP as RFC 5761, section 4 tells it from RTP: at least a header, version 2, packet type 192 to 223.
 bool LooksLikeRtcp(std::string_view payload);
 
+// RTP, told in the same way: at least a header, version 2, and no RTCP.
+bool LooksLikeRtp(std::string_view payload);
+
 // Reads them from a capture file.
 class RtcpFinder : public DatagramSource {
  public:
@@ -36,7 +39,8 @@ class RtcpFinder : public DatagramSource {
 
   CaptureReader capture_;
   std::set<std::uint16_t> ports_;
-  FrameCounts counts_;
+  FrameCounts counts_;  // but for the fragments
+  Reassembler fragments_;
   std::size_t found_ = 0;
 };
 

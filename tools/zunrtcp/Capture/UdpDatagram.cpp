@@ -13,6 +13,8 @@
 
 #include <memory>
 
+#include "tools/zunrtcp/Packet/Octets.h"
+
 namespace zunrtcp {
 
 namespace {
@@ -82,19 +84,54 @@ void TakeAddresses(const Ip& ip, UdpDatagram* datagram) {
   datagram->destination.address = ip.dst_addr().to_string();
 }
 
-// The addresses of the IP packet in a frame, when that is a whole one.
-FrameContent ReadIpLayer(const Tins::PDU& frame, UdpDatagram* datagram) {
-  if (const auto* ip = frame.find_pdu<Tins::IP>(); ip != nullptr) {
-    if (ip->is_fragmented()) return FrameContent::Fragment;
-    TakeAddresses(*ip, datagram);
-    return FrameContent::Udp;
+std::string RawBytes(const Tins::PDU& pdu) {
+  const auto* raw = pdu.find_pdu<Tins::RawPDU>();
+  return raw == nullptr ? std::string() : std::string(raw->payload().begin(), raw->payload().end());
+}
+
+std::string KeyOf(const UdpDatagram& datagram, unsigned protocol, std::uint32_t identification) {
+  return datagram.source.address + ' ' + datagram.destination.address + ' ' + std::to_string(protocol) + ' ' +
+         std::to_string(identification);
+}
+
+Fragment ReadFragment(const Tins::IP& ip, const UdpDatagram& datagram) {
+  Fragment fragment;
+  fragment.packet = KeyOf(datagram, ip.protocol(), ip.id());
+  fragment.offset = std::size_t{8} * ip.fragment_offset();
+  fragment.is_last = (ip.flags() & Tins::IP::MORE_FRAGMENTS) == 0;
+  fragment.bytes = RawBytes(ip);
+  fragment.is_whole = fragment.bytes.size() + std::size_t{4} * ip.head_len() == ip.tot_len();
+  return fragment;
+}
+
+// RFC 8200, section 4.5: 13 bits of offset, 2 reserved, 1 of more fragments to come, 32 of identification. The protocol is
+// not kept; the identification alone is as good, as every packet of a sender has its own.
+Fragment ReadFragment(const Tins::IPv6& ip, const Tins::IPv6::ext_header& header, const UdpDatagram& datagram) {
+  if (header.data_size() < 6) throw Tins::malformed_packet();
+  const std::string_view fields(reinterpret_cast<const char*>(header.data_ptr()), header.data_size());
+  Fragment fragment;
+  fragment.packet = KeyOf(datagram, 0, U32At(fields, 2));
+  fragment.offset = U16At(fields, 0) & ~7U;
+  fragment.is_last = (U16At(fields, 0) & 1U) == 0;
+  fragment.bytes = RawBytes(ip);
+  fragment.is_whole = fragment.bytes.size() + 8 == ip.payload_length();
+  return fragment;
+}
+
+// The addresses of the IP packet in a frame, and what of it is there.
+Frame ReadIpLayer(const Tins::PDU& layers) {
+  Frame frame;
+  if (const auto* ip = layers.find_pdu<Tins::IP>(); ip != nullptr) {
+    TakeAddresses(*ip, &frame.datagram);
+    frame.content = ip->is_fragmented() ? FrameContent::Fragment : FrameContent::Udp;
+    if (frame.content == FrameContent::Fragment) frame.fragment = ReadFragment(*ip, frame.datagram);
+  } else if (const auto* six = layers.find_pdu<Tins::IPv6>(); six != nullptr) {
+    TakeAddresses(*six, &frame.datagram);
+    const auto* header = six->search_header(Tins::IPv6::FRAGMENT);
+    frame.content = header != nullptr ? FrameContent::Fragment : FrameContent::Udp;
+    if (header != nullptr) frame.fragment = ReadFragment(*six, *header, frame.datagram);
   }
-  if (const auto* ip = frame.find_pdu<Tins::IPv6>(); ip != nullptr) {
-    if (ip->search_header(Tins::IPv6::FRAGMENT) != nullptr) return FrameContent::Fragment;
-    TakeAddresses(*ip, datagram);
-    return FrameContent::Udp;
-  }
-  return FrameContent::Other;
+  return frame;
 }
 
 void TakePayload(const Tins::UDP& udp, UdpDatagram* datagram) {
@@ -107,15 +144,18 @@ void TakePayload(const Tins::UDP& udp, UdpDatagram* datagram) {
   if (payload.size() > announced) payload.resize(announced);
 }
 
+void TakeUdp(const Tins::UDP& udp, UdpDatagram* datagram) {
+  datagram->source.port = udp.sport();
+  datagram->destination.port = udp.dport();
+  TakePayload(udp, datagram);
+}
+
 Frame ReadLayers(const Tins::PDU& layers) {
-  Frame frame;
-  frame.content = ReadIpLayer(layers, &frame.datagram);
+  Frame frame = ReadIpLayer(layers);
   if (frame.content != FrameContent::Udp) return frame;
   const auto* udp = layers.find_pdu<Tins::UDP>();
   if (udp == nullptr) return {};
-  frame.datagram.source.port = udp->sport();
-  frame.datagram.destination.port = udp->dport();
-  TakePayload(*udp, &frame.datagram);
+  TakeUdp(*udp, &frame.datagram);
   return frame;
 }
 
@@ -142,12 +182,22 @@ bool LinkTypeIsKnown(int link_type) {
   }
 }
 
+Frame ReadWhole(Frame frame, std::string_view ip_payload) {
+  frame.content = FrameContent::Other;
+  // Of other protocols the length that UDP would have is something else.
+  if (ip_payload.size() < kUdpHeaderSize || U16At(ip_payload, 4) != ip_payload.size()) return frame;
+  const Pdu udp = Read<Tins::UDP>(ip_payload);
+  TakeUdp(static_cast<const Tins::UDP&>(*udp), &frame.datagram);
+  frame.content = FrameContent::Udp;
+  return frame;
+}
+
 Frame ReadFrame(int link_type, std::string_view bytes) {
   try {
     const Pdu layers = ReadLinkLayer(link_type, bytes);
     return layers == nullptr ? Frame{} : ReadLayers(*layers);
   } catch (const Tins::exception_base&) {
-    return {.content = FrameContent::CutOff, .datagram = {}};
+    return {.content = FrameContent::CutOff, .datagram = {}, .fragment = {}};
   }
 }
 

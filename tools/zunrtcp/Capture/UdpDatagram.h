@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 
+#include "tools/zunrtcp/Capture/Reassembler.h"
+
 namespace zunrtcp {
 
 struct Endpoint {
@@ -38,8 +40,12 @@ bool LinkTypeIsKnown(int link_type);
 // What was found in a frame.
 struct Frame {
   FrameContent content = FrameContent::Other;
-  UdpDatagram datagram;  // when the content is Udp
+  UdpDatagram datagram;  // when the content is Udp; of a Fragment only the addresses
+  Fragment fragment;     // when the content is Fragment
 };
+
+// The datagram of which `frame` was a fragment, from the whole payload of its IP packet.
+Frame ReadWhole(Frame frame, std::string_view ip_payload);
 
 // Looks into a frame. IPv4 and IPv6.
 Frame ReadFrame(int link_type, std::string_view bytes);

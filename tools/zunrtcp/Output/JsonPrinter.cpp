@@ -39,7 +39,10 @@ Json PlaceValue(const RtcpDatagram& datagram) {
 
 Json FoundAmong(const FrameCounts& frames, const std::string& path) {
   if (frames.lines > 0) return {{"text", path}, {"lines", frames.lines}};
-  return {{"capture", path}, {"records", frames.records}, {"udp", frames.udp}, {"fragments", frames.fragments}};
+  Json value{{"capture", path}, {"records", frames.records}, {"udp", frames.udp}};
+  if (frames.rtp > 0) value["rtp"] = frames.rtp;
+  value["fragments"] = frames.fragments;
+  return value;
 }
 
 Json RefusalValue(const Refusal& refusal) {
@@ -77,6 +80,12 @@ void JsonPrinter::Print(const DecodedDatagram& decoded) {
   value["subpackets"] = Json::array();
   for (const DecodedSubpacket& subpacket : decoded.subpackets) value["subpackets"].push_back(SubpacketValue(subpacket));
   if (decoded.fault) value["refused"] = RefusalValue(*decoded.fault);
+  if (decoded.srtcp) {
+    value["srtcp"] = {{"sender", decoded.srtcp->sender},
+                      {"encrypted", decoded.srtcp->is_encrypted},
+                      {"index", decoded.srtcp->index},
+                      {"trailerLength", decoded.srtcp->trailer}};
+  }
   value["log"] = decoded.messages;
   value["verdict"] = VerdictValue(decoded.verdict);
   PrintLine(out_, value);
@@ -88,6 +97,9 @@ void JsonPrinter::Print(const Totals& totals, const FrameCounts& frames, const s
   Json outcomes = Json::object();
   for (const Outcome outcome : OutcomesIn(dialect_)) {
     outcomes[OutcomeName(outcome)] = totals.Count(outcome);
+  }
+  if (const std::size_t srtcp = totals.Count(Outcome::Protected); srtcp > 0) {
+    outcomes[OutcomeName(Outcome::Protected)] = srtcp;
   }
   Json rules = Json::object();
   for (const auto& [rule, count] : totals.rules()) rules[Sentence(rule)] = count;

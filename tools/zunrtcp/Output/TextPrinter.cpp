@@ -27,6 +27,7 @@ std::string VerdictLine(const Verdict& verdict) {
     case Outcome::CutOff:
       return "CUT OFF: " + Joined(verdict.remarks, "; ");
     case Outcome::Read:
+    case Outcome::Protected:
       return {};
   }
   return {};
@@ -70,6 +71,10 @@ std::string RefusalLines(const std::string& indent, const Refusal& refusal) {
 void TextPrinter::Print(const DecodedDatagram& decoded) {
   const RtcpDatagram& datagram = decoded.datagram;
   *out_ << DatagramLine(datagram) << '\n';
+  if (decoded.srtcp) {
+    *out_ << "  " << decoded.srtcp->Words() << "\n\n";
+    return;
+  }
   for (const DecodedSubpacket& subpacket : decoded.subpackets) Print(subpacket);
   if (decoded.fault) *out_ << RefusalLines("  ", *decoded.fault);
   if (verbose_) {
@@ -101,6 +106,9 @@ void TextPrinter::Print(const Totals& totals, const FrameCounts& frames, const s
   }
   if (const std::size_t cut_off = totals.Count(Outcome::CutOff); cut_off > 0) {
     *out_ << Printed("  cut off    %7zu\n", cut_off);
+  }
+  if (const std::size_t srtcp = totals.Count(Outcome::Protected); srtcp > 0) {
+    *out_ << Printed("  SRTCP      %7zu\n", srtcp);
   }
   if (frames.fragments > 0) *out_ << "  skipped " << Counted(frames.fragments, "fragment") << " of IP packets\n";
   if (totals.rules().empty()) return;

@@ -18,6 +18,8 @@ const char* OutcomeName(Outcome outcome) {
       return "cut off";
     case Outcome::Read:
       return "read";
+    case Outcome::Protected:
+      return "SRTCP";
   }
   return "";
 }

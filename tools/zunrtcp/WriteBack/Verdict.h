@@ -20,6 +20,7 @@ enum class Outcome {
   RefusedUnexplained,  // not read: malformed, or nobody knows why
   CutOff,              // not looked at, as the capture does not hold all of it
   Read,                // read, and not written back
+  Protected,           // SRTCP
 };
 
 struct Verdict {

@@ -52,7 +52,7 @@ const NamedFrame kIpv6Frames[] = {
 void ExpectDatagram(const NamedFrame& frame, const char* source, const char* destination) {
   SCOPED_TRACE(frame.name);
   EXPECT_TRUE(LinkTypeIsKnown(frame.link_type));
-  const auto [content, datagram] = ReadFrame(frame.link_type, frame.bytes);
+  const auto [content, datagram, fragment] = ReadFrame(frame.link_type, frame.bytes);
   ASSERT_EQ(content, FrameContent::Udp);
   EXPECT_EQ(datagram.source.Name(), source);
   EXPECT_EQ(datagram.destination.Name(), destination);
@@ -74,7 +74,7 @@ TEST(UdpDatagram, IsFoundInEveryLinkLayerOverIpv6) {
 
 TEST(UdpDatagram, TellsHowMuchOfItTheCaptureCutOff) {
   const std::string frame = test::Hex(kIpv4);
-  const auto [content, datagram] = ReadFrame(DLT_RAW, frame.substr(0, frame.size() - 3));
+  const auto [content, datagram, fragment] = ReadFrame(DLT_RAW, frame.substr(0, frame.size() - 3));
   ASSERT_EQ(content, FrameContent::Udp);
   EXPECT_EQ(datagram.payload, "R");
   EXPECT_EQ(datagram.missing, 3U);
@@ -85,7 +85,7 @@ TEST(UdpDatagram, AFrameOfAnyLengthIsReadWithinItsBounds) {
     for (std::size_t size = 0; size < frame.bytes.size(); ++size) {
       SCOPED_TRACE(frame.name + (": " + std::to_string(size)));
       const std::string flush(frame.bytes, 0, size);
-      const auto [content, datagram] = ReadFrame(frame.link_type, {flush.data(), size});
+      const auto [content, datagram, fragment] = ReadFrame(frame.link_type, {flush.data(), size});
       EXPECT_TRUE(content != FrameContent::Udp || datagram.payload.size() + datagram.missing == 4);
     }
   }
