@@ -19,8 +19,9 @@ namespace {
 // What is wrong with a datagram of which the capture holds only the beginning, and where it is.
 std::string CutOffWords(const DecodedDatagram& decoded) {
   const RtcpDatagram& datagram = decoded.datagram;
-  std::string words = Printed("datagram %zu (record %zu", datagram.number, datagram.record_number);
-  if (datagram.record_offset >= 0) {
+  std::string words = Printed("datagram %zu (", datagram.number);
+  words += datagram.line > 0 ? Printed("line %zu", datagram.line) : Printed("record %zu", datagram.record_number);
+  if (datagram.line == 0 && datagram.record_offset >= 0) {
     words += Printed(", at byte offset %lld", static_cast<long long>(datagram.record_offset));
   }
   return words + ") is cut off: " + decoded.verdict.remarks.front();
@@ -33,7 +34,7 @@ std::unique_ptr<DatagramSource> SourceFor(const DecodeOptions& options) {
 
 std::unique_ptr<Printer> PrinterFor(const DecodeOptions& options, std::ostream* out) {
   if (options.json) return std::make_unique<JsonPrinter>(out, options.dialect);
-  return std::make_unique<TextPrinter>(out, options.dialect, options.verbose);
+  return std::make_unique<TextPrinter>(out, options.dialect, options.verbose, Colours(options.in_colour));
 }
 
 }  // namespace
@@ -46,6 +47,10 @@ ExitStatus RunDecode(const DecodeOptions& options, std::ostream* out) {
   try {
     while (std::optional<RtcpDatagram> found = source->Next()) {
       const DecodedDatagram decoded(std::move(*found), options.dialect, options.verbose);
+      if (!options.filter.Passes(decoded)) {
+        totals.PassOver();
+        continue;
+      }
       totals.Add(decoded);
       if (decoded.verdict.outcome == Outcome::CutOff && complaint.empty()) {
         complaint = source->path() + ": " + CutOffWords(decoded);
@@ -55,8 +60,9 @@ ExitStatus RunDecode(const DecodeOptions& options, std::ostream* out) {
   } catch (const InputError& damage) {
     complaint = damage.what();
   }
-  if (totals.datagrams() == 0 && complaint.empty()) complaint = source->NothingFound();
-  if (totals.datagrams() > 0) printer->Print(totals, source->counts(), source->path());
+  const std::size_t all = totals.datagrams() + totals.filtered();
+  if (all == 0 && complaint.empty()) complaint = source->NothingFound();
+  if (all > 0) printer->Print(totals, source->counts(), source->path());
   if (!complaint.empty()) throw InputError(complaint);
   return totals.Unexplained() ? kUnexplained : kFine;
 }

@@ -11,6 +11,8 @@
 #include <string>
 
 #include "Zun/Rtp/Core/ZunRtcpDialect.h"
+#include "tools/zunrtcp/ExitStatus.h"
+#include "tools/zunrtcp/Filter.h"
 
 namespace zunrtcp {
 
@@ -19,15 +21,11 @@ struct DecodeOptions {
   bool hex = false;     // it is text
   ZunRtcpDialect dialect = ZUN_RTCP_DIALECT_REGISTERED;
   std::set<std::uint16_t> ports;  // empty: all
+  Filter filter;
+  bool in_colour = false;
   bool verbose = false;
   bool json = false;
   std::size_t limit = std::numeric_limits<std::size_t>::max();  // datagrams to print; all are counted
-};
-
-enum ExitStatus : int {
-  kFine = 0,
-  kUnexplained = 1,  // something was refused, or written otherwise than any stated rule says
-  kBadInput = 2,     // wrong arguments, or a capture that cannot be read to its end or holds no RTCP
 };
 
 // Prints to `out`. InputError says what is wrong with the capture; everything that could be read is printed then.

@@ -45,6 +45,7 @@ class RegisteredDescriber {
 
  private:
   void Refuse(const char* reason, std::size_t stopped_at, DecodedSubpacket* subpacket) const {
+    subpacket->is_refused = true;
     subpacket->refusal = RefusalAt(datagram_, reason, subpacket->view.offset, stopped_at);
   }
 
@@ -65,13 +66,8 @@ DecodedDatagram::DecodedDatagram(RtcpDatagram received, ZunRtcpDialect spoken, b
     return;
   }
   for (const SubpacketView& view : walk.subpackets) {
-    subpackets.push_back({view,
-                          kinds.NameOf(view),
-                          kinds.CountWords(view),
-                          kinds.RemarkOn(view),
-                          Description(verbose, dialect),
-                          {},
-                          {}});
+    subpackets.push_back({view, kinds.NameOf(view), kinds.CountWords(view), kinds.RemarkOn(view),
+                          Description(verbose, dialect), 0, std::nullopt, false});
   }
   if (datagram.missing > 0) {
     const std::size_t held = datagram.payload.size();
@@ -100,6 +96,7 @@ void DecodedDatagram::DecodeHouse(const SubpacketWalk& walk, const Kinds& kinds)
 void DecodedDatagram::Describe(const LibraryPacket& packet, const Kinds& kinds) {
   for (DecodedSubpacket& subpacket : subpackets) {
     const ZunRtcpSubpacket* object = packet.Find(subpacket.view.index);
+    subpacket.is_refused = object == nullptr;
     if (object != nullptr) kinds.Describe(*object, subpacket.view, &subpacket.description);
   }
 }

@@ -23,6 +23,7 @@ struct DecodedSubpacket {
   Description description;         // empty when the library refuses it
   std::size_t padding = 0;         // octets at its end that its header calls padding, in the registered dialect
   std::optional<Refusal> refusal;  // why it is not read, in the registered dialect
+  bool is_refused = false;
 };
 
 struct DecodedDatagram {

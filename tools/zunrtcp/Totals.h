@@ -13,8 +13,11 @@ namespace zunrtcp {
 class Totals {
  public:
   void Add(const DecodedDatagram& decoded);
+  // Counts one that a filter keeps back.
+  void PassOver() { ++filtered_; }
 
   std::size_t datagrams() const { return datagrams_; }
+  std::size_t filtered() const { return filtered_; }
   std::size_t subpackets() const { return subpackets_; }
   // By kind, those of the library's own packet types first.
   const std::map<std::pair<unsigned, std::string>, std::size_t>& kinds() const { return kinds_; }
@@ -30,6 +33,7 @@ class Totals {
 
  private:
   std::size_t datagrams_ = 0;
+  std::size_t filtered_ = 0;
   std::size_t subpackets_ = 0;
   std::map<std::pair<unsigned, std::string>, std::size_t> kinds_;
   std::map<Outcome, std::size_t> outcomes_;

@@ -19,6 +19,7 @@ struct RtcpDatagram {
   std::int64_t record_offset = 0;  // byte offset of that record in the file; -1 when not known
   std::int64_t seconds = 0;        // since 1970
   std::uint32_t microseconds = 0;
+  std::int64_t since_start = 0;  // microseconds since the first record of the capture
   Endpoint source;
   Endpoint destination;
   std::string payload;

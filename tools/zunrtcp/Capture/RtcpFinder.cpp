@@ -14,6 +14,8 @@ namespace {
 
 constexpr std::size_t kRtpHeaderSize = 12;
 
+std::int64_t TimeOf(const Record& record) { return record.seconds * 1000000 + record.microseconds; }
+
 }  // namespace
 
 bool LooksLikeRtcp(std::string_view payload) {
@@ -65,6 +67,7 @@ bool RtcpFinder::HasPort(const UdpDatagram& udp) const {
 }
 
 std::optional<RtcpDatagram> RtcpFinder::RtcpIn(const Record& record) {
+  if (!start_) start_ = TimeOf(record);
   Frame frame = ReadFrame(capture_.LinkType(), record.bytes);
   UdpDatagram& udp = frame.datagram;
   if (frame.content == FrameContent::Fragment) {
@@ -88,6 +91,7 @@ std::optional<RtcpDatagram> RtcpFinder::RtcpIn(const Record& record) {
                       .record_offset = record.offset,
                       .seconds = record.seconds,
                       .microseconds = record.microseconds,
+                      .since_start = TimeOf(record) - *start_,
                       .source = std::move(udp.source),
                       .destination = std::move(udp.destination),
                       .payload = std::move(udp.payload),

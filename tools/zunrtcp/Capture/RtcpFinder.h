@@ -41,6 +41,7 @@ class RtcpFinder : public DatagramSource {
   std::set<std::uint16_t> ports_;
   FrameCounts counts_;  // but for the fragments
   Reassembler fragments_;
+  std::optional<std::int64_t> start_;  // time of the first record, in microseconds
   std::size_t found_ = 0;
 };
 

@@ -105,6 +105,7 @@ void JsonPrinter::Print(const Totals& totals, const FrameCounts& frames, const s
   for (const auto& [rule, count] : totals.rules()) rules[Sentence(rule)] = count;
   Json value = FoundAmong(frames, path);
   value["datagrams"] = totals.datagrams();
+  if (totals.filtered() > 0) value["passedOver"] = totals.filtered();
   value["subpackets"] = totals.subpackets();
   value["kinds"] = kinds;
   value["outcomes"] = outcomes;

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "tools/zunrtcp/DecodedDatagram.h"
+#include "tools/zunrtcp/Output/Colours.h"
 #include "tools/zunrtcp/Totals.h"
 
 namespace zunrtcp {
@@ -21,8 +22,8 @@ class Printer {
 class TextPrinter : public Printer {
  public:
   // `verbose` shows what the library logged as well.
-  TextPrinter(std::ostream* out, ZunRtcpDialect dialect, bool verbose)
-      : out_(out), dialect_(dialect), verbose_(verbose) {}
+  TextPrinter(std::ostream* out, ZunRtcpDialect dialect, bool verbose, Colours colours = Colours(false))
+      : out_(out), dialect_(dialect), verbose_(verbose), colours_(colours) {}
   void Print(const DecodedDatagram& decoded) override;
   void Print(const Totals& totals, const FrameCounts& frames, const std::string& path) override;
 
@@ -34,6 +35,7 @@ class TextPrinter : public Printer {
   std::ostream* out_;
   ZunRtcpDialect dialect_;
   bool verbose_;
+  Colours colours_;
 };
 
 // For programs: one JSON object on a line for each datagram, the last one with the totals.

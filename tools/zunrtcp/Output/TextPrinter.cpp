@@ -8,6 +8,7 @@ namespace zunrtcp {
 namespace {
 
 constexpr const char* kIndent = "           ";  // of what belongs to a subpacket
+constexpr std::size_t kKindWidth = 8;
 
 // "written back identical", "refused by rule: ..."; in capitals what needs looking at.
 std::string VerdictLine(const Verdict& verdict) {
@@ -34,9 +35,11 @@ std::string VerdictLine(const Verdict& verdict) {
 }
 
 // "  RR       2 report blocks, 56 bytes: sender ...".
-std::string HeadLine(const DecodedSubpacket& subpacket) {
-  std::string line = "  " + subpacket.kind;
-  if (!subpacket.count.empty()) line = Printed("  %-8s %s", subpacket.kind.c_str(), subpacket.count.c_str());
+std::string HeadLine(const DecodedSubpacket& subpacket, const Colours& colours) {
+  std::string line = "  " + colours.In(Ink::Kind, subpacket.kind);
+  if (!subpacket.count.empty()) {
+    line += std::string(std::max(kKindWidth, subpacket.kind.size()) + 1 - subpacket.kind.size(), ' ') + subpacket.count;
+  }
   line += Printed(", %zu bytes", subpacket.view.bytes.size());
   const std::string fields = subpacket.description.Line();
   return fields.empty() ? line : line + ": " + fields;
@@ -62,36 +65,49 @@ std::string FoundAmong(const FrameCounts& frames) {
   return words;
 }
 
-std::string RefusalLines(const std::string& indent, const Refusal& refusal) {
-  return indent + "REFUSED: " + refusal.Words() + '\n' + indent + refusal.BytesWords() + '\n';
+std::string RefusalLines(const std::string& indent, const Refusal& refusal, const Colours& colours) {
+  return indent + colours.In(Ink::Trouble, "REFUSED: " + refusal.Words()) + '\n' + indent + refusal.BytesWords() + '\n';
+}
+
+Ink InkOf(Outcome outcome) {
+  switch (outcome) {
+    case Outcome::Unexplained:
+    case Outcome::RefusedUnexplained:
+    case Outcome::CutOff:
+      return Ink::Trouble;
+    default:
+      return Ink::Aside;
+  }
 }
 
 }  // namespace
 
 void TextPrinter::Print(const DecodedDatagram& decoded) {
   const RtcpDatagram& datagram = decoded.datagram;
-  *out_ << DatagramLine(datagram) << '\n';
+  *out_ << colours_.In(Ink::Place, DatagramLine(datagram)) << '\n';
   if (decoded.srtcp) {
-    *out_ << "  " << decoded.srtcp->Words() << "\n\n";
+    *out_ << "  " << colours_.In(Ink::Kind, decoded.srtcp->Words()) << "\n\n";
     return;
   }
   for (const DecodedSubpacket& subpacket : decoded.subpackets) Print(subpacket);
-  if (decoded.fault) *out_ << RefusalLines("  ", *decoded.fault);
+  if (decoded.fault) *out_ << RefusalLines("  ", *decoded.fault, colours_);
   if (verbose_) {
     for (const std::string& message : decoded.messages) *out_ << "  log: " << message << '\n';
   }
   // What the registered dialect refuses is told where it stands.
   const bool is_told = dialect_ == ZUN_RTCP_DIALECT_REGISTERED && decoded.verdict.outcome != Outcome::CutOff;
-  if (!is_told) *out_ << "  " << VerdictLine(decoded.verdict) << '\n';
+  if (!is_told) *out_ << "  " << colours_.In(InkOf(decoded.verdict.outcome), VerdictLine(decoded.verdict)) << '\n';
   *out_ << '\n';
 }
 
 void TextPrinter::Print(const DecodedSubpacket& subpacket) {
-  *out_ << HeadLine(subpacket) << '\n';
+  *out_ << HeadLine(subpacket, colours_) << '\n';
   for (const std::string& item : subpacket.description.ItemLines()) *out_ << kIndent << item << '\n';
-  if (subpacket.padding > 0) *out_ << kIndent << "padding, " << Counted(subpacket.padding, "octet") << '\n';
-  if (!subpacket.remark.empty()) *out_ << kIndent << "note: " << subpacket.remark << '\n';
-  if (subpacket.refusal) *out_ << RefusalLines(kIndent, *subpacket.refusal);
+  if (subpacket.padding > 0) {
+    *out_ << kIndent << colours_.In(Ink::Aside, "padding, " + Counted(subpacket.padding, "octet")) << '\n';
+  }
+  if (!subpacket.remark.empty()) *out_ << kIndent << colours_.In(Ink::Aside, "note: " + subpacket.remark) << '\n';
+  if (subpacket.refusal) *out_ << RefusalLines(kIndent, *subpacket.refusal, colours_);
 }
 
 void TextPrinter::Print(const Totals& totals, const FrameCounts& frames, const std::string& path) {
@@ -111,6 +127,7 @@ void TextPrinter::Print(const Totals& totals, const FrameCounts& frames, const s
     *out_ << Printed("  SRTCP      %7zu\n", srtcp);
   }
   if (frames.fragments > 0) *out_ << "  skipped " << Counted(frames.fragments, "fragment") << " of IP packets\n";
+  if (totals.filtered() > 0) *out_ << "  passed over " << Counted(totals.filtered(), "datagram") << '\n';
   if (totals.rules().empty()) return;
   *out_ << "  rules, and datagrams that each explains\n";
   for (const auto& [rule, count] : totals.rules()) *out_ << Printed("    %7zu  %s\n", count, Sentence(rule));

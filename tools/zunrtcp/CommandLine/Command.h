@@ -1,0 +1,21 @@
+// The commands, each with its arguments.
+#ifndef TOOLS_ZUNRTCP_COMMANDLINE_COMMAND_H
+#define TOOLS_ZUNRTCP_COMMANDLINE_COMMAND_H
+
+#include <CLI/CLI.hpp>
+#include <functional>
+
+#include "tools/zunrtcp/ExitStatus.h"
+
+namespace zunrtcp {
+
+struct Command {
+  CLI::App* app;                    // tells whether it was asked for
+  std::function<ExitStatus()> run;  // with the arguments that were given
+};
+
+Command DefineDecode(CLI::App* tool);
+
+}  // namespace zunrtcp
+
+#endif
