@@ -4,8 +4,6 @@
 #include <optional>
 #include <utility>
 
-#include "tools/zunrtcp/Capture/HexReader.h"
-#include "tools/zunrtcp/Capture/RtcpFinder.h"
 #include "tools/zunrtcp/DecodedDatagram.h"
 #include "tools/zunrtcp/InputError.h"
 #include "tools/zunrtcp/Output/Printer.h"
@@ -27,11 +25,6 @@ std::string CutOffWords(const DecodedDatagram& decoded) {
   return words + ") is cut off: " + decoded.verdict.remarks.front();
 }
 
-std::unique_ptr<DatagramSource> SourceFor(const DecodeOptions& options) {
-  if (options.hex) return std::make_unique<HexReader>(options.capture);
-  return std::make_unique<RtcpFinder>(options.capture, options.ports);
-}
-
 std::unique_ptr<Printer> PrinterFor(const DecodeOptions& options, std::ostream* out) {
   if (options.json) return std::make_unique<JsonPrinter>(out, options.dialect);
   return std::make_unique<TextPrinter>(out, options.dialect, options.verbose, Colours(options.in_colour));
@@ -40,7 +33,7 @@ std::unique_ptr<Printer> PrinterFor(const DecodeOptions& options, std::ostream* 
 }  // namespace
 
 ExitStatus RunDecode(const DecodeOptions& options, std::ostream* out) {
-  const std::unique_ptr<DatagramSource> source = SourceFor(options);
+  const std::unique_ptr<DatagramSource> source = OpenSource(options.input);
   const std::unique_ptr<Printer> printer = PrinterFor(options, out);
   Totals totals;
   std::string complaint;  // what is wrong with the capture, said when all that can be printed is

@@ -4,23 +4,19 @@
 #define TOOLS_ZUNRTCP_DECODECOMMAND_H
 
 #include <cstddef>
-#include <cstdint>
 #include <limits>
 #include <ostream>
-#include <set>
-#include <string>
 
 #include "Zun/Rtp/Core/ZunRtcpDialect.h"
+#include "tools/zunrtcp/Capture/OpenSource.h"
 #include "tools/zunrtcp/ExitStatus.h"
 #include "tools/zunrtcp/Filter.h"
 
 namespace zunrtcp {
 
 struct DecodeOptions {
-  std::string capture;  // "-" is standard input
-  bool hex = false;     // it is text
+  InputOptions input;
   ZunRtcpDialect dialect = ZUN_RTCP_DIALECT_REGISTERED;
-  std::set<std::uint16_t> ports;  // empty: all
   Filter filter;
   bool in_colour = false;
   bool verbose = false;

@@ -15,6 +15,7 @@ struct Command {
 };
 
 Command DefineDecode(CLI::App* tool);
+Command DefineCheck(CLI::App* tool);
 
 }  // namespace zunrtcp
 

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "tools/zunrtcp/CommandLine/Command.h"
+#include "tools/zunrtcp/CommandLine/Input.h"
 #include "tools/zunrtcp/DecodeCommand.h"
 #include "tools/zunrtcp/InputError.h"
 #include "tools/zunrtcp/Output/Colours.h"
@@ -17,33 +18,13 @@ struct DecodeArguments {
   DecodeOptions options;
   std::string dialect = "registered";
   std::string colour = "auto";
-  std::vector<std::uint16_t> ports;
   std::vector<std::string> sources;
   std::string from;
   std::string to;
 };
 
-void DefineInput(DecodeArguments* arguments, CLI::App* decode) {
-  DecodeOptions& options = arguments->options;
-  decode->add_option("CAPTURE", options.capture, "the capture file, or with --hex the text; - for standard input")
-      ->required();
-  decode
-      ->add_option("--dialect", arguments->dialect,
-                   "registered: as the RFCs say; house: as this system's own peers speak")
-      ->check(CLI::IsMember({"registered", "house"}))
-      ->capture_default_str();
-  decode->add_flag(
-      "--hex", options.hex,
-      "the file is text: a datagram in hex digits on each line, or hex dumps with offsets, ASCII columns and "
-      "the like");
-}
-
 void DefineFilter(DecodeArguments* arguments, CLI::App* decode) {
   Filter& filter = arguments->options.filter;
-  decode->add_option("--port", arguments->ports, "only datagrams from or to this UDP port (may be given several times)")
-      ->check(CLI::Range(1, 65535))
-      ->take_all()
-      ->expected(1);
   decode
       ->add_option("--ssrc", arguments->sources,
                    "only datagrams with a packet from or about this SSRC, 0x1234abcd or decimal")
@@ -82,7 +63,6 @@ std::optional<TimeLimit> TimeOf(const std::string& option, const std::string& te
 DecodeOptions OptionsOf(const DecodeArguments& arguments) {
   DecodeOptions options = arguments.options;
   options.dialect = arguments.dialect == "house" ? ZUN_RTCP_DIALECT_HOUSE : ZUN_RTCP_DIALECT_REGISTERED;
-  options.ports.insert(arguments.ports.begin(), arguments.ports.end());
   for (const std::string& text : arguments.sources) {
     const std::optional<std::uint32_t> source = ParseSource(text);
     if (!source) throw InputError("--ssrc: no SSRC: " + text);
@@ -107,7 +87,12 @@ Command DefineDecode(CLI::App* tool) {
       "Exit status: 0 when nothing is refused, or in the house's dialect all is identical or explained, 1 when not, 2 "
       "when\n"
       "the capture or the arguments are bad.");
-  DefineInput(arguments.get(), decode);
+  DefineInput(&arguments->options.input, decode);
+  decode
+      ->add_option("--dialect", arguments->dialect,
+                   "registered: as the RFCs say; house: as this system's own peers speak")
+      ->check(CLI::IsMember({"registered", "house"}))
+      ->capture_default_str();
   DefineFilter(arguments.get(), decode);
   DefineOutput(arguments.get(), decode);
   return {decode, [arguments] { return RunDecode(OptionsOf(*arguments), &std::cout); }};

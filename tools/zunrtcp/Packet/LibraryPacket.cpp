@@ -24,6 +24,8 @@ class LibraryString {
 
 }  // namespace
 
+LibraryPacket::LibraryPacket() { ZunRtcpPacketConstructDefault(&packet_, ZunAllocatorGetSystem()); }
+
 LibraryPacket::LibraryPacket(std::string_view datagram, ZunRtcpDialect dialect, Reading reading) {
   ZunRtcpPacketConstructDefault(&packet_, ZunAllocatorGetSystem());
   ZunRtcpDecodeOptions options;
@@ -54,6 +56,14 @@ std::optional<std::string> LibraryPacket::Write() const {
   LibraryString written;
   if (!ZunRtcpPacketGetNetworkPacket(&packet_, written.get())) return std::nullopt;
   return std::string(written.bytes());
+}
+
+std::optional<std::string> LibraryPacket::Write(std::size_t index) const {
+  const ZunRtcpSubpacket* object = Find(index);
+  if (object == nullptr) return std::nullopt;
+  LibraryPacket alone;
+  if (!ZunRtcpPacketAppendSubpacket(&alone.packet_, object)) return std::nullopt;
+  return alone.Write();
 }
 
 bool LibraryAccepts(std::string_view datagram) { return LibraryPacket(datagram).ok(); }

@@ -37,8 +37,12 @@ class LibraryPacket {
 
   // What the library writes in the house's dialect; nothing when it refuses to.
   std::optional<std::string> Write() const;
+  // The same of subpacket `index` of the datagram alone.
+  std::optional<std::string> Write(std::size_t index) const;
 
  private:
+  LibraryPacket();
+
   ZunRtcpPacket packet_;
   std::vector<ZunRtcpDecodeRefusal> refusals_;
 };

@@ -22,24 +22,10 @@ std::optional<Rule> RuleOfRefusal(const SubpacketView& subpacket, const Kinds& k
   return std::nullopt;
 }
 
-void AddUnexplained(std::string remark, Verdict* verdict) {
-  verdict->outcome = Outcome::RefusedUnexplained;
-  verdict->remarks.push_back(std::move(remark));
-}
-
 // What only costs too much is in good form, so no rule speaks of it.
 std::string WhyMalformed(const ZunRtcpDecodeRefusal& refusal) {
   return refusal.reason == ZUN_RTCP_DECODE_REASON_LIMIT ? ZunRtcpDecodeReasonGetText(refusal.reason)
                                                         : "its body is malformed";
-}
-
-void JudgeSubpacket(const SubpacketView& subpacket, const ZunRtcpDecodeRefusal& refusal, const Kinds& kinds,
-                    Verdict* verdict) {
-  const std::string place = PlaceWords(subpacket, kinds);
-  const std::optional<Rule> rule = RuleOfRefusal(subpacket, kinds);
-  if (!rule) return AddUnexplained(place + WhyMalformed(refusal), verdict);
-  verdict->rules.push_back(*rule);
-  verdict->remarks.push_back(place + Sentence(*rule));
 }
 
 }  // namespace
@@ -49,13 +35,27 @@ std::string PlaceWords(const SubpacketView& subpacket, const Kinds& kinds) {
                  subpacket.offset);
 }
 
+Verdict JudgeRefused(const SubpacketView& subpacket, const ZunRtcpDecodeRefusal& refusal, const Kinds& kinds) {
+  const std::string place = PlaceWords(subpacket, kinds);
+  const std::optional<Rule> rule = RuleOfRefusal(subpacket, kinds);
+  if (rule) return {Outcome::RefusedByRule, {*rule}, {place + Sentence(*rule)}};
+  return {Outcome::RefusedUnexplained, {}, {place + WhyMalformed(refusal)}};
+}
+
 Verdict JudgeRefusal(const SubpacketWalk& walk, const LibraryPacket& packet, const Kinds& kinds) {
   Verdict verdict{Outcome::RefusedByRule, {}, {}};
   for (const SubpacketView& subpacket : walk.subpackets) {
     const ZunRtcpDecodeRefusal* refusal = packet.RefusalOf(subpacket.index);
-    if (refusal != nullptr) JudgeSubpacket(subpacket, *refusal, kinds, &verdict);
+    if (refusal == nullptr) continue;
+    const Verdict judged = JudgeRefused(subpacket, *refusal, kinds);
+    if (judged.outcome == Outcome::RefusedUnexplained) verdict.outcome = judged.outcome;
+    verdict.rules.insert(verdict.rules.end(), judged.rules.begin(), judged.rules.end());
+    verdict.remarks.insert(verdict.remarks.end(), judged.remarks.begin(), judged.remarks.end());
   }
-  if (!walk.fault.empty()) AddUnexplained(Printed("at byte %zu: ", walk.fault_offset) + walk.fault, &verdict);
+  if (!walk.fault.empty()) {
+    verdict.outcome = Outcome::RefusedUnexplained;
+    verdict.remarks.push_back(Printed("at byte %zu: ", walk.fault_offset) + walk.fault);
+  }
   return verdict;
 }
 

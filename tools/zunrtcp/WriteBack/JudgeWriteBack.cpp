@@ -53,11 +53,8 @@ std::optional<Expectation> Expect(const SubpacketWalk& walk, const Kinds& kinds)
   return expected;
 }
 
-}  // namespace
-
-Verdict JudgeWriteBack(std::string_view datagram, const SubpacketWalk& walk, const LibraryPacket& packet,
-                       const Kinds& kinds) {
-  const std::optional<std::string> written = packet.Write();
+Verdict JudgeWritten(std::string_view datagram, const SubpacketWalk& walk, const std::optional<std::string>& written,
+                     const Kinds& kinds) {
   if (!written) return JudgeUnwritten(walk, kinds);
   if (*written == datagram) return {};
 
@@ -66,6 +63,24 @@ Verdict JudgeWriteBack(std::string_view datagram, const SubpacketWalk& walk, con
     return {Outcome::Unexplained, {}, {FirstDifference(datagram, *written, walk, kinds)}};
   }
   return {Outcome::Explained, {expected->rules.begin(), expected->rules.end()}, {}};
+}
+
+}  // namespace
+
+Verdict JudgeWriteBack(std::string_view datagram, const SubpacketWalk& walk, const LibraryPacket& packet,
+                       const Kinds& kinds) {
+  return JudgeWritten(datagram, walk, packet.Write(), kinds);
+}
+
+Verdict JudgeSubpacket(const SubpacketView& subpacket, const LibraryPacket& packet, const Kinds& kinds) {
+  if (const ZunRtcpDecodeRefusal* refusal = packet.RefusalOf(subpacket.index)) {
+    return JudgeRefused(subpacket, *refusal, kinds);
+  }
+  SubpacketView alone = subpacket;
+  alone.offset = 0;
+  Verdict verdict = JudgeWritten(subpacket.bytes, {{alone}, {}, 0}, packet.Write(subpacket.index), kinds);
+  for (std::string& remark : verdict.remarks) remark.insert(0, PlaceWords(subpacket, kinds));
+  return verdict;
 }
 
 }  // namespace zunrtcp

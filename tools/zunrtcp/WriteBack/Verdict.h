@@ -42,6 +42,13 @@ Verdict JudgeWriteBack(std::string_view datagram, const SubpacketWalk& walk, con
 // Tells why the library refuses what it does of a datagram, which `packet` has read tolerantly.
 Verdict JudgeRefusal(const SubpacketWalk& walk, const LibraryPacket& packet, const Kinds& kinds = AllKinds());
 
+// Why the library refuses a subpacket.
+Verdict JudgeRefused(const SubpacketView& subpacket, const ZunRtcpDecodeRefusal& refusal,
+                     const Kinds& kinds = AllKinds());
+
+// What becomes of one subpacket of the datagram that `packet` has read tolerantly: refused, or written back by itself.
+Verdict JudgeSubpacket(const SubpacketView& subpacket, const LibraryPacket& packet, const Kinds& kinds = AllKinds());
+
 }  // namespace zunrtcp
 
 #endif
