@@ -16,6 +16,7 @@ struct Command {
 
 Command DefineDecode(CLI::App* tool);
 Command DefineCheck(CLI::App* tool);
+Command DefineEncode(CLI::App* tool);
 
 }  // namespace zunrtcp
 

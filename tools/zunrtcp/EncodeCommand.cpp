@@ -1,0 +1,148 @@
+#include "tools/zunrtcp/EncodeCommand.h"
+
+#include <fstream>
+#include <iostream>
+
+#include "tools/zunrtcp/Capture/CaptureWriter.h"
+#include "tools/zunrtcp/Capture/InputPath.h"
+#include "tools/zunrtcp/Encode/Encoder.h"
+#include "tools/zunrtcp/InputError.h"
+#include "tools/zunrtcp/Text.h"
+
+namespace zunrtcp {
+
+namespace {
+
+using Json = JsonField::Json;
+
+// Where a datagram goes of which nothing is told (TEST-NET-1, RFC 5737).
+const Endpoint kDefaultSource{"192.0.2.1", 5005};
+const Endpoint kDefaultDestination{"192.0.2.2", 5005};
+
+Endpoint EndpointOf(const JsonField& datagram, const char* key, const Endpoint& otherwise) {
+  const std::optional<JsonField> field = datagram.Find(key);
+  if (!field) return otherwise;
+  return {(*field)["address"].Text(), (*field)["port"].As<std::uint16_t>()};
+}
+
+// "1795222299.000001".
+void SetTime(const JsonField& field, RtcpDatagram* datagram) {
+  const std::string text = field.Text();
+  long long seconds = 0;
+  unsigned microseconds = 0;
+  int read = 0;
+  const int fields = std::sscanf(text.c_str(), "%lld.%6u%n", &seconds, &microseconds, &read);
+  if (fields != 2 || static_cast<std::size_t>(read) != text.size())
+    field.Refuse("is no time in seconds and microseconds");
+  datagram->seconds = seconds;
+  datagram->microseconds = microseconds;
+}
+
+RtcpDatagram DatagramOf(const JsonField& field, std::string payload) {
+  RtcpDatagram datagram;
+  datagram.source = EndpointOf(field, "source", kDefaultSource);
+  datagram.destination = EndpointOf(field, "destination", kDefaultDestination);
+  if (const std::optional<JsonField> time = field.Find("time")) SetTime(*time, &datagram);
+  datagram.payload = std::move(payload);
+  return datagram;
+}
+
+ZunRtcpDialect DialectOf(const JsonField& datagram, std::optional<ZunRtcpDialect> given) {
+  if (given) return *given;
+  const std::optional<JsonField> field = datagram.Find("dialect");
+  if (!field || field->Text() == "registered") return ZUN_RTCP_DIALECT_REGISTERED;
+  if (field->Text() != "house") field->Refuse("is neither registered nor house");
+  return ZUN_RTCP_DIALECT_HOUSE;
+}
+
+// Takes JSON value by value; what is no datagram, as the totals, is passed over.
+class JsonReader {
+ public:
+  explicit JsonReader(const std::string& path) : name_(InputName(path)), in_(&file_) {
+    if (path == "-") {
+      in_ = &std::cin;
+      return;
+    }
+    CheckReadable(path);
+    file_.open(path, std::ios::binary);
+  }
+
+  std::optional<Json> Next() {
+    *in_ >> std::ws;
+    if (in_->peek() == std::istream::traits_type::eof()) return std::nullopt;
+    Json value;
+    try {
+      *in_ >> value;
+    } catch (const Json::parse_error& error) {
+      throw InputError(name_ + ": not JSON: " + error.what());
+    }
+    return value;
+  }
+
+  const std::string& name() const { return name_; }
+
+ private:
+  std::string name_;
+  std::ifstream file_;
+  std::istream* in_;
+};
+
+class DatagramWriter {
+ public:
+  DatagramWriter(const EncodeOptions& options, std::ostream* out) : options_(options), out_(out) {
+    if (!options.capture.empty()) capture_.emplace(options.capture);
+  }
+
+  void Write(const JsonField& field) {
+    ++count_;
+    try {
+      const std::string payload = EncodeDatagram(field, DialectOf(field, options_.dialect));
+      if (!capture_) {
+        *out_ << HexDigits(payload) << '\n';
+      } else {
+        capture_->Write(DatagramOf(field, payload));
+      }
+    } catch (const InputError& error) {
+      throw InputError(Printed("datagram %zu: ", count_) + error.what());
+    }
+  }
+
+  void Finish() {
+    if (capture_) capture_->Finish();
+  }
+
+  std::size_t count() const { return count_; }
+
+ private:
+  const EncodeOptions& options_;
+  std::ostream* out_;
+  std::optional<CaptureWriter> capture_;
+  std::size_t count_ = 0;
+};
+
+void WriteAll(const Json& value, DatagramWriter* writer) {
+  if (value.is_array()) {
+    for (const Json& element : value) WriteAll(element, writer);
+  } else if (!value.is_object() || !value.contains("totals")) {
+    writer->Write(JsonField(value, ""));
+  }
+}
+
+}  // namespace
+
+ExitStatus RunEncode(const EncodeOptions& options, std::ostream* out) {
+  JsonReader reader(options.path);
+  DatagramWriter writer(options, out);
+  while (const std::optional<Json> value = reader.Next()) {
+    try {
+      WriteAll(*value, &writer);
+    } catch (const InputError& error) {
+      throw InputError(reader.name() + ": " + error.what());
+    }
+  }
+  writer.Finish();
+  if (writer.count() == 0) throw InputError(reader.name() + ": no datagram in it");
+  return kFine;
+}
+
+}  // namespace zunrtcp
