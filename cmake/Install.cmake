@@ -1,9 +1,10 @@
-# The installed package: the library, the public headers (those whose names begin with Zun), a CMake package and
-# a pkg-config module.
+# The installed package: the library, the public headers (those whose names begin with Zun, and the C++ face), a CMake
+# package and a pkg-config module.
 include(CMakePackageConfigHelpers)
 
 install(TARGETS zunrtcp EXPORT ZunRtcpTargets)
-install(DIRECTORY Zun DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} FILES_MATCHING PATTERN "Zun*.h")
+install(DIRECTORY Zun DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} FILES_MATCHING PATTERN "Zun*.h"
+        PATTERN "Zun/Rtp/Cpp/*.h")
 install(EXPORT ZunRtcpTargets NAMESPACE ZunRtcp:: DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/ZunRtcp)
 
 configure_package_config_file(${CMAKE_CURRENT_LIST_DIR}/ZunRtcpConfig.cmake.in ${PROJECT_BINARY_DIR}/ZunRtcpConfig.cmake
