@@ -134,8 +134,8 @@ class ObjectIterator {
   using value_type = LookingAt<C>;
   using reference = value_type;
   using difference_type = std::ptrdiff_t;
-  using iterator_category = std::input_iterator_tag;
-  using iterator_concept = std::random_access_iterator_tag;
+  using iterator_category =
+      std::random_access_iterator_tag;  // as that of std::vector<bool>, whose elements are proxies too
   struct pointer {
     value_type value;
     value_type* operator->() noexcept { return &value; }
