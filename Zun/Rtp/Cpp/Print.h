@@ -523,7 +523,7 @@ template <zun::rtcp::Printable T>
 struct fmt::formatter<T> : fmt::formatter<fmt::string_view> {
   template <class Context>
   auto format(const T& printable, Context& context) const {
-    const std::string text = to_string(printable);
+    const std::string text = zun::rtcp::to_string(printable);
     return fmt::formatter<fmt::string_view>::format({text.data(), text.size()}, context);
   }
 };
