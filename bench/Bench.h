@@ -73,6 +73,8 @@ void AddReportsLines();
 void AddTransportFeedbackLines();
 void AddPayloadFeedbackLines();
 void AddByHandLines();
+// The C++ face beside the C calls.
+void AddFaceLines();
 
 }  // namespace bench
 

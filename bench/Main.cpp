@@ -108,6 +108,7 @@ int main(int argc, char** argv) {
   bench::AddReportsLines();
   bench::AddTransportFeedbackLines();
   bench::AddPayloadFeedbackLines();
+  bench::AddFaceLines();
   for (const bench::Line& line : Lines()) benchmark::RegisterBenchmark(NameOf(line).c_str(), line.run);
   Collector collector;
   benchmark::RunSpecifiedBenchmarks(&collector);
