@@ -8,6 +8,7 @@
 #include <functional>
 #include <string>
 
+#include "Zun/Rtp/Cpp/List.h"
 #include "Zun/Rtp/ZunRtcpPacket.h"
 
 namespace bench {
@@ -16,20 +17,11 @@ namespace bench {
 ZunAllocator* CountingAllocator();
 ZunUint64 AllocationCount();
 
-// A ZunString that is owned: destructed with this object.
-class Bytes {
+class Bytes : public zun::rtcp::String {
  public:
-  Bytes() { ZunStringConstructDefault(&string_, CountingAllocator()); }
-  explicit Bytes(const std::string& bytes) : Bytes() { ZunStringAppendCStrLen(&string_, bytes.data(), bytes.size()); }
-  ~Bytes() { ZunStringDestruct(&string_); }
-  Bytes(const Bytes&) = delete;
-  Bytes& operator=(const Bytes&) = delete;
-  ZunString* get() { return &string_; }
-  const ZunString* get() const { return &string_; }
-  std::string str() const { return {ZunStringCStr(&string_), string_.size}; }
-
- private:
-  ZunString string_;
+  Bytes() : Owning(CountingAllocator()) {}
+  explicit Bytes(const std::string& bytes) : Bytes() { ZunStringAppendCStrLen(get(), bytes.data(), bytes.size()); }
+  std::string str() const { return std::string(zun::rtcp::text_of(*get())); }
 };
 
 // One line of the table. `run` does the operation once. A yardstick is the name of another line; a goal of 0 is none.

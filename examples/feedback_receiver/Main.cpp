@@ -1,8 +1,8 @@
 // usage: feedback_receiver ANSWER_PORT SECONDS [house|registered]
-// Receives RTP on the loopback interface and answers as a receiver of video does, to ANSWER_PORT there: receiver reports,
-// NACK for gaps, PLI at the start and after a blackout, FIR soon after that one, REMB, transport-wide feedback, BYE at
-// the end. It first prints the ports at which it listens, then a line for all that the peer says, and at the end what it
-// counted.
+// Receives RTP on the loopback interface and answers as a receiver of video does, to ANSWER_PORT there: receiver
+// reports, NACK for gaps, PLI at the start and after a blackout, FIR soon after that one, REMB, transport-wide feedback,
+// BYE at the end. It first prints the ports at which it listens, then a line for all that the peer says, and at the end
+// what it counted.
 //
 // Payload type 96 is the media, 97 its retransmissions (RFC 4588), header extension 1 the transport-wide number.
 #include <poll.h>

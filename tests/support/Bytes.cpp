@@ -46,9 +46,8 @@ std::string Psfb(int fmt, const std::string& fci) { return Subpacket(206, fmt, H
 
 std::string Afb(const std::string& fci) { return Psfb(15, fci); }
 
-Text::Text(const std::string& bytes, ZunAllocator* a) {
-  ZunStringConstructDefault(&string_, a);
-  EXPECT_NE(ZunStringAppendCStrLen(&string_, bytes.data(), bytes.size()), nullptr);
+Text::Text(const std::string& bytes, ZunAllocator* a) : Owning(a) {
+  EXPECT_NE(ZunStringAppendCStrLen(get(), bytes.data(), bytes.size()), nullptr);
 }
 
 Datagram::Datagram(const std::string& bytes, ZunAllocator* a) : bytes_(new char[bytes.size()]) {

@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 
+#include "Zun/Rtp/Cpp/List.h"
 #include "Zun/Rtp/ZunRtcpPacket.h"
 
 namespace test {
@@ -27,22 +28,14 @@ std::string Psfb(int fmt, const std::string& fci);
 std::string Afb(const std::string& fci);
 
 // An owned ZunString.
-class Text {
+class Text : public zun::rtcp::String {
  public:
-  explicit Text(ZunAllocator* a = ZunAllocatorGetSystem()) { ZunStringConstructDefault(&string_, a); }
+  using Owning::Owning;
   Text(const std::string& bytes, ZunAllocator* a = ZunAllocatorGetSystem());
-  ~Text() { ZunStringDestruct(&string_); }
-  Text(const Text&) = delete;
-  Text& operator=(const Text&) = delete;
 
-  ZunString* get() { return &string_; }
-  const ZunString* get() const { return &string_; }
-  operator ZunString*() { return &string_; }
-  ZunString* operator->() { return &string_; }
-  std::string str() const { return std::string(ZunStringCStr(&string_), string_.size); }
-
- private:
-  ZunString string_;
+  operator ZunString*() { return get(); }
+  ZunString* operator->() { return get(); }
+  std::string str() const { return std::string(zun::rtcp::text_of(*get())); }
 };
 
 // Received bytes, on a heap block of exactly their size. Read-only.

@@ -1,5 +1,5 @@
-// Application-layer feedback: REMB, the house messages ABAFB, ALBR, SHOW, SHOWACK and LIR, and what is unknown. The fields
-// have the names, units and ranges that the C structs tell of them, in Zun/Rtp/ApplicationFeedback/.
+// Application-layer feedback: REMB, the house messages ABAFB, ALBR, SHOW, SHOWACK and LIR, and what is unknown. The
+// fields have the names, units and ranges that the C structs tell of them, in Zun/Rtp/ApplicationFeedback/.
 #ifndef ZUN_RTP_CPP_APPLICATIONFEEDBACK_H
 #define ZUN_RTP_CPP_APPLICATIONFEEDBACK_H
 

@@ -12,12 +12,18 @@
 
 #include "Zun/Rtp/Cpp/Object.h"
 #include "Zun/Rtp/ZunRtpHeader.h"
+#include "Zun/Utils/ZunBasicTypesContainer.h"
 #include "Zun/Utils/ZunString.h"
 #include "Zun/Utils/ZunVector.h"
 
 namespace zun::rtcp {
 
 // ---- bytes
+
+ZUN_RTCP_CPP_FUNCTIONS_(ZunString)
+
+// A string of the library's that is owned.
+using String = Owning<ZunString>;
 
 inline std::string_view text_of(const ZunString& s) noexcept { return {ZunStringCStr(&s), s.size}; }
 inline std::span<const std::byte> octets_of(const ZunString& s) noexcept {
@@ -37,11 +43,12 @@ inline ZunString borrowed(std::span<const std::byte> s) noexcept {
 
 // ---- vectors
 
-// The C functions of a vector type.
+// The C functions of a vector type. As those of every object they make an Owning<ZunVector_E> as well.
 template <class Vector>
 struct VectorFunctions;
 
 #define ZUN_RTCP_CPP_VECTOR_(E)                                                                                \
+  ZUN_RTCP_CPP_FUNCTIONS_(ZunVector_##E)                                                                       \
   template <>                                                                                                  \
   struct VectorFunctions<ZunVector_##E> {                                                                      \
     using Vector = ZunVector_##E;                                                                              \
@@ -56,6 +63,7 @@ struct VectorFunctions;
   };
 
 ZUN_RTCP_CPP_VECTOR_(ZunRtpSourceId)
+ZUN_RTCP_CPP_VECTOR_(ZunUint16)
 using Ssrc = ZunRtpSourceId;
 
 // What all lists have. `Vector` is const where the list may only be read.

@@ -19,9 +19,9 @@ struct LogMessage {
   std::string_view text;
 };
 
-// Hands every message to `handler(const LogMessage&)`, on the thread that caused it; there is one handler at a time, and
-// none after this. Destroy it only when no other thread is in the library: a call that began before may still reach it.
-// The handler must not throw.
+// Hands every message to `handler(const LogMessage&)`, on the thread that caused it; there is one handler at a time,
+// and none after this. Destroy it only when no other thread is in the library: a call that began before may still reach
+// it. The handler must not throw.
 template <class Handler>
 class LogHandler {
  public:

@@ -72,7 +72,8 @@ class Owning {
   }
   ~Owning() { Functions<C>::Destruct(&object_); }
 
-  Owning& operator=(const Owning& o) noexcept {
+  // The assignment in C takes an object for itself.
+  Owning& operator=(const Owning& o) noexcept {  // NOLINT(cert-oop54-cpp)
     (void)assign(o);
     return *this;
   }
@@ -110,8 +111,8 @@ class Owning {
   C object_;
 };
 
-// An object that another owns, such as a subpacket of a packet: valid until its owner changes or ends. Copying it copies
-// no object. C is const where it may only be read.
+// An object that another owns, such as a subpacket of a packet: valid until its owner changes or ends. Copying it
+// copies no object. C is const where it may only be read.
 template <class C>
 class Looking {
  public:

@@ -472,7 +472,7 @@ inline std::string NameOf(const View<Unknown>& unknown) {
                                                     {211, "IDMS"},
                                                     {212, "RGRS"},
                                                     {213, "SNM"}}};
-  const std::string number = "type " + std::to_string(unknown.type());
+  std::string number = "type " + std::to_string(unknown.type());
   for (const Registered& registered : kRegistered) {
     if (registered.type == unknown.type()) return registered.name + (" (" + number + ")");
   }

@@ -213,8 +213,8 @@ bool holds(Looking<const ZunRtcpSubpacket> subpacket) noexcept {
   return kinds::Is<ObjectOf<Class>>::In(*subpacket.get());
 }
 
-// Hands the object that `subpacket` holds to the visitor: a View of it, or a Ref where the subpacket may be changed. The
-// visitor must take all kinds, or it does not compile; all of its functions return the same type.
+// Hands the object that `subpacket` holds to the visitor: a View of it, or a Ref where the subpacket may be changed.
+// The visitor must take all kinds, or it does not compile; all of its functions return the same type.
 //   visit(subpacket, Overloaded{[](View<Sr> sr) { ... }, [](View<Nack> nack) { ... }, [](const auto& other) { ... }});
 template <class C, class Visitor>
 decltype(auto) visit(Looking<C> subpacket, Visitor&& visitor) {

@@ -1,5 +1,5 @@
-// Transport-layer feedback: NACK, TMMBR, TMMBN, transport-wide congestion control, CCFB, ABAFB, and what is unknown. The
-// fields have the names, units and ranges that the C structs tell of them, in Zun/Rtp/TransportFeedback/.
+// Transport-layer feedback: NACK, TMMBR, TMMBN, transport-wide congestion control, CCFB, ABAFB, and what is unknown.
+// The fields have the names, units and ranges that the C structs tell of them, in Zun/Rtp/TransportFeedback/.
 #ifndef ZUN_RTP_CPP_TRANSPORTFEEDBACK_H
 #define ZUN_RTP_CPP_TRANSPORTFEEDBACK_H
 

@@ -5,8 +5,10 @@
 #include <random>
 #include <vector>
 
+#include "Zun/Rtp/Cpp/TransportFeedback.h"
 #include "Zun/Rtp/ZunRtcpPacket.h"
 #include "tests/support/Bytes.h"
+#include "tests/support/Kinds.h"
 
 namespace {
 
@@ -118,33 +120,29 @@ TEST(WireDifferencesTest, AnnouncedLengthWrapsAbove262144Bytes) {
 class Feedback {
  public:
   Feedback(std::mt19937& random, double losses, double gaps) {
-    ZunRtcpRtpfbTransportCcConstructFull(&sp_.rtpfb.transportCc, 1, 2, 0, ZunAllocatorGetSystem());
     std::uniform_real_distribution<double> draw(0, 1);
     ZunTime now = 0;
     for (ZunUint16 i = 0; i < 100; ++i) {
       const bool lost = draw(random) < losses;
       if (!lost) now += draw(random) < gaps ? 80'000'000 : 5'000'000;
-      EXPECT_TRUE(ZunRtcpRtpfbTransportCcAddPacket(&sp_.rtpfb.transportCc, lost ? 0 : 1, i, now));
+      EXPECT_TRUE(sent_.add_packet(!lost, i, now));
     }
   }
-  ~Feedback() { ZunRtcpSubpacketDestruct(&sp_); }
-  Feedback(const Feedback&) = delete;
-  Feedback& operator=(const Feedback&) = delete;
 
   bool ReadsBack() const {
-    const Parsed read(test::Written(sp_));
+    const Parsed read(test::Written(*test::AsSubpacket(sent_.get())));
     return read.ok && SamePackets(read[0].rtpfb.transportCc.packetInfo);
   }
 
  private:
   bool SamePackets(const ZunVector_ZunRtcpRtpfbTransportCcPacketInfo& read) const {
-    const auto& sent = sp_.rtpfb.transportCc.packetInfo;
-    return std::equal(sent.begin, sent.end, read.begin, read.end, [](const auto& a, const auto& b) {
+    const auto sent = sent_.packet_info();
+    return std::equal(sent.begin(), sent.end(), read.begin, read.end, [](const auto& a, const auto& b) {
       return a.received == b.received && a.haveDelta == b.haveDelta && a.delta == b.delta;
     });
   }
 
-  ZunRtcpSubpacket sp_;
+  zun::rtcp::TransportCc sent_{1, 2};
 };
 
 TEST(WireDifferencesTest, EverySeventhMessageHoldsTheChunkThatDoesNotReadBack) {

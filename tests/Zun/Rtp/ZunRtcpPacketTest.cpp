@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "Zun/Rtp/Cpp/Packet.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/Samples.h"
 
@@ -28,47 +29,37 @@ const std::string kSecond = Wire(192, 0);
 const std::string kThird = Wire(255, 5, 'c', 31);
 
 // An owned subpacket of such a type.
-struct Unknown {
+struct Unknown : zun::rtcp::Subpacket {
   Unknown(ZunRtcpSubpacketType type, std::size_t words, char fill, ZunAllocator* a = ZunAllocatorGetSystem()) {
     const Text data(std::string(4 * words, fill));
-    EXPECT_NE(ZunRtcpUnknownConstructFull(&sp.unk, type, 3, data.get(), a), nullptr);
+    EXPECT_NE(ZunRtcpUnknownConstructFull(&get()->unk, type, 3, data.get(), a), nullptr);
   }
-  ~Unknown() { ZunRtcpSubpacketDestruct(&sp); }
-  Unknown(const Unknown&) = delete;
-  Unknown& operator=(const Unknown&) = delete;
-  operator const ZunRtcpSubpacket*() const { return &sp; }
-
-  ZunRtcpSubpacket sp;
+  operator const ZunRtcpSubpacket*() const { return get(); }
 };
 
 // An owned packet.
-struct Packet {
-  explicit Packet(ZunAllocator* a = ZunAllocatorGetSystem()) { ZunRtcpPacketConstructDefault(&p, a); }
-  Packet(const std::string& bytes, ZunAllocator* a) : Packet(a) { EXPECT_TRUE(Parse(bytes)); }
-  ~Packet() { ZunRtcpPacketDestruct(&p); }
-  Packet(const Packet&) = delete;
-  Packet& operator=(const Packet&) = delete;
-  operator ZunRtcpPacket*() { return &p; }
-  operator const ZunRtcpPacket*() const { return &p; }
+struct Packet : zun::rtcp::Owning<ZunRtcpPacket> {
+  using Owning::Owning;
+  Packet(const std::string& bytes, ZunAllocator* a) : Owning(a) { EXPECT_TRUE(Parse(bytes)); }
+  operator ZunRtcpPacket*() { return get(); }
+  operator const ZunRtcpPacket*() const { return get(); }
 
   bool Parse(const std::string& bytes) {
     const Datagram datagram(bytes);
-    return ZunRtcpPacketParseNetworkPacket(&p, datagram) != 0;
+    return ZunRtcpPacketParseNetworkPacket(get(), datagram) != 0;
   }
-  ZunSizeT count() const { return ZunRtcpPacketGetSubpacketCount(&p); }
-  ZunSizeT capacity() const { return ZunVector_ZunRtcpSubpacketCapacity(&p.subpackets); }
+  ZunSizeT count() const { return ZunRtcpPacketGetSubpacketCount(get()); }
+  ZunSizeT capacity() const { return ZunVector_ZunRtcpSubpacketCapacity(&get()->subpackets); }
   // The wire form, read from the objects without the writer.
   std::string bytes() const {
     std::string all;
     for (ZunSizeT i = 0; i < count(); ++i) {
-      const ZunRtcpUnknown* const unknown = ZunRtcpSubpacketGetUnknown(ZunRtcpPacketGetSubpacket(&p, i));
+      const ZunRtcpUnknown* const unknown = ZunRtcpSubpacketGetUnknown(ZunRtcpPacketGetSubpacket(get(), i));
       const std::string data = Str(ZunRtcpUnknownGetData(unknown));
       all += Wire(unknown->type, data.size() / 4, 0, ZunRtcpUnknownGetSubtype(unknown)).substr(0, 4) + data;
     }
     return all;
   }
-
-  ZunRtcpPacket p;
 };
 
 // ---- construction
@@ -92,11 +83,11 @@ TEST(ZunRtcpPacket, FromSubpacketsOfTheSameAllocatorIsACopy) {
   const Packet source(kFirst + kThird, a);
   const Packet empty(a.get());
   ZunRtcpPacket p;
-  ASSERT_EQ(ZunRtcpPacketConstructFromSubpackets(&p, &source.p.subpackets, a), &p);
+  ASSERT_EQ(ZunRtcpPacketConstructFromSubpackets(&p, &source.get()->subpackets, a), &p);
   EXPECT_EQ(ZunRtcpPacketGetSubpacketCount(&p), 2U);
   EXPECT_EQ(ZunRtcpPacketGetAllocator(&p), a.get());
   ZunRtcpPacketDestruct(&p);
-  ASSERT_EQ(ZunRtcpPacketConstructFromSubpackets(&p, &empty.p.subpackets, a), &p);
+  ASSERT_EQ(ZunRtcpPacketConstructFromSubpackets(&p, &empty.get()->subpackets, a), &p);
   EXPECT_EQ(ZunRtcpPacketGetSubpacketCount(&p), 0U);
   ZunRtcpPacketDestruct(&p);
 }
@@ -106,10 +97,10 @@ TEST(ZunRtcpPacket, FromSubpacketsOfAnotherAllocatorIsSet) {
   TestAllocator b;
   const Packet source(kFirst + kThird, b);
   Packet p;
-  ASSERT_EQ(ZunRtcpPacketConstructFromSubpackets(p, &source.p.subpackets, a), &p.p);
+  ASSERT_EQ(ZunRtcpPacketConstructFromSubpackets(p, &source.get()->subpackets, a), p.get());
   EXPECT_EQ(p.bytes(), kFirst + kThird);
   EXPECT_EQ(ZunRtcpPacketGetAllocator(p), a.get());
-  EXPECT_EQ(p.p.subpackets.begin[0].unk.data.allocator, b.get()) << "a copy takes the allocator of its source";
+  EXPECT_EQ(p.get()->subpackets.begin[0].unk.data.allocator, b.get()) << "a copy takes the allocator of its source";
 }
 
 TEST(ZunRtcpPacket, FromNoSubpacketsOfAnotherAllocatorFails) {
@@ -117,14 +108,14 @@ TEST(ZunRtcpPacket, FromNoSubpacketsOfAnotherAllocatorFails) {
   TestAllocator b;
   const Packet empty(b.get());
   ZunRtcpPacket p;
-  EXPECT_EQ(ZunRtcpPacketConstructFromSubpackets(&p, &empty.p.subpackets, a), nullptr);
+  EXPECT_EQ(ZunRtcpPacketConstructFromSubpackets(&p, &empty.get()->subpackets, a), nullptr);
   EXPECT_EQ(a.live_blocks(), 0U);
 }
 
 TEST(ZunRtcpPacket, FromNetworkPacketIsParsed) {
   TestAllocator a;
   Packet p;
-  ASSERT_EQ(ZunRtcpPacketConstructFromNetworkPacket(p, Datagram(kFirst + kSecond), a), &p.p);
+  ASSERT_EQ(ZunRtcpPacketConstructFromNetworkPacket(p, Datagram(kFirst + kSecond), a), p.get());
   EXPECT_EQ(p.bytes(), kFirst + kSecond);
   EXPECT_EQ(ZunRtcpPacketGetAllocator(p), a.get());
   for (const std::string& bad : {std::string(), kFirst + "x", kFirst.substr(0, 11)}) {
@@ -140,17 +131,17 @@ TEST(ZunRtcpPacket, CopyAndAssign) {
   TestAllocator b;
   const Packet source(kFirst + kThird, a);
   Packet copy;
-  ASSERT_EQ(ZunRtcpPacketConstructCopy(copy, source), &copy.p);
+  ASSERT_EQ(ZunRtcpPacketConstructCopy(copy, source), copy.get());
   EXPECT_EQ(copy.bytes(), kFirst + kThird);
   EXPECT_EQ(ZunRtcpPacketGetAllocator(copy), a.get());
   Packet assigned(b.get());
-  EXPECT_EQ(ZunRtcpPacketAssign(assigned, source), &assigned.p);
+  EXPECT_EQ(ZunRtcpPacketAssign(assigned, source), assigned.get());
   EXPECT_EQ(assigned.bytes(), kFirst + kThird);
   EXPECT_EQ(ZunRtcpPacketGetAllocator(assigned), b.get());
-  EXPECT_EQ(ZunRtcpPacketAssign(assigned, assigned), &assigned.p);
+  EXPECT_EQ(ZunRtcpPacketAssign(assigned, assigned), assigned.get());
   EXPECT_EQ(assigned.bytes(), kFirst + kThird);
   const Packet empty;
-  EXPECT_EQ(ZunRtcpPacketAssign(assigned, empty), &assigned.p);
+  EXPECT_EQ(ZunRtcpPacketAssign(assigned, empty), assigned.get());
   EXPECT_EQ(assigned.count(), 0U);
 }
 
@@ -158,10 +149,10 @@ TEST(ZunRtcpPacket, RefusedConstructionOwnsNothing) {
   const std::function<ZunRtcpPacket*(ZunRtcpPacket*, const Packet&, ZunAllocator*)> constructors[] = {
       [](ZunRtcpPacket* p, const Packet& o, ZunAllocator*) { return ZunRtcpPacketConstructCopy(p, o); },
       [](ZunRtcpPacket* p, const Packet& o, ZunAllocator* a) {
-        return ZunRtcpPacketConstructFromSubpackets(p, &o.p.subpackets, a);
+        return ZunRtcpPacketConstructFromSubpackets(p, &o.get()->subpackets, a);
       },
       [](ZunRtcpPacket* p, const Packet& o, ZunAllocator*) {
-        return ZunRtcpPacketConstructFromSubpackets(p, &o.p.subpackets, ZunAllocatorGetSystem());
+        return ZunRtcpPacketConstructFromSubpackets(p, &o.get()->subpackets, ZunAllocatorGetSystem());
       },
       [](ZunRtcpPacket* p, const Packet& o, ZunAllocator* a) {
         return ZunRtcpPacketConstructFromNetworkPacket(p, Datagram(o.bytes()), a);
@@ -227,7 +218,7 @@ TEST(ZunRtcpPacket, SetSubpacketsReplacesThem) {
   TestAllocator a;
   const Packet source(kThird + kFirst + kSecond, ZunAllocatorGetSystem());
   Packet p(kFirst, a);
-  EXPECT_EQ(ZunRtcpPacketSetSubpackets(p, &source.p.subpackets), 1);
+  EXPECT_EQ(ZunRtcpPacketSetSubpackets(p, &source.get()->subpackets), 1);
   EXPECT_EQ(p.bytes(), kThird + kFirst + kSecond);
   EXPECT_EQ(ZunRtcpPacketGetAllocator(p), a.get());
   EXPECT_EQ(ZunRtcpPacketSetSubpackets(p, ZunRtcpPacketGetSubpackets(p)), 1);
@@ -237,7 +228,7 @@ TEST(ZunRtcpPacket, SetSubpacketsReplacesThem) {
 TEST(ZunRtcpPacket, SetSubpacketsWithAnEmptyVectorFails) {
   const Packet empty;
   Packet p(kFirst, ZunAllocatorGetSystem());
-  EXPECT_EQ(ZunRtcpPacketSetSubpackets(p, &empty.p.subpackets), 0);
+  EXPECT_EQ(ZunRtcpPacketSetSubpackets(p, &empty.get()->subpackets), 0);
   EXPECT_EQ(p.bytes(), kFirst);
 }
 
@@ -271,8 +262,8 @@ TEST(ZunRtcpPacket, SetSubpacketCountAboveOnlyReserves) {
 
 TEST(ZunRtcpPacket, GetSubpacketBelowTheCountOnly) {
   const Packet p(kFirst + kSecond, ZunAllocatorGetSystem());
-  EXPECT_EQ(ZunRtcpPacketGetSubpacket(p, 0), p.p.subpackets.begin);
-  EXPECT_EQ(ZunRtcpPacketGetSubpacket(p, 1), p.p.subpackets.begin + 1);
+  EXPECT_EQ(ZunRtcpPacketGetSubpacket(p, 0), p.get()->subpackets.begin);
+  EXPECT_EQ(ZunRtcpPacketGetSubpacket(p, 1), p.get()->subpackets.begin + 1);
   EXPECT_EQ(ZunRtcpPacketGetSubpacket(p, 2), nullptr);
   EXPECT_EQ(ZunRtcpPacketGetSubpacket(p, SIZE_MAX), nullptr);
   EXPECT_EQ(ZunRtcpPacketGetSubpacket(Packet(), 0), nullptr);
@@ -285,7 +276,7 @@ TEST(ZunRtcpPacket, SetSubpacketBelowTheCountAssigns) {
   const Unknown sp(199, 7, 'x', b);
   EXPECT_EQ(ZunRtcpPacketSetSubpacket(p, 0, sp), 1);
   EXPECT_EQ(p.bytes(), Wire(199, 7, 'x') + kSecond);
-  EXPECT_EQ(p.p.subpackets.begin->unk.data.allocator, a.get()) << "the one that was there keeps its allocator";
+  EXPECT_EQ(p.get()->subpackets.begin->unk.data.allocator, a.get()) << "the one that was there keeps its allocator";
 }
 
 TEST(ZunRtcpPacket, SetSubpacketAtTheCountAppends) {
@@ -296,7 +287,7 @@ TEST(ZunRtcpPacket, SetSubpacketAtTheCountAppends) {
   EXPECT_EQ(ZunRtcpPacketSetSubpacket(p, 0, sp), 1);
   EXPECT_EQ(ZunRtcpPacketSetSubpacket(p, 1, sp), 1);
   EXPECT_EQ(p.bytes(), Wire(199, 1, 'x') + Wire(199, 1, 'x'));
-  EXPECT_EQ(p.p.subpackets.begin->unk.data.allocator, b.get());
+  EXPECT_EQ(p.get()->subpackets.begin->unk.data.allocator, b.get());
 }
 
 TEST(ZunRtcpPacket, SetSubpacketAboveTheCountFails) {
@@ -328,7 +319,7 @@ TEST(ZunRtcpPacket, AppendSubpacketGrowsLikeAVectorAndKeepsTheAllocatorOfTheSubp
     ASSERT_EQ(ZunRtcpPacketAppendSubpacket(p, sp), 1);
     expected += Wire(199, 1, 'x');
     EXPECT_EQ(p.capacity(), capacity);
-    EXPECT_EQ(p.p.subpackets.end[-1].unk.data.allocator, b.get());
+    EXPECT_EQ(p.get()->subpackets.end[-1].unk.data.allocator, b.get());
   }
   EXPECT_EQ(p.bytes(), expected);
   EXPECT_EQ(a.live_blocks(), 1U);
@@ -348,12 +339,12 @@ TEST(ZunRtcpPacket, AppendSubpacketsAppendsAll) {
   const Packet source(kThird + kSecond, ZunAllocatorGetSystem());
   const Packet empty;
   Packet p(a.get());
-  EXPECT_EQ(ZunRtcpPacketAppendSubpackets(p, &empty.p.subpackets), 1);
+  EXPECT_EQ(ZunRtcpPacketAppendSubpackets(p, &empty.get()->subpackets), 1);
   EXPECT_EQ(a.calls(), 0U);
-  EXPECT_EQ(ZunRtcpPacketAppendSubpackets(p, &source.p.subpackets), 1);
+  EXPECT_EQ(ZunRtcpPacketAppendSubpackets(p, &source.get()->subpackets), 1);
   EXPECT_EQ(p.capacity(), 4U);
-  EXPECT_EQ(ZunRtcpPacketAppendSubpackets(p, &source.p.subpackets), 1);
-  EXPECT_EQ(ZunRtcpPacketAppendSubpackets(p, &empty.p.subpackets), 1);
+  EXPECT_EQ(ZunRtcpPacketAppendSubpackets(p, &source.get()->subpackets), 1);
+  EXPECT_EQ(ZunRtcpPacketAppendSubpackets(p, &empty.get()->subpackets), 1);
   EXPECT_EQ(p.bytes(), kThird + kSecond + kThird + kSecond);
 }
 
@@ -379,7 +370,7 @@ TEST(ZunRtcpPacket, RefusedEditsLeaveTheSubpackets) {
       [](ZunRtcpPacket* p, const Packet& o) {
         return ZunRtcpPacketSetSubpacket(p, 0, ZunRtcpPacketGetSubpacket(o, 0));
       },
-      [](ZunRtcpPacket* p, const Packet& o) { return ZunRtcpPacketAppendSubpackets(p, &o.p.subpackets); },
+      [](ZunRtcpPacket* p, const Packet& o) { return ZunRtcpPacketAppendSubpackets(p, &o.get()->subpackets); },
       [](ZunRtcpPacket* p, const Packet&) { return ZunRtcpPacketAppendSubpackets(p, &p->subpackets); },
       [](ZunRtcpPacket* p, const Packet&) { return ZunRtcpPacketSetSubpacketCount(p, 9); },
   };
@@ -446,7 +437,7 @@ TEST(ZunRtcpPacketParse, OnlyVersionTwoIsReadAndThePaddingBitIsIgnored) {
       EXPECT_EQ(p.Parse(front + bytes), is_version_two) << first;
       if (!is_version_two) continue;
       ASSERT_EQ(p.count(), front.empty() ? 1U : 2U);
-      EXPECT_EQ(ZunRtcpUnknownGetSubtype(&p.p.subpackets.end[-1].unk), first & 31);
+      EXPECT_EQ(ZunRtcpUnknownGetSubtype(&p.get()->subpackets.end[-1].unk), first & 31);
     }
   }
 }
@@ -539,7 +530,7 @@ TEST(ZunRtcpPacketParse, SubpacketsTakeThePacketsAllocator) {
   const Datagram datagram(kFirst + kThird, of_buffer);
   Packet p(a.get());
   ASSERT_TRUE(ZunRtcpPacketParseNetworkPacket(p, datagram));
-  for (ZunSizeT i = 0; i < 2; ++i) EXPECT_EQ(p.p.subpackets.begin[i].unk.data.allocator, a.get());
+  for (ZunSizeT i = 0; i < 2; ++i) EXPECT_EQ(p.get()->subpackets.begin[i].unk.data.allocator, a.get());
   EXPECT_EQ(of_buffer.calls(), 0U);
 }
 
@@ -551,8 +542,8 @@ TEST(ZunRtcpPacketParse, SubpacketsReadInPlaceKeepTheirAllocator) {
   ASSERT_TRUE(ZunRtcpPacketAppendSubpacket(p, sp));
   ASSERT_TRUE(p.Parse(kFirst + kThird));
   EXPECT_EQ(p.bytes(), kFirst + kThird);
-  EXPECT_EQ(p.p.subpackets.begin[0].unk.data.allocator, of_subpacket.get());
-  EXPECT_EQ(p.p.subpackets.begin[1].unk.data.allocator, a.get());
+  EXPECT_EQ(p.get()->subpackets.begin[0].unk.data.allocator, of_subpacket.get());
+  EXPECT_EQ(p.get()->subpackets.begin[1].unk.data.allocator, a.get());
 }
 
 TEST(ZunRtcpPacketParse, SubpacketOfAnotherKindIsRebuiltWithThePacketsAllocator) {
@@ -567,7 +558,7 @@ TEST(ZunRtcpPacketParse, SubpacketOfAnotherKindIsRebuiltWithThePacketsAllocator)
   EXPECT_EQ(of_subpacket.live_blocks(), live - 1);
   ASSERT_TRUE(p.Parse(kFirst));
   EXPECT_EQ(p.bytes(), kFirst);
-  EXPECT_EQ(p.p.subpackets.begin[0].unk.data.allocator, a.get());
+  EXPECT_EQ(p.get()->subpackets.begin[0].unk.data.allocator, a.get());
 }
 
 TEST(ZunRtcpPacketParse, SameShapeInPlaceMakesNoAllocatorCall) {
@@ -658,7 +649,7 @@ TEST(ZunRtcpPacketParse, UsedPacketsReadLikeFreshOnes) {
     EXPECT_EQ(used.Parse(bytes), done);
     // Damage may have made a known type of it, whose kind may read a body that it writes in another form.
     const bool is_opaque =
-        std::all_of(fresh.p.subpackets.begin, fresh.p.subpackets.end,
+        std::all_of(fresh.get()->subpackets.begin, fresh.get()->subpackets.end,
                     [](const ZunRtcpSubpacket& sp) { return ZunRtcpSubpacketTypeIsUnknown(sp.unk.type) != 0; });
     if (!done || !is_opaque) continue;
     Text from_fresh;
@@ -831,7 +822,7 @@ TEST_F(ZunRtcpPacketPartialWrite, LaterSubpacketThatWouldFitIsNotTakenOutOfTurn)
 }
 
 TEST_F(ZunRtcpPacketPartialWrite, PrefixAndFirstSubpacketFitExactly) {
-  const Partial partial = Write(p_, 0, 8 + 12, &prefix_.p.subpackets);
+  const Partial partial = Write(p_, 0, 8 + 12, &prefix_.get()->subpackets);
   EXPECT_EQ(partial.done, 1);
   EXPECT_EQ(partial.last, 1U);
   EXPECT_EQ(partial.bytes, prefix_bytes_ + kFirst);
@@ -839,7 +830,7 @@ TEST_F(ZunRtcpPacketPartialWrite, PrefixAndFirstSubpacketFitExactly) {
 }
 
 TEST_F(ZunRtcpPacketPartialWrite, OneByteLessWarnsAndWritesTheSameBytes) {
-  const Partial partial = Write(p_, 0, 8 + 12 - 1, &prefix_.p.subpackets);
+  const Partial partial = Write(p_, 0, 8 + 12 - 1, &prefix_.get()->subpackets);
   EXPECT_EQ(partial.done, 1);
   EXPECT_EQ(partial.last, 1U);
   EXPECT_EQ(partial.bytes, prefix_bytes_ + kFirst);
@@ -850,7 +841,7 @@ TEST_F(ZunRtcpPacketPartialWrite, OneByteLessWarnsAndWritesTheSameBytes) {
 
 TEST_F(ZunRtcpPacketPartialWrite, PrefixIsWrittenWhateverItsSize) {
   for (const ZunSizeT max_size : {0U, 1U, 7U, 8U}) {
-    const Partial partial = Write(p_, 2, max_size, &prefix_.p.subpackets);
+    const Partial partial = Write(p_, 2, max_size, &prefix_.get()->subpackets);
     EXPECT_EQ(partial.done, 1);
     EXPECT_EQ(partial.last, 3U);
     EXPECT_EQ(partial.bytes, prefix_bytes_ + kThird);
@@ -860,7 +851,7 @@ TEST_F(ZunRtcpPacketPartialWrite, PrefixIsWrittenWhateverItsSize) {
 
 TEST_F(ZunRtcpPacketPartialWrite, PrefixOfSeveralSubpackets) {
   const Packet prefix(kSecond + kSecond + kFirst, ZunAllocatorGetSystem());
-  const Partial partial = Write(p_, 1, 20 + 4, &prefix.p.subpackets);
+  const Partial partial = Write(p_, 1, 20 + 4, &prefix.get()->subpackets);
   EXPECT_EQ(partial.last, 2U);
   EXPECT_EQ(partial.bytes, kSecond + kSecond + kFirst + kSecond);
   log_.ExpectNone();
@@ -868,13 +859,13 @@ TEST_F(ZunRtcpPacketPartialWrite, PrefixOfSeveralSubpackets) {
 
 TEST_F(ZunRtcpPacketPartialWrite, EmptyPrefixIsNone) {
   const Packet empty;
-  const Partial partial = Write(p_, 0, 12, &empty.p.subpackets);
+  const Partial partial = Write(p_, 0, 12, &empty.get()->subpackets);
   EXPECT_EQ(partial.done, 1);
   EXPECT_EQ(partial.bytes, kFirst);
 }
 
 TEST_F(ZunRtcpPacketPartialWrite, OwnSubpacketsMayBeThePrefix) {
-  const Partial partial = Write(p_, 0, 40 + 12, &p_.p.subpackets);
+  const Partial partial = Write(p_, 0, 40 + 12, &p_.get()->subpackets);
   EXPECT_EQ(partial.last, 1U);
   EXPECT_EQ(partial.bytes, kFirst + kSecond + kThird + kFirst);
 }
@@ -884,7 +875,7 @@ TEST_F(ZunRtcpPacketPartialWrite, FirstAtOrAboveTheCountFails) {
   const ZunRtcpPacket* const packets[] = {p_, p_, p_, empty, empty};
   const ZunSizeT firsts[] = {3, 4, SIZE_MAX, 0, 1};
   for (int i = 0; i < 5; ++i) {
-    const Partial partial = Write(packets[i], firsts[i], 1000, &prefix_.p.subpackets);
+    const Partial partial = Write(packets[i], firsts[i], 1000, &prefix_.get()->subpackets);
     EXPECT_EQ(partial.done, 0);
     EXPECT_EQ(partial.last, 777U);
     EXPECT_EQ(partial.bytes, "before");
@@ -910,7 +901,7 @@ TEST_F(ZunRtcpPacketPartialWrite, LongListGoesOutOverSeveralDatagrams) {
     std::string covered;
     int datagrams = 0;
     for (ZunSizeT first = 0; first != p.count();) {
-      const Partial partial = Write(p, first, max_size, &prefix_.p.subpackets);
+      const Partial partial = Write(p, first, max_size, &prefix_.get()->subpackets);
       ASSERT_EQ(partial.done, 1);
       ASSERT_GT(partial.last, first);
       ASSERT_LE(partial.last, p.count());
@@ -953,7 +944,8 @@ TEST_F(ZunRtcpPacketPartialWrite, RefusedWriteLeavesABeginningAndNoLast) {
     ForEveryRefusal([&](TestAllocator& a) {
       Text out(a.get());
       ZunSizeT last = 777;
-      const bool done = ZunRtcpPacketGetPartialNetworkPacket(p, out, 0, max_size, &prefix_.p.subpackets, &last) != 0;
+      const bool done =
+          ZunRtcpPacketGetPartialNetworkPacket(p, out, 0, max_size, &prefix_.get()->subpackets, &last) != 0;
       EXPECT_EQ(out.str(), whole.substr(0, out->size));
       EXPECT_EQ(last, done ? count : 777U);
       if (done) {

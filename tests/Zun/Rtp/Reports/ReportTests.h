@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "Zun/Rtp/Cpp/Reports.h"
 #include "tests/support/Samples.h"
 
 namespace test {
@@ -25,18 +26,12 @@ inline void ExpectBlock(const ZunRtcpReportBlock& block, const ZunRtcpReportBloc
 }
 
 // An owned list of blocks.
-class Blocks {
+class Blocks : public zun::rtcp::Owning<ZunVector_ZunRtcpReportBlock> {
  public:
-  explicit Blocks(std::size_t count, ZunAllocator* a = ZunAllocatorGetSystem()) {
-    EXPECT_NE(ZunVector_ZunRtcpReportBlockConstructN(&blocks_, count, &kDecodedA, a), nullptr);
+  explicit Blocks(std::size_t count, ZunAllocator* a = ZunAllocatorGetSystem()) : Owning(a) {
+    EXPECT_NE(ZunVector_ZunRtcpReportBlockConstructN(get(), count, &kDecodedA, a), nullptr);
   }
-  ~Blocks() { ZunVector_ZunRtcpReportBlockDestruct(&blocks_); }
-  Blocks(const Blocks&) = delete;
-  Blocks& operator=(const Blocks&) = delete;
-  operator const ZunVector_ZunRtcpReportBlock*() const { return &blocks_; }
-
- private:
-  ZunVector_ZunRtcpReportBlock blocks_;
+  operator const ZunVector_ZunRtcpReportBlock*() const { return get(); }
 };
 
 // The functions of a kind of report, so that one test serves both:

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "Zun/Rtp/Cpp/List.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/Samples.h"
 
@@ -19,21 +20,12 @@ const std::string kReasonMessage = "Length of bye subpacket reason is greater th
 const ZunRtcpBye& In(const Received& received) { return received.sp()->bye; }
 
 // Owned sources: 1, 2, 3 ...
-class Sources {
+class Sources : public zun::rtcp::Owning<ZunVector_ZunRtpSourceId> {
  public:
-  explicit Sources(ZunUint32 count, ZunAllocator* a = ZunAllocatorGetSystem()) {
-    ZunVector_ZunRtpSourceIdConstructDefault(&sources_, a);
-    for (ZunUint32 source = 1; source <= count; ++source) {
-      EXPECT_TRUE(ZunVector_ZunRtpSourceIdPushBack(&sources_, &source));
-    }
+  explicit Sources(ZunUint32 count, ZunAllocator* a = ZunAllocatorGetSystem()) : Owning(a) {
+    for (ZunUint32 source = 1; source <= count; ++source) EXPECT_TRUE(ZunVector_ZunRtpSourceIdPushBack(get(), &source));
   }
-  ~Sources() { ZunVector_ZunRtpSourceIdDestruct(&sources_); }
-  Sources(const Sources&) = delete;
-  Sources& operator=(const Sources&) = delete;
-  operator const ZunVector_ZunRtpSourceId*() const { return &sources_; }
-
- private:
-  ZunVector_ZunRtpSourceId sources_;
+  operator const ZunVector_ZunRtpSourceId*() const { return get(); }
 };
 
 ZunSizeT CountOf(const ZunRtcpBye& bye) { return ZunVector_ZunRtpSourceIdSize(ZunRtcpByeGetSources(&bye)); }

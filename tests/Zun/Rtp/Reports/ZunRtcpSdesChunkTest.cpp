@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "Zun/Rtp/Cpp/Reports.h"
 #include "tests/support/Kinds.h"
 
 namespace {
@@ -11,25 +12,17 @@ using namespace test;
 using Chunk = TEST_PART(ZunRtcpSdesChunk);
 
 // Owned items of type CNAME. Each takes the allocator of the list.
-class Items {
+class Items : public zun::rtcp::Owning<ZunVector_ZunRtcpSdesItem> {
  public:
-  Items(std::initializer_list<const char*> texts, ZunAllocator* a = ZunAllocatorGetSystem()) {
-    ZunVector_ZunRtcpSdesItemConstructDefault(&items_, a);
+  Items(std::initializer_list<const char*> texts, ZunAllocator* a = ZunAllocatorGetSystem()) : Owning(a) {
     for (const char* const text : texts) {
-      const Text copied(text, a);
-      ZunRtcpSdesItem item;
-      EXPECT_NE(ZunRtcpSdesItemConstruct(&item, ZUN_RTCPSDESITEM_TYPE_CNAME, copied.get()), nullptr);
-      EXPECT_TRUE(ZunVector_ZunRtcpSdesItemPushBack(&items_, &item));
-      ZunRtcpSdesItemDestruct(&item);
+      zun::rtcp::SdesItem item(a);
+      item.type(ZUN_RTCPSDESITEM_TYPE_CNAME);
+      EXPECT_TRUE(item.text(text));
+      EXPECT_TRUE(ZunVector_ZunRtcpSdesItemPushBack(get(), item.get()));
     }
   }
-  ~Items() { ZunVector_ZunRtcpSdesItemDestruct(&items_); }
-  Items(const Items&) = delete;
-  Items& operator=(const Items&) = delete;
-  operator const ZunVector_ZunRtcpSdesItem*() const { return &items_; }
-
- private:
-  ZunVector_ZunRtcpSdesItem items_;
+  operator const ZunVector_ZunRtcpSdesItem*() const { return get(); }
 };
 
 std::string Texts(const ZunRtcpSdesChunk* chunk) {

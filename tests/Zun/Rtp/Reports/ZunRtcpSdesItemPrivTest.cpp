@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "Zun/Rtp/Cpp/Reports.h"
 #include "tests/support/Kinds.h"
 
 namespace {
@@ -11,20 +12,13 @@ using namespace test;
 using Priv = TEST_PART(ZunRtcpSdesItemPriv);
 
 // An item with a text of any bytes.
-class Item {
+class Item : public zun::rtcp::Owning<ZunRtcpSdesItem> {
  public:
-  explicit Item(const std::string& text, ZunAllocator* a = ZunAllocatorGetSystem()) {
+  explicit Item(const std::string& text, ZunAllocator* a = ZunAllocatorGetSystem()) : Owning(a) {
     const Text copied(text, a);
-    EXPECT_NE(ZunRtcpSdesItemConstruct(&item_, ZUN_RTCPSDESITEM_TYPE_PRIV, copied.get()), nullptr);
+    EXPECT_NE(ZunRtcpSdesItemConstruct(get(), ZUN_RTCPSDESITEM_TYPE_PRIV, copied.get()), nullptr);
   }
-  ~Item() { ZunRtcpSdesItemDestruct(&item_); }
-  Item(const Item&) = delete;
-  Item& operator=(const Item&) = delete;
-  ZunRtcpSdesItem* get() { return &item_; }
-  std::string text() const { return Str(&item_.text); }
-
- private:
-  ZunRtcpSdesItem item_;
+  std::string text() const { return Str(&get()->text); }
 };
 
 void Fill(ZunRtcpSdesItemPriv* priv, const std::string& prefix, int prefix_len, const std::string& text) {

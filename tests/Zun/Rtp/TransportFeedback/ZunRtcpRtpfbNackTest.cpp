@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "Zun/Rtp/Cpp/List.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/Samples.h"
 
@@ -80,17 +81,11 @@ void ExpectHead(const ZunRtcpRtpfbNack* p, ZunRtpSourceId sender, ZunRtpSourceId
 }
 
 // An owned vector of numbers.
-class Collected {
+class Collected : public zun::rtcp::Owning<ZunVector_ZunUint16> {
  public:
-  explicit Collected(ZunAllocator* a = ZunAllocatorGetSystem()) { ZunVector_ZunUint16ConstructDefault(&v_, a); }
-  ~Collected() { ZunVector_ZunUint16Destruct(&v_); }
-  Collected(const Collected&) = delete;
-  Collected& operator=(const Collected&) = delete;
-  operator ZunVector_ZunUint16*() { return &v_; }
-  Numbers numbers() const { return Numbers(v_.begin, v_.end); }
-
- private:
-  ZunVector_ZunUint16 v_;
+  using Owning::Owning;
+  operator ZunVector_ZunUint16*() { return get(); }
+  Numbers numbers() const { return Numbers(get()->begin, get()->end); }
 };
 
 TEST(ZunRtcpRtpfbNack, IsBuiltWithoutMaps) {
