@@ -35,8 +35,7 @@ std::string RandomDatagrams::NextWhole() {
   return bytes;
 }
 
-std::string RandomDatagrams::Next() {
-  std::string bytes = NextWhole();
+std::string RandomDatagrams::Damaged(std::string bytes) {
   for (unsigned left = Below(5); left > 0 && !bytes.empty(); --left) Damage(&bytes);
   return bytes;
 }

@@ -13,8 +13,9 @@ class RandomDatagrams {
 
   // Up to five samples, one after the other, whole.
   std::string NextWhole();
-  // The same with up to four octets, words, lengths or ends changed.
-  std::string Next();
+  // The same with up to four octets, words, lengths or ends changed; and those bytes so.
+  std::string Next() { return Damaged(NextWhole()); }
+  std::string Damaged(std::string bytes);
 
   unsigned Below(std::size_t n) { return static_cast<unsigned>(random_() % n); }
 

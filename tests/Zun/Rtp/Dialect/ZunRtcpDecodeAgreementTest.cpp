@@ -97,6 +97,24 @@ TEST(ZunRtcpDecode, ReadsOverAnyPacketWhatItReadsIntoAFreshOne) {
   EXPECT_EQ(a.live_blocks(), 0U);
 }
 
+// What is usual is read over what is alike in ways of its own; so damage it in every way.
+TEST(ZunRtcpDecode, ReadsDamagedSamplesOverWholeOnesAsIntoAFreshPacket) {
+  RandomDatagrams datagrams(6);
+  TestAllocator a;
+  for (const Sample& sample : Samples()) {
+    Decoded p(a);
+    for (int i = 0; i < 100 && !HasFailure(); ++i) {
+      const std::string bytes = datagrams.Damaged(sample.wire);
+      const ZunRtcpDialect dialect = kDialects[i % 2];
+      ZunRtcpDecodeOptions options = Defaults();
+      if (i % 5 == 0) options.maxEntries = datagrams.Below(8);
+      p.Read(sample.wire, dialect);
+      p.Read(bytes, dialect, options);
+      ExpectSameAsFresh(p, bytes, dialect, options);
+    }
+  }
+}
+
 // Without what was read of the ECN of packets that were not received, which is written as 0.
 std::string EverythingButEcn(const ZunRtcpPacket& p) {
   std::string text = Everything(p);
