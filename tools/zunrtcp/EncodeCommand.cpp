@@ -1,19 +1,17 @@
 #include "tools/zunrtcp/EncodeCommand.h"
 
-#include <fstream>
-#include <iostream>
+#include <cstdio>
+#include <utility>
 
 #include "tools/zunrtcp/Capture/CaptureWriter.h"
-#include "tools/zunrtcp/Capture/InputPath.h"
 #include "tools/zunrtcp/Encode/Encoder.h"
+#include "tools/zunrtcp/Encode/JsonReader.h"
 #include "tools/zunrtcp/InputError.h"
 #include "tools/zunrtcp/Text.h"
 
 namespace zunrtcp {
 
 namespace {
-
-using Json = JsonField::Json;
 
 // Where a datagram goes of which nothing is told (TEST-NET-1, RFC 5737).
 const Endpoint kDefaultSource{"192.0.2.1", 5005};
@@ -46,46 +44,6 @@ RtcpDatagram DatagramOf(const JsonField& field, std::string payload) {
   datagram.payload = std::move(payload);
   return datagram;
 }
-
-ZunRtcpDialect DialectOf(const JsonField& datagram, std::optional<ZunRtcpDialect> given) {
-  if (given) return *given;
-  const std::optional<JsonField> field = datagram.Find("dialect");
-  if (!field || field->Text() == "registered") return ZUN_RTCP_DIALECT_REGISTERED;
-  if (field->Text() != "house") field->Refuse("is neither registered nor house");
-  return ZUN_RTCP_DIALECT_HOUSE;
-}
-
-// Takes JSON value by value; what is no datagram, as the totals, is passed over.
-class JsonReader {
- public:
-  explicit JsonReader(const std::string& path) : name_(InputName(path)), in_(&file_) {
-    if (path == "-") {
-      in_ = &std::cin;
-      return;
-    }
-    CheckReadable(path);
-    file_.open(path, std::ios::binary);
-  }
-
-  std::optional<Json> Next() {
-    *in_ >> std::ws;
-    if (in_->peek() == std::istream::traits_type::eof()) return std::nullopt;
-    Json value;
-    try {
-      *in_ >> value;
-    } catch (const Json::parse_error& error) {
-      throw InputError(name_ + ": not JSON: " + error.what());
-    }
-    return value;
-  }
-
-  const std::string& name() const { return name_; }
-
- private:
-  std::string name_;
-  std::ifstream file_;
-  std::istream* in_;
-};
 
 class DatagramWriter {
  public:
@@ -120,22 +78,14 @@ class DatagramWriter {
   std::size_t count_ = 0;
 };
 
-void WriteAll(const Json& value, DatagramWriter* writer) {
-  if (value.is_array()) {
-    for (const Json& element : value) WriteAll(element, writer);
-  } else if (!value.is_object() || !value.contains("totals")) {
-    writer->Write(JsonField(value, ""));
-  }
-}
-
 }  // namespace
 
 ExitStatus RunEncode(const EncodeOptions& options, std::ostream* out) {
   JsonReader reader(options.path);
   DatagramWriter writer(options, out);
-  while (const std::optional<Json> value = reader.Next()) {
+  while (const std::optional<JsonField::Json> value = reader.Next()) {
     try {
-      WriteAll(*value, &writer);
+      writer.Write(JsonField(*value, ""));
     } catch (const InputError& error) {
       throw InputError(reader.name() + ": " + error.what());
     }

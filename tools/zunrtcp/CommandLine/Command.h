@@ -17,6 +17,7 @@ struct Command {
 Command DefineDecode(CLI::App* tool);
 Command DefineCheck(CLI::App* tool);
 Command DefineEncode(CLI::App* tool);
+Command DefineSplit(CLI::App* tool);
 
 }  // namespace zunrtcp
 

@@ -109,6 +109,14 @@ std::string EncodePacket(const JsonField& packet, ZunRtcpDialect dialect) {
 
 }  // namespace
 
+ZunRtcpDialect DialectOf(const JsonField& datagram, std::optional<ZunRtcpDialect> given) {
+  if (given) return *given;
+  const std::optional<JsonField> field = datagram.Find("dialect");
+  if (!field || field->Text() == "registered") return ZUN_RTCP_DIALECT_REGISTERED;
+  if (field->Text() != "house") field->Refuse("is neither registered nor house");
+  return ZUN_RTCP_DIALECT_HOUSE;
+}
+
 std::string EncodeDatagram(const JsonField& datagram, ZunRtcpDialect dialect) {
   std::string octets;
   if (const std::optional<JsonField> rest = datagram.Find("refused"))

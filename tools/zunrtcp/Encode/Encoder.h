@@ -2,6 +2,7 @@
 #ifndef TOOLS_ZUNRTCP_ENCODE_ENCODER_H
 #define TOOLS_ZUNRTCP_ENCODE_ENCODER_H
 
+#include <optional>
 #include <string>
 
 #include "Zun/Rtp/Core/ZunRtcpDialect.h"
@@ -11,6 +12,9 @@ namespace zunrtcp {
 
 // The bytes of a datagram. InputError, with the path of the field, when it cannot be written.
 std::string EncodeDatagram(const JsonField& datagram, ZunRtcpDialect dialect);
+
+// The dialect of a datagram: the one that is given, else the one that it names, else the registered one.
+ZunRtcpDialect DialectOf(const JsonField& datagram, std::optional<ZunRtcpDialect> given);
 
 }  // namespace zunrtcp
 

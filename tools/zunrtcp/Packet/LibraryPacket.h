@@ -26,6 +26,10 @@ class LibraryPacket {
   LibraryPacket(const LibraryPacket&) = delete;
   LibraryPacket& operator=(const LibraryPacket&) = delete;
 
+  // How many objects there are.
+  std::size_t size() const { return ZunRtcpPacketGetSubpacketCount(&packet_); }
+  const ZunRtcpPacket* get() const { return &packet_; }
+
   // Whether nothing was refused.
   bool ok() const { return refusals_.empty(); }
   // In the order of the datagram.
