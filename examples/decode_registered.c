@@ -3,7 +3,7 @@
 
 #include "Zun/Rtp/Dialect/ZunRtcpCodec.h"
 
-/* RR, CCFB of FMT 11, TMMBR of FMT 3, a NACK without entries, which is malformed, and a PLI with 4 octets of padding. */
+/* RR, CCFB of FMT 11, TMMBR of FMT 3, a NACK without entries, which is malformed, and a PLI with padding. */
 static const unsigned char received[] =
     "\x80\xC9\x00\x01\x00\x00\x00\x01"
     "\x8B\xCD\x00\x05\x00\x00\x00\x01\x00\x00\x00\x02\x00\x64\x00\x01\xA0\x05\x00\x00\x00\x01\x00\x00"

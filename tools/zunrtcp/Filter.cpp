@@ -45,9 +45,7 @@ bool Mentions(const Value& value, const std::set<std::uint32_t>& sources) {
   return false;
 }
 
-bool WasRefused(Outcome outcome) {
-  return outcome == Outcome::RefusedByRule || outcome == Outcome::RefusedUnexplained;
-}
+bool WasRefused(Outcome outcome) { return outcome == Outcome::RefusedByRule || outcome == Outcome::RefusedUnexplained; }
 
 }  // namespace
 

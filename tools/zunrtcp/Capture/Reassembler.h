@@ -20,8 +20,8 @@ struct Fragment {
 
 class Reassembler {
  public:
-  // The payload of the packet, when this fragment completes it. Fragments come in any order and more than once; a packet
-  // whose fragments overlap otherwise is given up. So is the oldest of too many packets that never become whole.
+  // The payload of the packet, when this fragment completes it. Fragments come in any order and more than once; a
+  // packet whose fragments overlap otherwise is given up. So is the oldest of too many packets that never become whole.
   std::optional<std::string> Add(Fragment fragment);
 
   // How many of the fragments added are of no packet that became whole.

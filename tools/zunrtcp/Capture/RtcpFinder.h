@@ -23,8 +23,8 @@ bool LooksLikeRtp(std::string_view payload);
 // Reads them from a capture file.
 class RtcpFinder : public DatagramSource {
  public:
-  // Opens the file; "-" is standard input. Looks only at datagrams from or to one of `ports`, or at all of them when there are none. InputError when
-  // it cannot be opened or its link layer is not known.
+  // Opens the file; "-" is standard input. Looks only at datagrams from or to one of `ports`, or at all of them
+  // when there are none. InputError when it cannot be opened or its link layer is not known.
   RtcpFinder(const std::string& path, std::set<std::uint16_t> ports);
 
   std::optional<RtcpDatagram> Next() override;

@@ -104,8 +104,8 @@ Fragment ReadFragment(const Tins::IP& ip, const UdpDatagram& datagram) {
   return fragment;
 }
 
-// RFC 8200, section 4.5: 13 bits of offset, 2 reserved, 1 of more fragments to come, 32 of identification. The protocol is
-// not kept; the identification alone is as good, as every packet of a sender has its own.
+// RFC 8200, section 4.5: 13 bits of offset, 2 reserved, 1 of more fragments to come, 32 of identification. The protocol
+// is not kept; the identification alone is as good, as every packet of a sender has its own.
 Fragment ReadFragment(const Tins::IPv6& ip, const Tins::IPv6::ext_header& header, const UdpDatagram& datagram) {
   if (header.data_size() < 6) throw Tins::malformed_packet();
   const std::string_view fields(reinterpret_cast<const char*>(header.data_ptr()), header.data_size());

@@ -21,8 +21,8 @@ struct Srtcp {
   std::string Words() const;
 };
 
-// Of a datagram whose packets do not end where it does. Nothing when no usual trailer is there: the index is taken for one
-// when it is small, as it is within the first hours of a session.
+// Of a datagram whose packets do not end where it does. Nothing when no usual trailer is there: the index is taken for
+// one when it is small, as it is within the first hours of a session.
 std::optional<Srtcp> RecogniseSrtcp(std::string_view datagram);
 
 }  // namespace zunrtcp
