@@ -1,8 +1,8 @@
 // usage: feedback_receiver ANSWER_PORT SECONDS [house|registered]
 // Receives RTP on the loopback interface and answers as a receiver of video does, to ANSWER_PORT there: receiver
-// reports, NACK for gaps, PLI at the start and after a blackout, FIR soon after that one, REMB, transport-wide feedback,
-// BYE at the end. It first prints the ports at which it listens, then a line for all that the peer says, and at the end
-// what it counted.
+// reports, NACK for gaps, PLI at the start and after a blackout, FIR soon after that one, REMB, transport-wide
+// feedback, BYE at the end. It first prints the ports at which it listens, then a line for all that the peer says, and
+// at the end what it counted.
 //
 // Payload type 96 is the media, 97 its retransmissions (RFC 4588), header extension 1 the transport-wide number.
 #include <poll.h>
@@ -33,6 +33,7 @@ constexpr auto kTransportInterval = 100ms;
 constexpr auto kBlackout = 400ms;
 constexpr auto kUntilCommand = 200ms;  // from the PLI after a blackout to the FIR
 constexpr float kEstimate = 2e6F;
+constexpr std::uint16_t kMostLost = 1000;  // more in a row are a new beginning
 
 class FeedbackReceiver {
  public:
@@ -62,10 +63,7 @@ class FeedbackReceiver {
     const auto header = ReadRtpHeader(datagram, kTransportExtension);
     if (!header) return;
     const auto now = Clock::now();
-    if (header->transport_seq) {
-      // What comes late, after feedback that called it lost, cannot be taken back.
-      if (!transport_.record(*header->transport_seq, now)) ++out_of_order_;
-    }
+    if (header->transport_seq) RecordTransport(*header->transport_seq, now);
     if (header->payload_type == kRetransmissionType && header->payload.size() >= 2) {
       ++retransmitted_;
       if (reception_.Recovered(ZunUint16FromOctets(header->payload.data()))) ++recovered_;
@@ -80,6 +78,22 @@ class FeedbackReceiver {
     if (is_after_blackout) {
       reception_.GiveUp();
       next_full_picture_ = now + kUntilCommand;
+    }
+  }
+
+  // Each feedback begins where the last one ended, so that what was lost between them is told as well. What comes late,
+  // after others, is not taken back.
+  void RecordTransport(std::uint16_t seq, Clock::time_point now) {
+    if (transport_.packet_info().empty() && next_transport_seq_) {
+      const auto lost = static_cast<std::uint16_t>(seq - *next_transport_seq_);
+      for (std::uint16_t i = 0; lost < kMostLost && i < lost; ++i) {
+        if (!transport_.add_packet(false, static_cast<std::uint16_t>(*next_transport_seq_ + i), 0)) return;
+      }
+    }
+    if (transport_.record(seq, now)) {
+      next_transport_seq_ = static_cast<std::uint16_t>(seq + 1);
+    } else {
+      ++out_of_order_;
     }
   }
 
@@ -157,7 +171,7 @@ class FeedbackReceiver {
     return packet.append(std::move(nack));
   }
 
-  bool AddEstimate(Packet& packet) {
+  bool AddEstimate(Packet& packet) const {
     Remb remb(kUs, 0);
     return remb.bitrate(kEstimate) && remb.add(media_) && packet.append(std::move(remb));
   }
@@ -205,6 +219,7 @@ class FeedbackReceiver {
   Packet incoming_;  // used again for every datagram
   Reception reception_{kClockRate};
   TransportCc transport_;
+  std::optional<std::uint16_t> next_transport_seq_;
   Ssrc media_ = 0;
   std::map<Ssrc, std::string> names_;
   bool has_peer_left_ = false;
