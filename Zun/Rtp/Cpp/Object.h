@@ -49,7 +49,8 @@ class Looking;
 //
 // A move takes what the source owns and leaves it empty, with its allocator, ready for use; it allocates nothing and
 // cannot fail. A copy is made with the allocators of its source; where an allocation is refused it is empty, and
-// nothing is thrown: use copy() or assign() where that may happen.
+// nothing is thrown: use copy() or assign() where that may happen. What outlives the allocators of its source, such as
+// an arena, is copied with one of its own: Packet(view, allocator), copy(view, allocator).
 template <class C>
 class Owning {
  public:
@@ -85,7 +86,8 @@ class Owning {
     return *this;
   }
 
-  // False when an allocation is refused; ZunConventions.h says what is left then. The allocators stay.
+  // False when an allocation is refused; ZunConventions.h says what is left then. Its own allocator stays, but elements
+  // of its lists that own memory take those of their sources.
   [[nodiscard]] bool assign(Looking<const C> o) noexcept { return Functions<C>::Assign(&object_, o.get()); }
   void swap(Owning& o) noexcept { std::swap(object_, o.object_); }
 
