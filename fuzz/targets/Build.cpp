@@ -50,8 +50,10 @@ ZunRtcpReportBlock MakeBlock(Input& input) {
 }
 ZunRtpSourceId MakeSource(Input& input) { return input.U32(); }
 ZunRtcpPsfbAfbShowParameter MakeParameter(Input& input) {
+  const auto type = static_cast<ZunRtcpPsfbAfbShowParameterType>(1 + input.Below(14));
+  const std::uint64_t value = input.U64();
   ZunRtcpPsfbAfbShowParameter p;
-  ZunRtcpPsfbAfbShowParameterConstruct(&p, 1 + static_cast<ZunInt32>(input.Below(14)), input.U64() >> input.Below(64));
+  ZunRtcpPsfbAfbShowParameterConstruct(&p, type, value >> input.Below(64));
   return p;
 }
 
@@ -60,6 +62,11 @@ ZunRtcpPsfbAfbShowParameter MakeParameter(Input& input) {
 struct Change {
   Input& input;
   ZunAllocator* a;
+  // Plain arguments, taken in this order: that of function arguments is the compiler's.
+  const ZunUint32 number;
+  const ZunUint32 other;
+  const ZunUint16 seq;
+  const ZunUint8 octet;
 
   void operator()(ZunRtcpSr& p) {
     switch (input.Below(4)) {
@@ -90,12 +97,9 @@ struct Change {
   }
   void operator()(ZunRtcpSdes& p) {
     ZunRtcpSdesItem item;
-    if (ZunRtcpSdesItemConstruct(&item, static_cast<ZunRtcpSdesItemType>(input.Below(17)), Text(input, 300)) !=
-        nullptr) {
-      ZunRtcpSdesItemDestruct(&item);
-    }
+    if (ZunRtcpSdesItemConstruct(&item, octet % 16, Text(input, 300)) != nullptr) ZunRtcpSdesItemDestruct(&item);
     ZunRtcpSdesItemConstructDefault(&item, a);
-    (void)ZunRtcpSdesItemSetType(&item, static_cast<ZunUint8>(input.Below(17)));
+    (void)ZunRtcpSdesItemSetType(&item, static_cast<ZunUint8>(input.Below(16)));
     (void)ZunStringAssign(&item.text, Text(input, 80));
     ZunRtcpSdesChunk chunk;
     ZunRtcpSdesChunkConstructDefault(&chunk, a);
@@ -133,7 +137,6 @@ struct Change {
     }
   }
   void operator()(ZunRtcpRtpfbNack& p) {
-    const ZunUint16 seq = input.U16();
     const bool needs_map = ZunRtcpRtpfbNackWillSeqNumberRequireNewSeqMap(&p, seq) != 0;
     const ZunSizeT maps = ZunRtcpRtpfbNackGetNumOfSeqMaps(&p);
     switch (input.Below(8)) {
@@ -157,11 +160,12 @@ struct Change {
   void operator()(ZunRtcpRtpfbCcfb& p) {
     (void)ZunRtcpRtpfbCcfbSetSendTimestampFromMonotonic(&p, static_cast<ZunTime>(input.U64()));
     ZunRtcpRtpfbCcfbStream stream;
-    ZunRtcpRtpfbCcfbStreamConstructDefault(&stream, input.U32(), a);
-    ZunUint16 seq = input.U16();
-    for (std::size_t n = input.Below(12); n > 0; --n, ++seq) {
+    ZunRtcpRtpfbCcfbStreamConstructDefault(&stream, number, a);
+    ZunUint16 next = seq;
+    for (std::size_t n = input.Below(12); n > 0; --n, ++next) {
       const bool received = input.Bool();
-      (void)ZunRtcpRtpfbCcfbStreamAddPacket(&stream, seq, received, input.U8() & 3, input.U16() & 0x1FFF);
+      const ZunUint8 ecn = input.U8() & 3;
+      (void)ZunRtcpRtpfbCcfbStreamAddPacket(&stream, next, received, ecn, input.U16() & 0x1FFF);
     }
     (void)ZunRtcpRtpfbCcfbAddStream(&p, &stream);
     ZunRtcpRtpfbCcfbStreamDestruct(&stream);
@@ -169,12 +173,12 @@ struct Change {
   void operator()(ZunRtcpRtpfbTransportCc& p) {
     p.packetCount = input.U8();
     ZunTime now = static_cast<ZunTime>(input.U32()) * 1000000;
-    ZunUint16 seq = input.U16();
-    for (std::size_t n = input.Below(40); n > 0; --n, ++seq) {
+    ZunUint16 next = seq;
+    for (std::size_t n = input.Below(40); n > 0; --n, ++next) {
       const std::uint8_t how = input.U8();
       // Most come soon after the last one, some late, early or without a time.
       now += how < 200 ? ZunTime{how} * 250000 : (ZunTime{how} - 228) * 300000000;
-      (void)ZunRtcpRtpfbTransportCcAddPacket(&p, how % 8 != 0, seq,
+      (void)ZunRtcpRtpfbTransportCcAddPacket(&p, how % 8 != 0, next,
                                              how == 255 ? ZUN_RTCPRTPFB_TRANSPORTCC_NO_TIME : now);
     }
     (void)ZunRtcpRtpfbTransportCcGetEstimatedPacketsRemaining(&p, input.U16());
@@ -196,7 +200,7 @@ struct Change {
   void operator()(ZunRtcpPsfbPli& p) { (void)ZunRtcpPsfbPliSetProfileSpecificExt(&p, Text(input, 20)); }
   void operator()(ZunRtcpPsfbSli& p) {
     ZunRtcpPsfbSliItem item;
-    if (ZunRtcpPsfbSliItemConstructFull(&item, input.U16(), input.U16(), input.U8(), a) == nullptr) return;
+    if (ZunRtcpPsfbSliItemConstructFull(&item, seq, number & 0xFFFF, octet, a) == nullptr) return;
     (void)ZunRtcpPsfbSliItemSetPictureId(&item, input.U8());
     (void)ZunVector_ZunRtcpPsfbSliItemPushBack(&p.items, &item);
   }
@@ -214,17 +218,17 @@ struct Change {
   }
   void operator()(ZunRtcpPsfbFir& p) {
     ZunRtcpPsfbFirEntry entry;
-    ZunRtcpPsfbFirEntryConstructFull(&entry, input.U32(), input.U8(), a);
+    ZunRtcpPsfbFirEntryConstructFull(&entry, number, octet, a);
     (void)ZunVector_ZunRtcpPsfbFirEntryPushBack(&p.fci, &entry);
   }
   void operator()(ZunRtcpPsfbTstr& p) {
     ZunRtcpPsfbTstrEntry entry;
-    if (ZunRtcpPsfbTstrEntryConstructFull(&entry, input.U32(), input.U8(), input.U8(), a) == nullptr) return;
+    if (ZunRtcpPsfbTstrEntryConstructFull(&entry, number, octet, static_cast<ZunUint8>(seq & 63), a) == nullptr) return;
     (void)ZunVector_ZunRtcpPsfbTstrEntryPushBack(&p.fci, &entry);
   }
   void operator()(ZunRtcpPsfbTsta& p) {
     ZunRtcpPsfbTstaEntry entry;
-    if (ZunRtcpPsfbTstaEntryConstructFull(&entry, input.U32(), input.U8(), input.U8(), a) == nullptr) return;
+    if (ZunRtcpPsfbTstaEntryConstructFull(&entry, number, octet, static_cast<ZunUint8>(seq & 63), a) == nullptr) return;
     (void)ZunVector_ZunRtcpPsfbTstaEntryPushBack(&p.fci, &entry);
   }
   void operator()(ZunRtcpPsfbUnknown& p) {
@@ -245,17 +249,14 @@ struct Change {
   void operator()(ZunRtcpPsfbAfbShow& p) {
     const ListOfZunRtcpPsfbAfbShowParameter parameters(input, a, MakeParameter);
     ZunRtcpPsfbAfbShow built;
-    if (ZunRtcpPsfbAfbShowConstructFull(&built, input.U32(), input.U32(), input.U8(), parameters) == nullptr) return;
+    if (ZunRtcpPsfbAfbShowConstructFull(&built, number, other, octet, parameters) == nullptr) return;
     (void)ZunRtcpPsfbAfbShowAssign(&p, &built);
     ZunRtcpPsfbAfbShowDestruct(&built);
   }
-  void operator()(ZunRtcpPsfbAfbShowAck& p) {
-    ZunRtcpPsfbAfbShowAckConstructFull(&p, input.U32(), input.U8(), input.U32());
-  }
+  void operator()(ZunRtcpPsfbAfbShowAck& p) { ZunRtcpPsfbAfbShowAckConstructFull(&p, number, octet, other); }
   void operator()(ZunRtcpPsfbAfbLir& p) {
     ZunRtcpPsfbAfbLirEntry entry;
-    if (ZunRtcpPsfbAfbLirEntryConstructFull(&entry, input.U32(), input.U8(), input.U8(), Text(input, 12), a) ==
-        nullptr) {
+    if (ZunRtcpPsfbAfbLirEntryConstructFull(&entry, number, octet, octet / 2, Text(input, 12), a) == nullptr) {
       return;
     }
     (void)ZunRtcpPsfbAfbLirEntrySetPayloadType(&entry, input.U8());
@@ -266,8 +267,7 @@ struct Change {
     if (input.Bool()) {
       (void)ZunRtcpPsfbAfbRembSetFeedbackSources(&p, ListOfZunRtpSourceId(input, a, MakeSource));
     } else {
-      (void)ZunRtcpPsfbAfbRembSetBitrate(&p,
-                                         static_cast<ZunFloat32>(input.U32()) * static_cast<ZunFloat32>(input.U16()));
+      (void)ZunRtcpPsfbAfbRembSetBitrate(&p, static_cast<ZunFloat32>(number) * static_cast<ZunFloat32>(seq));
     }
   }
   void operator()(ZunRtcpPsfbAfbUnknown& p) { (void)ZunRtcpPsfbAfbUnknownSetData(&p, Text(input, 40)); }
@@ -409,7 +409,7 @@ class Calls {
         (void)ZunRtcpPacketSetSubpacketCount(packet_, input_.Below(6));
         break;
       default:
-        Change{input_, arguments_}(*slot.get());
+        Change{input_, arguments_, input_.U32(), input_.U32(), input_.U16(), input_.U8()}(*slot.get());
     }
     Check(done || Refused() != refused, "a copy fails only when memory is refused");
   }

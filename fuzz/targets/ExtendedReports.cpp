@@ -178,15 +178,16 @@ void CheckCalls(Input& input) {
         CheckSummary(input, builder, refusing);
         break;
       case 2: {
-        const std::vector<ZunRtcpXrDlrr> receivers(input.Below(5),
-                                                   ZunRtcpXrDlrr{input.U32(), input.U32(), input.U32()});
+        const ZunRtcpXrDlrr receiver = {input.U32(), input.U32(), input.U32()};
+        const std::vector<ZunRtcpXrDlrr> receivers(input.Below(5), receiver);
         added = ZunRtcpXrBuilderAddDlrr(builder.get(), receivers.data(), receivers.size()) != 0;
         break;
       }
       default: {
         const ZunUint8 type = input.U8();
+        const ZunUint8 specific = input.U8();
         const Octets octets = input.Take(input.Below(64));
-        added = ZunRtcpXrBuilderAddBlock(builder.get(), type, input.U8(), octets.data(), octets.size()) != 0;
+        added = ZunRtcpXrBuilderAddBlock(builder.get(), type, specific, octets.data(), octets.size()) != 0;
         Check(added == (octets.size() % 4 == 0) || refusing.refused() != 0, "whole words are added");
       }
     }

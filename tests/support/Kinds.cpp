@@ -68,6 +68,13 @@ std::string Seen(const Row& row, const ZunRtcpSubpacket& sp) {
   return ToHex(out.str()) + (written ? " written, " : " refused, ") + std::to_string(row.get_packet_length(&sp));
 }
 
+std::string SeenOf(const ZunRtcpSubpacket& sp) {
+  for (const Row* const row : AllRows()) {
+    if (row->level == Level::kSubpacket && IsOfKind(*row, sp)) return Seen(*row, sp);
+  }
+  return "of no kind";
+}
+
 bool Owned::Read(const std::string& wire, Reading how) {
   const Datagram datagram(wire, how.buffer_allocator);
   return row_.assign_from_buffer(&sp_, datagram, kBodyBegin, wire.size() + how.beyond, PacketTypeOf(wire),

@@ -96,6 +96,8 @@ std::string Bytes(const Row& row, const ZunRtcpSubpacket& sp, bool pad = false);
 // All that can be seen of a subpacket: what it writes, and the length that it announces. Unlike the bytes alone it may
 // be asked of one that cannot be written, or is written in another length than it announces.
 std::string Seen(const Row& row, const ZunRtcpSubpacket& sp);
+// The same of one of whatever kind it is.
+std::string SeenOf(const ZunRtcpSubpacket& sp);
 
 // How a wire form is given to a reader: so many bytes that the string does not hold are said to follow, and the
 // string has this allocator.

@@ -39,14 +39,6 @@ std::string Repeated(const std::string& packet, std::size_t times) {
   return all;
 }
 
-// All that can be seen of one, of whatever kind it is.
-std::string SeenOf(const ZunRtcpSubpacket& sp) {
-  for (const Row* const row : AllRows()) {
-    if (row->level == Level::kSubpacket && IsOfKind(*row, sp)) return Seen(*row, sp);
-  }
-  return "of no kind";
-}
-
 ZunAllocator* AllocatorOf(const ZunRtcpSubpacket& sp) { return zun::SubpacketDispatch::GetAllocator(&sp); }
 
 TEST(ZunRtcpPacketOfAllKinds, AllParseTogetherInOrder) {
