@@ -280,6 +280,33 @@ TEST_P(EverySample, AWriteThatIsRefusedStorageLeavesABeginning) {
   }
 }
 
+// The room for all of it and the first growth are refused, later ones are not.
+TEST_P(EverySample, AWriteThatIsRefusedItsFirstByteWritesNothing) {
+  const ReceivedSample p(sample());
+  TestAllocator refusing;
+  Text out(refusing.get());
+  refusing.RefuseThese({0, 1});
+  EXPECT_FALSE(row().write_packet(p.sp(), out, 0));
+  EXPECT_EQ(refusing.refused(), 2U);
+  EXPECT_EQ(ToHex(out.str()), "");
+}
+
+// ---- results
+
+TEST_P(EverySample, AResultThatIsTrueIs1) {
+  const Datagram datagram(sample().wire);
+  const ZunSizeT end = sample().wire.size();
+  ZunRtcpSubpacket sp;
+  EXPECT_EQ(row().construct_from_buffer(&sp, datagram, kBodyBegin, end, PacketTypeOf(sample().wire),
+                                        CountOf(sample().wire), ZunAllocatorGetSystem()),
+            1);
+  EXPECT_EQ(
+      row().assign_from_buffer(&sp, datagram, kBodyBegin, end, PacketTypeOf(sample().wire), CountOf(sample().wire)), 1);
+  Text out;
+  EXPECT_EQ(row().write_packet(&sp, out, 0), 1);
+  row().destruct(&sp);
+}
+
 // ---- in place
 
 TEST_P(EverySample, IsReadInPlaceAsByAFreshObject) {
@@ -312,6 +339,16 @@ TEST_P(EverySample, IsWrittenInPlaceWithoutItsAllocator) {
   ASSERT_TRUE(row().write_packet(p.sp(), out, 0));
   EXPECT_EQ(allocator.calls(), calls);
   EXPECT_EQ(ToHex(out.str()), ToHex(Written()));
+}
+
+// A row reads over an object that it is told to be of its kind, whatever that says of itself.
+TEST_P(EverySample, WhatIsReadIsMarkedAsItsKind) {
+  ReceivedSample p(sample());
+  p.sp()->unk.type = 1;
+  if (row().level != Level::kSubpacket) p.sp()->psfb.unk.fmt = 31;
+  ASSERT_TRUE(p.Read(sample().wire));
+  EXPECT_TRUE(IsOfKind(row(), *p.sp()));
+  EXPECT_EQ(p.seen(), Seen(sample()));
 }
 
 // ---- cut short

@@ -115,6 +115,15 @@ TEST(WireDifferencesTest, AnnouncedLengthWrapsAbove262144Bytes) {
   }
 }
 
+// The type in front of the length is even: a bit that spilled over would show in it.
+TEST(WireDifferencesTest, ALengthThatWrapsDoesNotSpillIntoTheType) {
+  ZunRtcpSubpacket sp;
+  const Text data(std::string(262144, 'x'));
+  ASSERT_NE(ZunRtcpUnknownConstructFull(&sp.unk, 210, 0, data.get(), ZunAllocatorGetSystem()), nullptr);
+  EXPECT_EQ(ToHex(test::Written(sp).substr(0, 4)), "80D20000");
+  ZunRtcpSubpacketDestruct(&sp);
+}
+
 // Transport-wide feedback about 100 packets that arrive 5 ms after each other, but `losses` of them not at all and
 // `gaps` of them 80 ms later than the one before, a large delta that itself reads back.
 class Feedback {

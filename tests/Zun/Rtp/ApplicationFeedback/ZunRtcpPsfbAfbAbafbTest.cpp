@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <limits>
 
 #include "Zun/Os/ZunTime.h"
@@ -159,6 +160,19 @@ TEST(ZunRtcpPsfbAfbAbafb, CopiesAndAssignmentsKeepTheKindOfDelay) {
   EXPECT_EQ(p.u.timestamp_time, 0x123456789ABCDEF0);
   ZunRtcpPsfbAfbAbafbDestruct(&p);
   EXPECT_EQ(p.u.timestamp_time, 0x123456789ABCDEF0) << "there is nothing to end";
+}
+
+// A stored delay is shorter than the time that it takes the place of.
+TEST(ZunRtcpPsfbAfbAbafb, AnAssignmentLeavesTheHalfOfTheDelayThatIsNotAlive) {
+  TEST_OBJECT(ZunRtcpPsfbAfbAbafb) source;
+  TEST_OBJECT(ZunRtcpPsfbAfbAbafb) target;
+  ASSERT_TRUE(ZunRtcpPsfbAfbAbafbSetDelay(source, 7));
+  ASSERT_TRUE(ZunRtcpPsfbAfbAbafbSetTimestampTime(target, 0x1122334455667788));
+  unsigned char expected[sizeof(target->u)];
+  std::memcpy(expected, &target->u, sizeof(expected));
+  std::memcpy(expected, &source->u.delay, sizeof(source->u.delay));
+  ASSERT_EQ(ZunRtcpPsfbAfbAbafbAssign(target, source), target.get());
+  EXPECT_EQ(std::memcmp(&target->u, expected, sizeof(expected)), 0);
 }
 
 TEST(ZunRtcpPsfbAfbAbafb, ZeroArrivalDifferenceIsWarnedOfAndWritten) {

@@ -315,6 +315,17 @@ TEST(ZunRtcpPsfbAfbLir, EntriesOfAnotherAllocatorAreReplacedInPlace) {
   EXPECT_EQ(of_buffer.live_blocks(), 0U);
 }
 
+TEST(ZunRtcpPsfbAfbLir, AFullListIsReadOverWithoutAnAllocation) {
+  TestAllocator allocator;
+  Lir lir(allocator);
+  const std::string wire = Afb(kNorvi + EntryWire(1, "a") + EntryWire(2, "b"));
+  ASSERT_TRUE(lir.Read(wire, {.buffer_allocator = allocator}));
+  ASSERT_EQ(ZunVector_ZunRtcpPsfbAfbLirEntryCapacity(&lir->fci), 2U) << "the list must be full";
+  const std::size_t calls = allocator.calls();
+  ASSERT_TRUE(lir.Read(wire, {.buffer_allocator = allocator}));
+  EXPECT_EQ(allocator.calls(), calls);
+}
+
 TEST(ZunRtcpPsfbAfbLir, ReadsInPlaceAsFresh) {
   const std::string wires[] = {kReceived, Afb(kNorvi + EntryWire(1, "a")),
                                Afb(kNorvi + EntryWire(2, "") + EntryWire(3, "")),

@@ -109,4 +109,21 @@ TEST(ZunRtcpRtpfbTransportCcWrite, ADeltaThatCannotBeAppendedIsLeftOutAndTheNext
   EXPECT_EQ(written("1222221"), hex("DAA9 01 0102 0103 0104 0105 01 07 000000"));
 }
 
+// More chunks than are kept from the first pass: runs of 15 alike that change from one to the next.
+TEST(ZunRtcpRtpfbTransportCcWrite, ALongMessageThatIsRefusedItsFirstBlocksWritesABeginning) {
+  TransportCc p;
+  for (int n = 0; n < 80 * 15; ++n) Push(p, {n / 15 % 2 != 0, n / 15 % 2 != 0, 1});
+  Text whole;
+  ASSERT_TRUE(ZunRtcpRtpfbTransportCcWritePacket(p.sp(), whole, 0));
+  ASSERT_GT(whole->size, 20U + 2 * 80);
+  for (const std::set<std::size_t>& refused : {std::set<std::size_t>{0, 1}, {0, 2}, {0, 3}, {0, 4}, {0, 5}}) {
+    TestAllocator refusing;
+    refusing.RefuseThese(refused);
+    Text out(refusing.get());
+    EXPECT_FALSE(ZunRtcpRtpfbTransportCcWritePacket(p.sp(), out, 0));
+    EXPECT_EQ(refusing.refused(), 2U);
+    EXPECT_EQ(ToHex(out.str()), ToHex(whole.str().substr(0, out->size)));
+  }
+}
+
 }  // namespace
