@@ -10,8 +10,9 @@ ZUN_EXTERN_C_BEGIN
 extern double ZunTimeMachMonotonicTimeClockInterval_;
 
 /*
- * The current monotonic time in nanoseconds: the tick counter (CLOCK_MONOTONIC) times the length of a
- * tick, in double precision, truncated toward zero. Cannot fail; any thread may call it.
+ * The current monotonic time in nanoseconds: the tick counter (CLOCK_MONOTONIC; on Windows the performance counter,
+ * turned into nanoseconds) times the length of a tick, in double precision, truncated toward zero. Cannot fail; any
+ * thread may call it.
  */
 ZunTime ZunTimeGetCurrentMonotonicTime(void);
 
