@@ -59,8 +59,8 @@ bool WriteRange(const ZunRtcpSubpacket* first, const ZunRtcpSubpacket* last, zun
 
 void WarnOfOversize(const ZunRtcpSubpacket* sp, ZunSizeT number, ZunSizeT max_size, ZunSizeT prefix_size) {
   ZUN_LOG_WARNING_FORMATTED_(ZunLogRtcp_, "ZunRtcpPacketGetPartialNetworkPacket",
-                             "Partial network packet must violate maxSize %lu: first subpacket %lu (type %u) is %lu "
-                             "bytes (after %lu byte prefix)",
+                             "Partial network packet must violate maxSize %zu: first subpacket %zu (type %u) is %zu "
+                             "bytes (after %zu byte prefix)",
                              max_size, number, static_cast<unsigned>(ZunRtcpSubpacketGetType(sp)),
                              ZunRtcpSubpacketGetNetworkPacketLength(sp), prefix_size);
 }

@@ -51,16 +51,16 @@ typedef int16_t ZunInt16;
 typedef int32_t ZunInt32;
 typedef int64_t ZunInt64;
 typedef int ZunInt;
-typedef size_t ZunSizeT;        /* 64 bits wide */
-typedef ptrdiff_t ZunDistanceT; /* 64 bits wide */
+typedef size_t ZunSizeT;        /* as wide as the platform makes it: 64 or 32 bits */
+typedef ptrdiff_t ZunDistanceT; /* as wide */
 typedef float ZunFloat32;
 typedef void* ZunVoidPtr;
 
 #ifdef __cplusplus
-static_assert(sizeof(ZunSizeT) == 8, "sizes are 64 bits wide");
+static_assert(sizeof(ZunSizeT) >= 4, "sizes are 32 bits wide, or wider");
 static_assert(sizeof(ZunFloat32) == 4, "ZunFloat32 is a 32-bit IEEE float");
 #else
-_Static_assert(sizeof(ZunSizeT) == 8, "sizes are 64 bits wide");
+_Static_assert(sizeof(ZunSizeT) >= 4, "sizes are 32 bits wide, or wider");
 _Static_assert(sizeof(ZunFloat32) == 4, "ZunFloat32 is a 32-bit IEEE float");
 #endif
 
