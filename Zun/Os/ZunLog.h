@@ -67,7 +67,9 @@ void ZunLogDo_(ZunLogLevel level, ZunLogCategory category, const char* file, Zun
                const char* message);
 
 /* Logs a message formatted with printf conventions (cut to 1023 bytes). */
-#if defined(__GNUC__)
+#if defined(__MINGW32__) && !defined(__clang__)
+__attribute__((format(gnu_printf, 6, 7))) /* the C library's own, not that of Windows */
+#elif defined(__GNUC__)
 __attribute__((format(printf, 6, 7)))
 #endif
 void ZunLogDoFormatted_(ZunLogLevel level, ZunLogCategory category, const char* file, ZunInt line,
