@@ -38,6 +38,12 @@ const PacketInfo* EndOfRun(const PacketInfo* first, const PacketInfo* end, const
   return end;
 }
 
+// How many there are, as the unsigned number that counts are.
+template <typename T>
+ZunSizeT CountFrom(const T* first, const T* end) {
+  return static_cast<ZunSizeT>(end - first);
+}
+
 // A chunk as it is to be written, and the packet after the last one that it tells of.
 struct NextChunk {
   ZunUint32 word;
@@ -58,11 +64,11 @@ NextChunk GetNextChunk(const PacketInfo* first, const PacketInfo* last, bool is_
   ZunUint32 two_bits = 0;  // and of two
   ZunUint32 wide = 0;      // not 0 when one of them needs two
   bool is_run = true;      // they are all the same
-  const PacketInfo* const limit = last - first > OneBitChunk::kCount ? first + OneBitChunk::kCount : last;
+  const PacketInfo* const limit = CountFrom(first, last) > OneBitChunk::kCount ? first + OneBitChunk::kCount : last;
   const PacketInfo* end = first;
   for (; end != limit; ++end) {
     const ZunUint32 next = zun::StatusOf(*end);
-    const bool is_full = end - first >= TwoBitChunk::kCount && (wide != 0 || zun::IsWide(next));
+    const bool is_full = CountFrom(first, end) >= TwoBitChunk::kCount && (wide != 0 || zun::IsWide(next));
     if (is_full && !(is_run && next == status)) break;
     is_run = is_run && next == status;
     wide |= next & 2;
@@ -77,7 +83,8 @@ NextChunk GetNextChunk(const PacketInfo* first, const PacketInfo* last, bool is_
   }
   if (!is_run) return {wide != 0 ? TwoBitChunk::Word(two_bits, count) : OneBitChunk::Word(one_bit, count), end};
   if (count == OneBitChunk::kCount) {
-    end = EndOfRun(first, end, last - first > RunLengthChunk::kMaxCount ? first + RunLengthChunk::kMaxCount : last);
+    end = EndOfRun(first, end,
+                   CountFrom(first, last) > RunLengthChunk::kMaxCount ? first + RunLengthChunk::kMaxCount : last);
     count = static_cast<ZunUint32>(end - first);
   }
   return {RunLengthChunk::Word(status, count), end};
@@ -146,7 +153,7 @@ void TransportCcLayout::WriteDeltas(BodyWriter& w) const {
   // The fast path: while as many bytes are free as the writer of a delta stores, it stores them in place.
   if (ZunUint8* to = w.Block(deltas_)) {
     const ZunUint8* const end = to + deltas_;
-    for (; info != last && end - to >= kDeltaStore; ++info) to += StoreDelta(to, *info);
+    for (; info != last && CountFrom(to, end) >= kDeltaStore; ++info) to += StoreDelta(to, *info);
     for (; info != last; ++info) {
       ZunUint8 delta[kDeltaStore];
       const ZunUint32 size = StoreDelta(delta, *info);
