@@ -12,7 +12,8 @@ int Run(int argc, char** argv) {
   CLI::App app("Looks at RTCP with the zunrtcp library.", "zunrtcp");
   app.require_subcommand(1);
   const zunrtcp::Command commands[] = {zunrtcp::DefineDecode(&app), zunrtcp::DefineCheck(&app),
-                                       zunrtcp::DefineEncode(&app), zunrtcp::DefineSplit(&app)};
+                                       zunrtcp::DefineEncode(&app), zunrtcp::DefineSplit(&app),
+                                       zunrtcp::DefineStats(&app)};
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

@@ -17,6 +17,7 @@ struct Endpoint {
 
   // "127.0.0.1:5005", "[::1]:5005".
   std::string Name() const;
+  bool operator==(const Endpoint&) const = default;
 };
 
 struct UdpDatagram {

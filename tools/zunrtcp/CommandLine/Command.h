@@ -18,6 +18,7 @@ Command DefineDecode(CLI::App* tool);
 Command DefineCheck(CLI::App* tool);
 Command DefineEncode(CLI::App* tool);
 Command DefineSplit(CLI::App* tool);
+Command DefineStats(CLI::App* tool);
 
 }  // namespace zunrtcp
 

@@ -1,0 +1,96 @@
+#include "tools/zunrtcp/Stats/StatsCollector.h"
+
+#include <algorithm>
+
+#include "tools/zunrtcp/Packet/LibraryMessages.h"
+
+namespace zunrtcp {
+
+namespace {
+
+constexpr double kMicroseconds = 1e6;
+constexpr double kBits = 8;
+constexpr double kKilo = 1000;
+
+// The mean size of the payloads sent on a path, of one stream or of all.
+double MeanSize(const std::vector<std::unique_ptr<Stream>>& streams, const Stream& of) {
+  std::uint64_t packets = 0;
+  std::uint64_t octets = 0;
+  for (const auto& stream : streams) {
+    const bool counts = of.ssrc ? stream.get() == &of : stream->sent && stream->path.from == of.path.from;
+    if (!counts) continue;
+    packets += stream->sender.packets;
+    octets += stream->sender.octets;
+  }
+  return packets == 0 ? 0 : static_cast<double>(octets) / static_cast<double>(packets);
+}
+
+void EstimateRate(double mean_size, Stream* stream) {
+  if (mean_size == 0) return;
+  for (const Series::Point& point : (*stream)[Metric::ArrivalRate].points()) {
+    (*stream)[Metric::EstimatedRate].Add(point.seconds, point.value * mean_size * kBits / kKilo);
+  }
+}
+
+}  // namespace
+
+double StatsCollector::SecondsInto(const RtcpDatagram& datagram) {
+  if (datagrams_ == 0) {
+    begin_seconds_ = datagram.seconds;
+    begin_microseconds_ = datagram.microseconds;
+  }
+  const double seconds =
+      static_cast<double>(datagram.seconds - begin_seconds_) +
+      (static_cast<double>(datagram.microseconds) - static_cast<double>(begin_microseconds_)) / kMicroseconds;
+  duration_ = std::max(duration_, seconds);
+  return seconds;
+}
+
+void StatsCollector::Add(const RtcpDatagram& datagram) {
+  const LibraryMessages unheard;
+  const Moment moment{SecondsInto(datagram), {datagram.source, datagram.destination}};
+  ++datagrams_;
+  bool refused = datagram.missing > 0;
+  const LibraryPacket packet(datagram.payload, dialect_, Reading::Tolerant);
+  const SubpacketWalk walk = WalkSubpackets(datagram.payload, dialect_);
+  for (const SubpacketView& view : walk.subpackets) {
+    if (const ZunRtcpSubpacket* subpacket = packet.Find(view.index); subpacket != nullptr) Add(*subpacket, moment);
+    const ZunRtcpDecodeRefusal* refusal = packet.RefusalOf(view.index);
+    if (refusal == nullptr) continue;
+    if (refusal->reason == ZUN_RTCP_DECODE_REASON_NO_OBJECT) {
+      ObserveLimit(view, moment, &table_);
+    } else {
+      refused = true;
+    }
+  }
+  if (refused || !walk.fault.empty()) ++refused_;
+}
+
+void StatsCollector::Add(const ZunRtcpSubpacket& subpacket, const Moment& moment) {
+  switch (subpacket.unk.type) {
+    case ZUN_RTCPSUBPACKET_TYPE_SR:
+      return ObserveReport(subpacket.sr, moment, &table_);
+    case ZUN_RTCPSUBPACKET_TYPE_RR:
+      return ObserveReport(subpacket.rr, moment, &table_);
+    case ZUN_RTCPSUBPACKET_TYPE_SDES:
+      return ObserveDescription(subpacket.sdes, moment, &table_);
+    case ZUN_RTCPSUBPACKET_TYPE_BYE:
+      return ObserveBye(subpacket.bye, moment, &table_);
+    case ZUN_RTCPSUBPACKET_TYPE_RTPFB:
+      return ObserveTransportFeedback(subpacket.rtpfb, moment, &table_);
+    case ZUN_RTCPSUBPACKET_TYPE_PSFB:
+      return ObservePayloadFeedback(subpacket.psfb, moment, &table_);
+    default:
+      return ObserveExtendedReport(subpacket, moment, &table_);
+  }
+}
+
+void StatsCollector::Finish() {
+  table_.Settle();
+  for (const auto& stream : streams()) {
+    if (const auto rate = stream->clock.Rate()) (*stream)[Metric::Jitter].Scale(kKilo / *rate);
+    EstimateRate(MeanSize(streams(), *stream), stream.get());
+  }
+}
+
+}  // namespace zunrtcp

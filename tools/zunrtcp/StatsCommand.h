@@ -1,0 +1,28 @@
+// zunrtcp stats: what the RTCP of a capture tells of each stream over time.
+#ifndef TOOLS_ZUNRTCP_STATSCOMMAND_H
+#define TOOLS_ZUNRTCP_STATSCOMMAND_H
+
+#include <cstdint>
+#include <ostream>
+#include <set>
+#include <string>
+
+#include "Zun/Rtp/Core/ZunRtcpDialect.h"
+
+namespace zunrtcp {
+
+struct StatsOptions {
+  std::string capture;  // "-" is standard input
+  ZunRtcpDialect dialect = ZUN_RTCP_DIALECT_REGISTERED;
+  std::set<std::uint16_t> ports;  // empty: all
+  bool json = false;
+  bool csv = false;
+  std::string html;  // the page to write; empty: none
+};
+
+// Prints to `out`. InputError says what is wrong with the capture, after what could be read was told.
+void RunStats(const StatsOptions& options, std::ostream* out);
+
+}  // namespace zunrtcp
+
+#endif
