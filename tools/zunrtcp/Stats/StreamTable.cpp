@@ -69,7 +69,7 @@ Stream* StreamTable::Sent(std::uint32_t ssrc, const Path& path) {
 Stream* StreamTable::About(std::uint32_t ssrc, const Path& path) {
   const Path sent_on = path.Reversed();
   if (ssrc == 0) {
-    if (Stream* only = OnlySentOn(sent_on); only != nullptr) return only;
+    if (Stream* only = OnlyOn(sent_on); only != nullptr) return only;
   }
   Participant* participant = Find(ssrc, path);
   if (participant == nullptr) return nullptr;
@@ -81,10 +81,10 @@ Stream* StreamTable::About(std::uint32_t ssrc, const Path& path) {
   return streams.front();
 }
 
-Stream* StreamTable::OnlySentOn(const Path& path) const {
+Stream* StreamTable::OnlyOn(const Path& path) const {
   Stream* only = nullptr;
   for (const auto& stream : streams_) {
-    if (!stream->sent || stream->path != path) continue;
+    if (!stream->ssrc || *stream->ssrc == 0 || stream->path != path) continue;
     if (only != nullptr) return nullptr;
     only = stream.get();
   }

@@ -54,7 +54,7 @@ class StreamTable {
   Stream* New(std::uint32_t ssrc, const Path& path, std::vector<Stream*>* streams);
   Stream* TakeUnnamed(const Path& path);
   Stream* Make(std::optional<std::uint32_t> ssrc, const Path& path);
-  Stream* OnlySentOn(const Path& path) const;
+  Stream* OnlyOn(const Path& path) const;
   void Learn(const Path& sent_on, const Path& path);
 
   std::vector<std::unique_ptr<Stream>> streams_;
