@@ -29,12 +29,14 @@ StatsOptions OptionsOf(const StatsArguments& arguments) {
 Command DefineStats(CLI::App* tool) {
   const auto arguments = std::make_shared<StatsArguments>();
   StatsOptions& options = arguments->options;
-  CLI::App* stats = tool->add_subcommand(
-      "stats",
-      "Tells what the RTCP of a pcap or pcapng file says of each stream: reports, loss, jitter, round trip, NACK, PLI,\n"
-      "FIR, REMB, TMMBR, transport-wide and CCFB feedback; as tables unless told otherwise.\n"
-      "Examples: zunrtcp stats call.pcap; zunrtcp stats call.pcap --html report.html; zunrtcp stats --csv - < call.pcap\n"
-      "Exit status: 0, or 2 when the capture or the arguments are bad.");
+  CLI::App* stats =
+      tool->add_subcommand("stats",
+                           "Tells what the RTCP of a pcap or pcapng file says of each stream: reports, loss, jitter, "
+                           "round trip, NACK, PLI,\n"
+                           "FIR, REMB, TMMBR, transport-wide and CCFB feedback; as tables unless told otherwise.\n"
+                           "Examples: zunrtcp stats call.pcap; zunrtcp stats call.pcap --html report.html; zunrtcp "
+                           "stats --csv - < call.pcap\n"
+                           "Exit status: 0, or 2 when the capture or the arguments are bad.");
   stats->add_option("CAPTURE", options.capture, "the capture file; - for standard input")->required();
   stats
       ->add_option("--dialect", arguments->dialect,

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "tools/zunrtcp/Packet/LibraryMessages.h"
+#include "tools/zunrtcp/Packet/Srtcp.h"
 
 namespace zunrtcp {
 
@@ -47,12 +48,25 @@ double StatsCollector::SecondsInto(const RtcpDatagram& datagram) {
 }
 
 void StatsCollector::Add(const RtcpDatagram& datagram) {
-  const LibraryMessages unheard;
   const Moment moment{SecondsInto(datagram), {datagram.source, datagram.destination}};
   ++datagrams_;
-  bool refused = datagram.missing > 0;
-  const LibraryPacket packet(datagram.payload, dialect_, Reading::Tolerant);
-  const SubpacketWalk walk = WalkSubpackets(datagram.payload, dialect_);
+  std::string_view payload = datagram.payload;
+  SubpacketWalk walk = WalkSubpackets(payload, dialect_);
+  if (!walk.fault.empty() && datagram.missing == 0) {
+    if (const std::optional<Srtcp> srtcp = RecogniseSrtcp(payload)) {
+      ++protected_;
+      if (srtcp->is_encrypted) return;
+      payload.remove_suffix(srtcp->trailer);
+      walk = WalkSubpackets(payload, dialect_);
+    }
+  }
+  if (!AddPackets(payload, walk, moment) || datagram.missing > 0) ++refused_;
+}
+
+bool StatsCollector::AddPackets(std::string_view payload, const SubpacketWalk& walk, const Moment& moment) {
+  const LibraryMessages unheard;
+  const LibraryPacket packet(payload, dialect_, Reading::Tolerant);
+  bool all_read = walk.fault.empty();
   for (const SubpacketView& view : walk.subpackets) {
     if (const ZunRtcpSubpacket* subpacket = packet.Find(view.index); subpacket != nullptr) Add(*subpacket, moment);
     const ZunRtcpDecodeRefusal* refusal = packet.RefusalOf(view.index);
@@ -60,10 +74,10 @@ void StatsCollector::Add(const RtcpDatagram& datagram) {
     if (refusal->reason == ZUN_RTCP_DECODE_REASON_NO_OBJECT) {
       ObserveLimit(view, moment, &table_);
     } else {
-      refused = true;
+      all_read = false;
     }
   }
-  if (refused || !walk.fault.empty()) ++refused_;
+  return all_read;
 }
 
 void StatsCollector::Add(const ZunRtcpSubpacket& subpacket, const Moment& moment) {

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <string_view>
 #include <vector>
 
 #include "tools/zunrtcp/Capture/RtcpFinder.h"
@@ -32,7 +33,8 @@ class StatsCollector {
   const std::vector<std::unique_ptr<Stream>>& streams() const { return table_.streams(); }
   bool incomplete() const { return table_.full(); }
   std::size_t datagrams() const { return datagrams_; }
-  std::size_t refused() const { return refused_; }  // datagrams of which something was refused
+  std::size_t refused() const { return refused_; }            // datagrams of which something was refused
+  std::size_t protected_count() const { return protected_; }  // SRTCP, of which only what is not encrypted is told
   // The time of the first datagram, since 1970, and how long after it the last one came.
   std::int64_t begin_seconds() const { return begin_seconds_; }
   std::uint32_t begin_microseconds() const { return begin_microseconds_; }
@@ -40,12 +42,15 @@ class StatsCollector {
 
  private:
   double SecondsInto(const RtcpDatagram& datagram);
+  // True when nothing of it was refused.
+  bool AddPackets(std::string_view payload, const SubpacketWalk& walk, const Moment& moment);
   void Add(const ZunRtcpSubpacket& subpacket, const Moment& moment);
 
   const ZunRtcpDialect dialect_;
   StreamTable table_;
   std::size_t datagrams_ = 0;
   std::size_t refused_ = 0;
+  std::size_t protected_ = 0;
   std::int64_t begin_seconds_ = 0;
   std::uint32_t begin_microseconds_ = 0;
   double duration_ = 0;

@@ -89,6 +89,7 @@ Json StatsValue(const StatsCollector& stats, const std::string& capture) {
              {"duration", Rounded(stats.duration())},
              {"datagrams", stats.datagrams()},
              {"refused", stats.refused()},
+             {"srtcp", stats.protected_count()},
              {"incomplete", stats.incomplete()},
              {"streams", Json::array()}};
   for (const auto& stream : stats.streams()) value["streams"].push_back(StreamValue(*stream));

@@ -103,6 +103,7 @@ void PrintStatsText(const StatsCollector& stats, const std::string& capture, std
   *out << capture << ": " << Counted(stats.datagrams(), "datagram") << " in " << Printed("%.3f s", stats.duration())
        << " from " << UtcTime(stats.begin_seconds(), stats.begin_microseconds()) << " UTC\n";
   if (stats.refused() > 0) *out << Counted(stats.refused(), "datagram") << " refused in whole or in part\n";
+  if (stats.protected_count() > 0) *out << Counted(stats.protected_count(), "datagram") << " of SRTCP\n";
   if (stats.incomplete()) *out << "more streams than are told of\n";
   *out << "where two numbers stand, the mean and the greatest; REMB and TMMBR are the last, in kbit/s\n";
   std::vector<Path> paths;

@@ -285,6 +285,7 @@ function about() {
   const words = [data.capture, `${data.begin} UTC`, `${digits(data.duration)} s`, `${data.datagrams} datagrams`,
                  `${data.streams.length} streams`];
   if (data.refused > 0) words.push(`${data.refused} refused in whole or in part`);
+  if (data.srtcp > 0) words.push(`${data.srtcp} of SRTCP`);
   if (data.incomplete) words.push('there are more streams than are told of');
   return words.join(' · ');
 }
