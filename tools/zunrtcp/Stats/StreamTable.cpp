@@ -1,6 +1,7 @@
 #include "tools/zunrtcp/Stats/StreamTable.h"
 
 #include <algorithm>
+#include <tuple>
 
 namespace zunrtcp {
 
@@ -107,7 +108,7 @@ void StreamTable::Settle() {
     if (std::ranges::find(paths, stream->path) == paths.end()) paths.push_back(stream->path);
   }
   std::ranges::stable_sort(streams_, {}, [&](const auto& stream) {
-    return std::pair(std::ranges::find(paths, stream->path) - paths.begin(), !stream->ssrc);
+    return std::tuple(std::ranges::find(paths, stream->path) - paths.begin(), !stream->ssrc, !stream->sent);
   });
 }
 

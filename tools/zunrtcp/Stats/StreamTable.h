@@ -42,7 +42,8 @@ class StreamTable {
   // known, and brings those of one path together.
   void Settle();
 
-  // In the order of their first packets until then, afterwards by path.
+  // In the order of their first packets until then, afterwards by path, those whose sender was
+  // seen first.
   const std::vector<std::unique_ptr<Stream>>& streams() const { return streams_; }
   // Whether streams or participants were left out.
   bool full() const { return full_; }

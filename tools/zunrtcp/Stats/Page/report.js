@@ -157,11 +157,16 @@ function fillOverview() {
 
 // Charts. Each of a stream's charts takes the series that name it, and the stream's events.
 
+// Few events are lines through the chart; more are marks at its top, which leave the values to be seen.
+const FEW_EVENTS = 12;
+const MARK = 0.88;
+
 function joined(lines, events) {
+  const bottom = events.length <= FEW_EVENTS ? 0 : MARK;
   const tables = lines.map(({points}) => [points.map(([t]) => t), points.map(([, v]) => v)]);
   for (const kind of EVENTS) {
     const times = [...new Set(events.filter(e => e.kind === kind).map(e => e.time))];
-    if (times.length > 0) tables.push([times, times.map(() => 1)]);
+    if (times.length > 0) tables.push([times, times.map(() => bottom)]);
   }
   // The ends of the capture, so that all charts can show the same range.
   return uPlot.join([...tables, [[full.min, full.max], [null, null]]]);
@@ -190,7 +195,8 @@ function lineSeries({name, unit, points}, number) {
     stroke: () => color('c' + number),
     width: 2,
     spanGaps: true,
-    ...(unit === 'packets' ? BARS : {points: {show: points.length < 60, size: 5}}),
+    ...(unit === 'packets' ? {...BARS, fill: () => color('c' + number)} :
+                             {points: {show: points.length < 60, size: 5}}),
     value: (chart, value) => value == null ? '–' : `${digits(value)} ${unit}`,
   };
 }
@@ -201,7 +207,8 @@ function eventSeries(kind) {
     scale: 'event',
     stroke: () => color(kind.toLowerCase()),
     fill: () => color(kind.toLowerCase()),
-    alpha: 0.55,
+    width: 0,
+    fillTo: 1,
     paths: uPlot.paths.bars({size: [0, 2, 2]}),
     points: {show: false},
     value: (chart, value) => value == null ? '–' : '●',
@@ -222,7 +229,7 @@ function optionsFor(lines, events, width) {
     cursor: {sync: {key: 'time'}, drag: {x: true, y: false, setScale: false}, dataIdx: nearest},
     scales: {
       x: {time: false, range: () => [range.min, range.max]},
-      y: {range: (chart, min, max) => [Math.min(0, min ?? 0), max > 0 ? max * 1.08 : 1]},
+      y: {range: (chart, min, max) => [Math.min(0, min ?? 0), max > 0 ? max * (kinds.length > 0 ? 1.2 : 1.08) : 1]},
       event: {range: [0, 1]},
     },
     axes: [{...AXIS, values: (chart, ticks) => ticks.map(t => `${+t.toFixed(3)} s`)}, {...AXIS, size: 55}],
