@@ -58,7 +58,7 @@ let applying = false;
 
 function show(min, max) {
   const span = Math.min(Math.max(max - min, 0.001), full.max);
-  min = Math.min(Math.max(min, 0), full.max - span);
+  min = +Math.min(Math.max(min, 0), full.max - span).toFixed(9);
   range = {min, max: min + span};
   applying = true;
   for (const chart of charts) chart.setScale('x', range);
