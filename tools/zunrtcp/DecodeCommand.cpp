@@ -33,7 +33,10 @@ std::unique_ptr<Printer> PrinterFor(const DecodeOptions& options, std::ostream* 
 }  // namespace
 
 ExitStatus RunDecode(const DecodeOptions& options, std::ostream* out) {
-  const std::unique_ptr<DatagramSource> source = OpenSource(options.input);
+  return RunDecode(OpenSource(options.input).get(), options, out);
+}
+
+ExitStatus RunDecode(DatagramSource* source, const DecodeOptions& options, std::ostream* out) {
   const std::unique_ptr<Printer> printer = PrinterFor(options, out);
   Totals totals;
   std::string complaint;  // what is wrong with the capture, said when all that can be printed is
@@ -49,13 +52,14 @@ ExitStatus RunDecode(const DecodeOptions& options, std::ostream* out) {
         complaint = source->path() + ": " + CutOffWords(decoded);
       }
       if (totals.datagrams() <= options.limit) printer->Print(decoded);
+      if (source->live()) out->flush();
     }
   } catch (const InputError& damage) {
     complaint = damage.what();
   }
   const std::size_t all = totals.datagrams() + totals.filtered();
   if (all == 0 && complaint.empty()) complaint = source->NothingFound();
-  if (all > 0) printer->Print(totals, source->counts(), source->path());
+  if (all > 0 || source->live()) printer->Print(totals, source->counts(), source->path());
   if (!complaint.empty()) throw InputError(complaint);
   return totals.Unexplained() ? kUnexplained : kFine;
 }

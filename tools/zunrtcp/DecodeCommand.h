@@ -8,6 +8,7 @@
 #include <ostream>
 
 #include "Zun/Rtp/Core/ZunRtcpDialect.h"
+#include "tools/zunrtcp/Capture/DatagramSource.h"
 #include "tools/zunrtcp/Capture/OpenSource.h"
 #include "tools/zunrtcp/ExitStatus.h"
 #include "tools/zunrtcp/Filter.h"
@@ -26,6 +27,8 @@ struct DecodeOptions {
 
 // Prints to `out`. InputError says what is wrong with the capture; everything that could be read is printed then.
 ExitStatus RunDecode(const DecodeOptions& options, std::ostream* out);
+// The same of a source that is open; of a live one each datagram is printed at once, and the totals in any case.
+ExitStatus RunDecode(DatagramSource* source, const DecodeOptions& options, std::ostream* out);
 
 }  // namespace zunrtcp
 

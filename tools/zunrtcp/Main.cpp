@@ -13,7 +13,7 @@ int Run(int argc, char** argv) {
   app.require_subcommand(1);
   const zunrtcp::Command commands[] = {zunrtcp::DefineDecode(&app), zunrtcp::DefineCheck(&app),
                                        zunrtcp::DefineEncode(&app), zunrtcp::DefineSplit(&app),
-                                       zunrtcp::DefineStats(&app)};
+                                       zunrtcp::DefineStats(&app),  zunrtcp::DefineLive(&app)};
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

@@ -1,9 +1,9 @@
 #include "tools/zunrtcp/StatsCommand.h"
 
 #include <fstream>
+#include <memory>
 #include <optional>
 
-#include "tools/zunrtcp/Capture/RtcpFinder.h"
 #include "tools/zunrtcp/InputError.h"
 #include "tools/zunrtcp/Stats/StatsCollector.h"
 #include "tools/zunrtcp/Stats/StatsOutput.h"
@@ -33,17 +33,17 @@ void Print(const StatsCollector& stats, const StatsOptions& options, const std::
 }  // namespace
 
 void RunStats(const StatsOptions& options, std::ostream* out) {
-  RtcpFinder finder(options.capture, options.ports);
+  const std::unique_ptr<DatagramSource> source = OpenSource(options.input);
   StatsCollector stats(options.dialect);
   std::string complaint;
   try {
-    while (const std::optional<RtcpDatagram> datagram = finder.Next()) stats.Add(*datagram);
+    while (const std::optional<RtcpDatagram> datagram = source->Next()) stats.Add(*datagram);
   } catch (const InputError& damage) {
     complaint = damage.what();
   }
   stats.Finish();
-  if (stats.datagrams() > 0) Print(stats, options, finder.path(), out);
-  if (stats.datagrams() == 0 && complaint.empty()) complaint = finder.NothingFound();
+  if (stats.datagrams() > 0) Print(stats, options, source->path(), out);
+  if (stats.datagrams() == 0 && complaint.empty()) complaint = source->NothingFound();
   if (!complaint.empty()) throw InputError(complaint);
 }
 

@@ -2,19 +2,17 @@
 #ifndef TOOLS_ZUNRTCP_STATSCOMMAND_H
 #define TOOLS_ZUNRTCP_STATSCOMMAND_H
 
-#include <cstdint>
 #include <ostream>
-#include <set>
 #include <string>
 
 #include "Zun/Rtp/Core/ZunRtcpDialect.h"
+#include "tools/zunrtcp/Capture/OpenSource.h"
 
 namespace zunrtcp {
 
 struct StatsOptions {
-  std::string capture;  // "-" is standard input
+  InputOptions input;
   ZunRtcpDialect dialect = ZUN_RTCP_DIALECT_REGISTERED;
-  std::set<std::uint16_t> ports;  // empty: all
   bool json = false;
   bool csv = false;
   std::string html;  // the page to write; empty: none

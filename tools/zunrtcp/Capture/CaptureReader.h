@@ -10,6 +10,7 @@
 #include <string_view>
 
 struct pcap;
+struct pcap_pkthdr;
 
 namespace zunrtcp {
 
@@ -28,7 +29,10 @@ class CaptureReader {
   // Opens the file; "-" is standard input. InputError when there is no such file or it is not a capture.
   explicit CaptureReader(const std::string& path);
 
-  // The next record; none at the end of the file. InputError when the file ends within a record or is damaged:
+  // Watches a network interface, "any" for all. InputError when there is none of that name, or it may not be watched.
+  static CaptureReader OnInterface(const std::string& name);
+
+  // The next record; none at the end of the file, or of an interface after an interrupt (CatchInterrupts). InputError when the file ends within a record or is damaged:
   // everything before has been read then.
   std::optional<Record> Next();
 
@@ -36,16 +40,21 @@ class CaptureReader {
   int LinkType() const;
 
   const std::string& path() const { return path_; }
+  bool live() const { return descriptor_ >= 0; }
 
  private:
+  CaptureReader() = default;
   struct Close {
     void operator()(pcap* capture) const;
   };
 
   std::int64_t Offset() const;
+  // As pcap_next_ex, but for an interface it waits until there is something or an interrupt.
+  int Read(pcap_pkthdr** header, const unsigned char** bytes);
 
   std::string path_;
   std::unique_ptr<pcap, Close> capture_;
+  int descriptor_ = -1;  // of an interface
   std::size_t records_ = 0;
 };
 

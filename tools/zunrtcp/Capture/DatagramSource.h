@@ -48,6 +48,8 @@ class DatagramSource {
   virtual const std::string& path() const = 0;
   // What to complain of when there was no datagram at all.
   virtual std::string NothingFound() const = 0;
+  // Whether datagrams come while they happen, until the user ends it.
+  virtual bool live() const { return false; }
 };
 
 }  // namespace zunrtcp

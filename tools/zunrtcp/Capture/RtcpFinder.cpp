@@ -30,7 +30,10 @@ bool LooksLikeRtp(std::string_view payload) {
 }
 
 RtcpFinder::RtcpFinder(const std::string& path, std::set<std::uint16_t> ports)
-    : capture_(path), ports_(std::move(ports)) {
+    : RtcpFinder(CaptureReader(path), std::move(ports)) {}
+
+RtcpFinder::RtcpFinder(CaptureReader capture, std::set<std::uint16_t> ports)
+    : capture_(std::move(capture)), ports_(std::move(ports)) {
   const int link_type = capture_.LinkType();
   if (LinkTypeIsKnown(link_type)) return;
   const char* name = pcap_datalink_val_to_name(link_type);
@@ -54,6 +57,7 @@ FrameCounts RtcpFinder::counts() const {
 }
 
 std::string RtcpFinder::NothingFound() const {
+  if (live()) return {};
   const FrameCounts frames = counts();
   std::string words = path() + ": no RTCP in it" + (ports_.empty() ? "" : " on these ports") + " (" +
                       Counted(frames.records, "record") + ", of which " + std::to_string(frames.udp) + " UDP";

@@ -26,11 +26,14 @@ class RtcpFinder : public DatagramSource {
   // Opens the file; "-" is standard input. Looks only at datagrams from or to one of `ports`, or at all of them
   // when there are none. InputError when it cannot be opened or its link layer is not known.
   RtcpFinder(const std::string& path, std::set<std::uint16_t> ports);
+  // The same of a capture that is open, or of an interface.
+  RtcpFinder(CaptureReader capture, std::set<std::uint16_t> ports);
 
   std::optional<RtcpDatagram> Next() override;
   FrameCounts counts() const override;
   const std::string& path() const override { return capture_.path(); }
   std::string NothingFound() const override;
+  bool live() const override { return capture_.live(); }
 
  private:
   // The datagram in a record; none when it holds no RTCP.

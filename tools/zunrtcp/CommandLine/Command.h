@@ -19,6 +19,7 @@ Command DefineCheck(CLI::App* tool);
 Command DefineEncode(CLI::App* tool);
 Command DefineSplit(CLI::App* tool);
 Command DefineStats(CLI::App* tool);
+Command DefineLive(CLI::App* tool);
 
 }  // namespace zunrtcp
 

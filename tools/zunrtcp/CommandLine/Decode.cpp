@@ -7,6 +7,7 @@
 #include "tools/zunrtcp/CommandLine/Input.h"
 #include "tools/zunrtcp/DecodeCommand.h"
 #include "tools/zunrtcp/InputError.h"
+#include "tools/zunrtcp/LiveCommand.h"
 #include "tools/zunrtcp/Output/Colours.h"
 
 namespace zunrtcp {
@@ -36,6 +37,9 @@ void DefineFilter(DecodeArguments* arguments, CLI::App* decode) {
       ->take_all()
       ->expected(1);
   decode->add_flag("--only-refused", filter.only_refused, "only datagrams of which something is refused");
+}
+
+void DefineTimes(DecodeArguments* arguments, CLI::App* decode) {
   decode
       ->add_option("--from", arguments->from,
                    "only from this time on: seconds since the first record, or 2026-11-21T11:02:33 in UTC")
@@ -45,6 +49,11 @@ void DefineFilter(DecodeArguments* arguments, CLI::App* decode) {
 
 void DefineOutput(DecodeArguments* arguments, CLI::App* decode) {
   DecodeOptions& options = arguments->options;
+  decode
+      ->add_option("--dialect", arguments->dialect,
+                   "registered: as the RFCs say; house: as this system's own peers speak")
+      ->check(CLI::IsMember({"registered", "house"}))
+      ->capture_default_str();
   decode->add_option("--limit", options.limit, "print only the first N datagrams, but count all")->type_name("N");
   decode->add_flag("--verbose", options.verbose, "show everything, and what the library logs");
   decode->add_flag("--json", options.json, "one JSON object on a line for each datagram, the last with the totals");
@@ -88,14 +97,35 @@ Command DefineDecode(CLI::App* tool) {
       "when\n"
       "the capture or the arguments are bad.");
   DefineInput(&arguments->options.input, decode);
-  decode
-      ->add_option("--dialect", arguments->dialect,
-                   "registered: as the RFCs say; house: as this system's own peers speak")
-      ->check(CLI::IsMember({"registered", "house"}))
-      ->capture_default_str();
   DefineFilter(arguments.get(), decode);
+  DefineTimes(arguments.get(), decode);
   DefineOutput(arguments.get(), decode);
   return {decode, [arguments] { return RunDecode(OptionsOf(*arguments), &std::cout); }};
+}
+
+Command DefineLive(CLI::App* tool) {
+  struct LiveArguments {
+    LiveOptions options;
+    DecodeArguments decode;
+  };
+  const auto arguments = std::make_shared<LiveArguments>();
+  CLI::App* live = tool->add_subcommand(
+      "live",
+      "Prints RTCP as decode does, while it happens; Ctrl-C ends it and prints the totals.\n"
+      "Examples: zunrtcp live --interface eth0 --port 5005; zunrtcp live --listen 0.0.0.0:5005 --type nack\n"
+      "Exit status: as that of decode.");
+  CLI::Option_group* where = live->add_option_group("where");
+  where->add_option("--interface", arguments->options.interface, "watch this network interface; any: all of them");
+  where->add_option("--listen", arguments->options.listen, "receive on this address and UDP port, as 0.0.0.0:5005");
+  where->require_option(1);
+  DefinePorts(&arguments->decode.options.input, live);
+  DefineFilter(&arguments->decode, live);
+  DefineOutput(&arguments->decode, live);
+  return {live, [arguments] {
+            LiveOptions options = arguments->options;
+            options.decode = OptionsOf(arguments->decode);
+            return RunLive(options, &std::cout);
+          }};
 }
 
 }  // namespace zunrtcp

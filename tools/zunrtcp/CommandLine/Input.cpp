@@ -8,11 +8,15 @@ void DefineInput(InputOptions* options, CLI::App* command) {
   command->add_flag("--hex", options->hex,
                     "the file is text: a datagram in hex digits on each line, or hex dumps with offsets, ASCII columns "
                     "and the like");
-  command->add_option("--port", options->ports, "only datagrams from or to this UDP port (may be given several times)")
+  DefinePorts(options, command)->excludes("--hex");
+}
+
+CLI::Option* DefinePorts(InputOptions* options, CLI::App* command) {
+  return command
+      ->add_option("--port", options->ports, "only datagrams from or to this UDP port (may be given several times)")
       ->check(CLI::Range(1, 65535))
       ->take_all()
-      ->expected(1)
-      ->excludes("--hex");
+      ->expected(1);
 }
 
 }  // namespace zunrtcp

@@ -9,6 +9,8 @@
 namespace zunrtcp {
 
 void DefineInput(InputOptions* options, CLI::App* command);
+// Its part that a live source has as well.
+CLI::Option* DefinePorts(InputOptions* options, CLI::App* command);
 
 }  // namespace zunrtcp
 

@@ -1,9 +1,9 @@
 #include <iostream>
 #include <memory>
 #include <string>
-#include <vector>
 
 #include "tools/zunrtcp/CommandLine/Command.h"
+#include "tools/zunrtcp/CommandLine/Input.h"
 #include "tools/zunrtcp/StatsCommand.h"
 
 namespace zunrtcp {
@@ -14,13 +14,11 @@ namespace {
 struct StatsArguments {
   StatsOptions options;
   std::string dialect = "registered";
-  std::vector<std::uint16_t> ports;
 };
 
 StatsOptions OptionsOf(const StatsArguments& arguments) {
   StatsOptions options = arguments.options;
   options.dialect = arguments.dialect == "house" ? ZUN_RTCP_DIALECT_HOUSE : ZUN_RTCP_DIALECT_REGISTERED;
-  options.ports.insert(arguments.ports.begin(), arguments.ports.end());
   return options;
 }
 
@@ -37,16 +35,13 @@ Command DefineStats(CLI::App* tool) {
                            "Examples: zunrtcp stats call.pcap; zunrtcp stats call.pcap --html report.html; zunrtcp "
                            "stats --csv - < call.pcap\n"
                            "Exit status: 0, or 2 when the capture or the arguments are bad.");
-  stats->add_option("CAPTURE", options.capture, "the capture file; - for standard input")->required();
+  stats->add_option("CAPTURE", options.input.path, "the capture file; - for standard input")->required();
   stats
       ->add_option("--dialect", arguments->dialect,
                    "registered: as the RFCs say; house: as this system's own peers speak")
       ->check(CLI::IsMember({"registered", "house"}))
       ->capture_default_str();
-  stats->add_option("--port", arguments->ports, "only datagrams from or to this UDP port (may be given several times)")
-      ->check(CLI::Range(1, 65535))
-      ->take_all()
-      ->expected(1);
+  DefinePorts(&options.input, stats);
   CLI::Option* json = stats->add_flag("--json", options.json, "one JSON object, with all time lines");
   stats->add_flag("--csv", options.csv, "a line for each value of each time line and for each event")->excludes(json);
   stats->add_option("--html", options.html, "write a page with all time lines, for a browser; it needs no network")
