@@ -1,5 +1,5 @@
-// A packet into every capacity, whole and in parts: [flags] [first] datagram. What is written never passes the capacity,
-// and the parts together are the whole.
+// A packet into every capacity, whole and in parts: [flags] [first] datagram. What is written never passes the
+// capacity, and the parts together are the whole.
 #include <algorithm>
 #include <vector>
 

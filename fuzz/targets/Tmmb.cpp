@@ -1,5 +1,5 @@
-// The registered TMMBR and TMMBN: [flags] message. What is read is written again to the same octets, into every capacity;
-// what is built of any numbers is read as it was built, or refused.
+// The registered TMMBR and TMMBN: [flags] message. What is read is written again to the same octets, into every
+// capacity; what is built of any numbers is read as it was built, or refused.
 #include <cmath>
 #include <vector>
 

@@ -1,7 +1,8 @@
 /*
- * Reads files, each a byte of flags and a datagram, and does with them what a C program can do: decodes and parses them,
- * whole and cut anywhere, in place, copies, writes and encodes them. All of it is C, the library included, so that
- * MemorySanitizer and valgrind see every byte that was never written; the sum over all output makes it be looked at.
+ * Reads files, each a byte of flags and a datagram, and does with them what a C program can do: decodes and parses
+ * them, whole and cut anywhere, in place, copies, writes and encodes them. All of it is C, the library included, so
+ * that MemorySanitizer and valgrind see every byte that was never written; the sum over all output makes it be looked
+ * at.
  */
 #include <stdio.h>
 #include <stdlib.h>

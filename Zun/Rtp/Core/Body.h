@@ -20,7 +20,7 @@ struct Body {
   ZunSizeT size;
   ZunSizeT begin;
   ZunSizeT end;
-  ZunSizeT limit;  // the end or the size, whichever comes first, but not below the beginning: [begin, limit) is readable
+  ZunSizeT limit;  // where what is readable ends: the end or the size, but not below the beginning
   SubpacketHeader header;
   ZunAllocator* buffer_allocator;  // of the string that holds the datagram; null when it has none
   ZunAllocator* packet_allocator;  // of the compound packet that is read into; null when there is none

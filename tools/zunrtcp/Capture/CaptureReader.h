@@ -32,8 +32,8 @@ class CaptureReader {
   // Watches a network interface, "any" for all. InputError when there is none of that name, or it may not be watched.
   static CaptureReader OnInterface(const std::string& name);
 
-  // The next record; none at the end of the file, or of an interface after an interrupt (CatchInterrupts). InputError when the file ends within a record or is damaged:
-  // everything before has been read then.
+  // The next record; none at the end of the file, or of an interface after an interrupt (CatchInterrupts). InputError
+  // when the file ends within a record or is damaged: everything before has been read then.
   std::optional<Record> Next();
 
   // The link layer of all records, a DLT_ number of libpcap.

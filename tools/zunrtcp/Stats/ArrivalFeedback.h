@@ -26,7 +26,8 @@ struct ArrivalNews {
   std::optional<double> packet_rate;  // packets per second of the receiver's clock, once a second is over
 };
 
-// The messages of one receiver. Each packet counts once: messages overlap, and tell of a packet as lost that comes late.
+// The messages of one receiver. Each packet counts once: messages overlap, and tell of a packet as lost that comes
+// late.
 class ArrivalFeedback {
  public:
   ArrivalNews Add(std::span<const ReportedPacket> packets);
