@@ -7,7 +7,6 @@ namespace zunrtcp {
 
 namespace {
 
-constexpr std::size_t kIndexSize = 4;
 constexpr std::size_t kClearSize = kHeaderSize + kSourceSize;  // is never encrypted
 constexpr std::uint32_t kEncryptedBit = 0x80000000;
 constexpr std::uint32_t kLargestIndex = 0xFFFF;  // an index grows by one with each datagram, a few in a second
