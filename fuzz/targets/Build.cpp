@@ -68,7 +68,7 @@ struct Change {
   const ZunUint16 seq;
   const ZunUint8 octet;
 
-  void operator()(ZunRtcpSr& p) {
+  void operator()(ZunRtcpSr& p) const {
     switch (input.Below(4)) {
       case 0:
         (void)ZunRtcpSrSetReportBlocks(&p, ListOfZunRtcpReportBlock(input, a, MakeBlock));
@@ -83,7 +83,7 @@ struct Change {
         (void)ZunRtcpSrSetSource(&p, input.U32());
     }
   }
-  void operator()(ZunRtcpRr& p) {
+  void operator()(ZunRtcpRr& p) const {
     switch (input.Below(3)) {
       case 0:
         (void)ZunRtcpRrSetReportBlocks(&p, ListOfZunRtcpReportBlock(input, a, MakeBlock));
@@ -95,7 +95,7 @@ struct Change {
         (void)ZunRtcpRrSetSource(&p, input.U32());
     }
   }
-  void operator()(ZunRtcpSdes& p) {
+  void operator()(ZunRtcpSdes& p) const {
     ZunRtcpSdesItem item;
     if (ZunRtcpSdesItemConstruct(&item, octet % 16, Text(input, 300)) != nullptr) ZunRtcpSdesItemDestruct(&item);
     ZunRtcpSdesItemConstructDefault(&item, a);
@@ -110,14 +110,14 @@ struct Change {
     ZunRtcpSdesChunkDestruct(&chunk);
     ZunRtcpSdesItemDestruct(&item);
   }
-  void operator()(ZunRtcpBye& p) {
+  void operator()(ZunRtcpBye& p) const {
     if (input.Bool()) {
       (void)ZunRtcpByeSetSources(&p, ListOfZunRtpSourceId(input, a, MakeSource));
     } else {
       (void)ZunRtcpByeSetReason(&p, Text(input, 300));
     }
   }
-  void operator()(ZunRtcpApp& p) {
+  void operator()(ZunRtcpApp& p) const {
     switch (input.Below(3)) {
       case 0:
         (void)ZunRtcpAppSetName(&p, Text(input, 5));
@@ -129,14 +129,14 @@ struct Change {
         (void)ZunRtcpAppSetSource(&p, input.U32());
     }
   }
-  void operator()(ZunRtcpUnknown& p) {
+  void operator()(ZunRtcpUnknown& p) const {
     if (input.Bool()) {
       (void)ZunRtcpUnknownSetSubtype(&p, input.U8());
     } else {
       (void)ZunRtcpUnknownSetData(&p, Text(input, 40));
     }
   }
-  void operator()(ZunRtcpRtpfbNack& p) {
+  void operator()(ZunRtcpRtpfbNack& p) const {
     const bool needs_map = ZunRtcpRtpfbNackWillSeqNumberRequireNewSeqMap(&p, seq) != 0;
     const ZunSizeT maps = ZunRtcpRtpfbNackGetNumOfSeqMaps(&p);
     switch (input.Below(8)) {
@@ -152,12 +152,12 @@ struct Change {
               "a number takes a map when it is said");
     }
   }
-  void operator()(ZunRtcpRtpfbTmmbr& p) {
+  void operator()(ZunRtcpRtpfbTmmbr& p) const {
     const ZunRtcpRtpfbTmmbrEntry entry = {input.U32(), 0, input.U32()};
     (void)ZunVector_ZunRtcpRtpfbTmmbrEntryPushBack(&p.fci, &entry);
   }
-  void operator()(ZunRtcpRtpfbTmmbn& p) { p.max_bitrate = input.U32(); }
-  void operator()(ZunRtcpRtpfbCcfb& p) {
+  void operator()(ZunRtcpRtpfbTmmbn& p) const { p.max_bitrate = input.U32(); }
+  void operator()(ZunRtcpRtpfbCcfb& p) const {
     (void)ZunRtcpRtpfbCcfbSetSendTimestampFromMonotonic(&p, static_cast<ZunTime>(input.U64()));
     ZunRtcpRtpfbCcfbStream stream;
     ZunRtcpRtpfbCcfbStreamConstructDefault(&stream, number, a);
@@ -170,7 +170,7 @@ struct Change {
     (void)ZunRtcpRtpfbCcfbAddStream(&p, &stream);
     ZunRtcpRtpfbCcfbStreamDestruct(&stream);
   }
-  void operator()(ZunRtcpRtpfbTransportCc& p) {
+  void operator()(ZunRtcpRtpfbTransportCc& p) const {
     p.packetCount = input.U8();
     ZunTime now = static_cast<ZunTime>(input.U32()) * 1000000;
     ZunUint16 next = seq;
@@ -183,12 +183,12 @@ struct Change {
     }
     (void)ZunRtcpRtpfbTransportCcGetEstimatedPacketsRemaining(&p, input.U16());
   }
-  void operator()(ZunRtcpRtpfbAbafb& p) {
+  void operator()(ZunRtcpRtpfbAbafb& p) const {
     (void)ZunRtcpRtpfbAbafbSetDelay(&p, input.U32());
     p.timestamp = input.U32();
     p.aba_data_rate = input.U32();
   }
-  void operator()(ZunRtcpRtpfbUnknown& p) {
+  void operator()(ZunRtcpRtpfbUnknown& p) const {
     const auto fmt = static_cast<ZunRtcpRtpfbType>(input.Below(40));
     // Of a modelled type it may not be a part of a packet.
     if (input.Bool() && ZunRtcpRtpfbFeedbackMessageIsUnknown(fmt)) {
@@ -197,14 +197,14 @@ struct Change {
       (void)ZunRtcpRtpfbUnknownSetData(&p, Text(input, 40));
     }
   }
-  void operator()(ZunRtcpPsfbPli& p) { (void)ZunRtcpPsfbPliSetProfileSpecificExt(&p, Text(input, 20)); }
-  void operator()(ZunRtcpPsfbSli& p) {
+  void operator()(ZunRtcpPsfbPli& p) const { (void)ZunRtcpPsfbPliSetProfileSpecificExt(&p, Text(input, 20)); }
+  void operator()(ZunRtcpPsfbSli& p) const {
     ZunRtcpPsfbSliItem item;
     if (ZunRtcpPsfbSliItemConstructFull(&item, seq, number & 0xFFFF, octet, a) == nullptr) return;
     (void)ZunRtcpPsfbSliItemSetPictureId(&item, input.U8());
     (void)ZunVector_ZunRtcpPsfbSliItemPushBack(&p.items, &item);
   }
-  void operator()(ZunRtcpPsfbRpsi& p) {
+  void operator()(ZunRtcpPsfbRpsi& p) const {
     switch (input.Below(3)) {
       case 0:
         (void)ZunRtcpPsfbRpsiSetPt(&p, input.U8());
@@ -216,22 +216,22 @@ struct Change {
         (void)ZunRtcpPsfbRpsiSetRpsi(&p, Text(input, 20));
     }
   }
-  void operator()(ZunRtcpPsfbFir& p) {
+  void operator()(ZunRtcpPsfbFir& p) const {
     ZunRtcpPsfbFirEntry entry;
     ZunRtcpPsfbFirEntryConstructFull(&entry, number, octet, a);
     (void)ZunVector_ZunRtcpPsfbFirEntryPushBack(&p.fci, &entry);
   }
-  void operator()(ZunRtcpPsfbTstr& p) {
+  void operator()(ZunRtcpPsfbTstr& p) const {
     ZunRtcpPsfbTstrEntry entry;
     if (ZunRtcpPsfbTstrEntryConstructFull(&entry, number, octet, static_cast<ZunUint8>(seq & 63), a) == nullptr) return;
     (void)ZunVector_ZunRtcpPsfbTstrEntryPushBack(&p.fci, &entry);
   }
-  void operator()(ZunRtcpPsfbTsta& p) {
+  void operator()(ZunRtcpPsfbTsta& p) const {
     ZunRtcpPsfbTstaEntry entry;
     if (ZunRtcpPsfbTstaEntryConstructFull(&entry, number, octet, static_cast<ZunUint8>(seq & 63), a) == nullptr) return;
     (void)ZunVector_ZunRtcpPsfbTstaEntryPushBack(&p.fci, &entry);
   }
-  void operator()(ZunRtcpPsfbUnknown& p) {
+  void operator()(ZunRtcpPsfbUnknown& p) const {
     const auto fmt = static_cast<ZunRtcpPsfbType>(input.Below(40));
     // Of a modelled type it may not be a part of a packet.
     if (input.Bool() && ZunRtcpPsfbTypeIsUnknown(fmt)) {
@@ -240,21 +240,21 @@ struct Change {
       (void)ZunRtcpPsfbUnknownSetData(&p, Text(input, 40));
     }
   }
-  void operator()(ZunRtcpPsfbAfbAbafb& p) {
+  void operator()(ZunRtcpPsfbAfbAbafb& p) const {
     (void)ZunRtcpPsfbAfbAbafbSetDelay(&p, input.U32());
     p.average_delay_difference = static_cast<ZunInt32>(input.U32());
     p.average_arrival_difference = input.U32();
   }
-  void operator()(ZunRtcpPsfbAfbAlbr& p) { p.available_bit_rate = input.U32(); }
-  void operator()(ZunRtcpPsfbAfbShow& p) {
+  void operator()(ZunRtcpPsfbAfbAlbr& p) const { p.available_bit_rate = input.U32(); }
+  void operator()(ZunRtcpPsfbAfbShow& p) const {
     const ListOfZunRtcpPsfbAfbShowParameter parameters(input, a, MakeParameter);
     ZunRtcpPsfbAfbShow built;
     if (ZunRtcpPsfbAfbShowConstructFull(&built, number, other, octet, parameters) == nullptr) return;
     (void)ZunRtcpPsfbAfbShowAssign(&p, &built);
     ZunRtcpPsfbAfbShowDestruct(&built);
   }
-  void operator()(ZunRtcpPsfbAfbShowAck& p) { ZunRtcpPsfbAfbShowAckConstructFull(&p, number, octet, other); }
-  void operator()(ZunRtcpPsfbAfbLir& p) {
+  void operator()(ZunRtcpPsfbAfbShowAck& p) const { ZunRtcpPsfbAfbShowAckConstructFull(&p, number, octet, other); }
+  void operator()(ZunRtcpPsfbAfbLir& p) const {
     ZunRtcpPsfbAfbLirEntry entry;
     if (ZunRtcpPsfbAfbLirEntryConstructFull(&entry, number, octet, octet / 2, Text(input, 12), a) == nullptr) {
       return;
@@ -263,41 +263,41 @@ struct Change {
     (void)ZunVector_ZunRtcpPsfbAfbLirEntryPushBack(&p.fci, &entry);
     ZunRtcpPsfbAfbLirEntryDestruct(&entry);
   }
-  void operator()(ZunRtcpPsfbAfbRemb& p) {
+  void operator()(ZunRtcpPsfbAfbRemb& p) const {
     if (input.Bool()) {
       (void)ZunRtcpPsfbAfbRembSetFeedbackSources(&p, ListOfZunRtpSourceId(input, a, MakeSource));
     } else {
       (void)ZunRtcpPsfbAfbRembSetBitrate(&p, static_cast<ZunFloat32>(number) * static_cast<ZunFloat32>(seq));
     }
   }
-  void operator()(ZunRtcpPsfbAfbUnknown& p) { (void)ZunRtcpPsfbAfbUnknownSetData(&p, Text(input, 40)); }
+  void operator()(ZunRtcpPsfbAfbUnknown& p) const { (void)ZunRtcpPsfbAfbUnknownSetData(&p, Text(input, 40)); }
 
   // The envelopes hand on to the message that they hold.
 #define CHANGE_KIND(value, Kind, member, Getter) \
   case value:                                    \
     return (*this)(const_cast<Kind&>(*Getter(&p)));
-  void operator()(ZunRtcpRtpfb& p) {
+  void operator()(ZunRtcpRtpfb& p) const {
     switch (p.unk.fmt) {
       ZUN_RTCPRTPFB_KINDS(CHANGE_KIND)
       default:
         return (*this)(p.unk);
     }
   }
-  void operator()(ZunRtcpPsfbAfb& p) {
+  void operator()(ZunRtcpPsfbAfb& p) const {
     switch (p.unk.afbType) {
       ZUN_RTCPPSFBAFB_KINDS(CHANGE_KIND)
       default:
         return (*this)(p.unk);
     }
   }
-  void operator()(ZunRtcpPsfb& p) {
+  void operator()(ZunRtcpPsfb& p) const {
     switch (p.unk.fmt) {
       ZUN_RTCPPSFB_KINDS(CHANGE_KIND)
       default:
         return (*this)(p.unk);
     }
   }
-  void operator()(ZunRtcpSubpacket& p) {
+  void operator()(ZunRtcpSubpacket& p) const {
     switch (p.unk.type) {
       ZUN_RTCPSUBPACKET_KINDS(CHANGE_KIND)
       default:

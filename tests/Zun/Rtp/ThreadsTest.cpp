@@ -17,8 +17,8 @@ using namespace test;
 constexpr int kThreads = 4;
 constexpr int kRounds = 5;
 
-// All samples, whole and cut by a byte, which is refused with a log line, through both doors and back. Whether each
-// came out as in the first round.
+// A sample, whole and cut by a byte, which is refused with a log line, through both doors and back. Whether it came
+// out as in the first round.
 bool UseEverything(const std::string& wire) {
   std::string first;
   for (int round = 0; round < kRounds; ++round) {

@@ -5,6 +5,7 @@
 #include <tuple>
 #include <vector>
 
+#include "Zun/Rtp/Dialect/ZunRtcpEncode.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/Samples.h"
 
@@ -421,6 +422,19 @@ TEST(ZunRtcpRtpfbCcfb, AFailedReadInPlaceKeepsNoneOfTheOldStreams) {
   EXPECT_EQ(StreamsOf(p), Streams());
   ASSERT_TRUE(p.Read(Golden("CcfbTwoStreams")));
   EXPECT_EQ(StreamsOf(p), TwoStreamsRead());
+}
+
+TEST(ZunRtcpRtpfbCcfb, AStreamOfAsManyMetricsAsItsCountCanSayIsEncodable) {
+  const ZunRtcpRtpfbCcfbPacketMetric metric = {1, 1, 2};
+  for (const ZunSizeT count : {ZunSizeT{65535}, ZunSizeT{65536}}) {
+    TEST_PART(ZunRtcpPacket) packet;
+    Ccfb ccfb;
+    ASSERT_TRUE(AddStream(ccfb, 1, 0, {}, ZunAllocatorGetSystem()));
+    ASSERT_TRUE(ZunVector_ZunRtcpRtpfbCcfbPacketMetricResize(&ccfb->streams.begin->packetMetrics, count, &metric));
+    ASSERT_TRUE(ZunRtcpPacketAppendSubpacket(packet.get(), ccfb.sp()));
+    EXPECT_EQ(ZunRtcpPacketFindUnencodable(packet.get(), ZUN_RTCP_DIALECT_HOUSE, nullptr),
+              count == 65535 ? ZUN_RTCP_ENCODE_REASON_NONE : ZUN_RTCP_ENCODE_REASON_TOO_MANY);
+  }
 }
 
 }  // namespace
