@@ -172,11 +172,11 @@ function joined(lines, events) {
   return uPlot.join([...tables, [[full.min, full.max], [null, null]]]);
 }
 
-// Lines are points in time; where the cursor is, each tells its nearest value.
-function nearest(chart, series, index) {
-  const values = chart.data[series];
-  const times = chart.data[0];
-  if (series === 0 || values[index] != null) return index;
+// Lines are points in time; where the cursor is, each tells its nearest value, an event only when the cursor is on it.
+const ON_EVENT = 8;  // pixels
+
+function nearestOf(values, times, index) {
+  if (values[index] != null) return index;
   let before = index;
   while (before >= 0 && values[before] == null) --before;
   let after = index;
@@ -184,6 +184,15 @@ function nearest(chart, series, index) {
   if (before < 0) return after < values.length ? after : index;
   if (after >= values.length) return before;
   return times[index] - times[before] <= times[after] - times[index] ? before : after;
+}
+
+function nearest(chart, series, index) {
+  if (series === 0) return index;
+  const times = chart.data[0];
+  const found = nearestOf(chart.data[series], times, index);
+  if (chart.series[series].scale !== 'event') return found;
+  const distance = Math.abs(chart.valToPos(times[found], 'x') - chart.cursor.left);
+  return distance <= ON_EVENT ? found : null;
 }
 
 // Numbers of packets belong to their moment, not to the time until the next.
@@ -197,7 +206,7 @@ function lineSeries({name, unit, points}, number) {
     spanGaps: true,
     ...(unit === 'packets' ? {...BARS, fill: () => color('c' + number)} :
                              {points: {show: points.length < 60, size: 5}}),
-    value: (chart, value) => value == null ? '–' : `${digits(value)} ${unit}`,
+    value: (chart, value) => value == null ? '–' : unit === 'packets' ? digits(value) : `${digits(value)} ${unit}`,
   };
 }
 
@@ -211,7 +220,7 @@ function eventSeries(kind) {
     fillTo: 1,
     paths: uPlot.paths.bars({size: [0, 2, 2]}),
     points: {show: false},
-    value: (chart, value) => value == null ? '–' : '●',
+    value: (chart, value, series, index) => value == null ? '–' : `${chart.data[0][index].toFixed(3)} s`,
   };
 }
 
