@@ -193,14 +193,15 @@ void SetSsrcs(Message& p) {
   p->source = kSource;
 }
 
-// A message seen as the subpacket that the operations of a row take.
+// A message seen as the subpacket that the operations of a row take. They look at it as what it is, so that it need not
+// be aligned as a subpacket is.
 template <class Kind>
 ZunRtcpSubpacket* AsSubpacket(Kind* p) {
-  return reinterpret_cast<ZunRtcpSubpacket*>(p);
+  return static_cast<ZunRtcpSubpacket*>(static_cast<void*>(p));
 }
 template <class Kind>
 const ZunRtcpSubpacket* AsSubpacket(const Kind* p) {
-  return reinterpret_cast<const ZunRtcpSubpacket*>(p);
+  return static_cast<const ZunRtcpSubpacket*>(static_cast<const void*>(p));
 }
 
 // Reads each beginning of the body, `size` bytes long, that lies on a heap block of exactly its size: once with the

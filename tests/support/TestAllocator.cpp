@@ -67,7 +67,7 @@ ZunVoidPtr TestAllocator::Allocate(ZunAllocator* a, ZunSizeT size) {
   }
   auto* const raw = static_cast<unsigned char*>(std::malloc(sizeof(Prefix) + size + kGuardSize));
   if (raw == nullptr) return nullptr;
-  auto* const prefix = reinterpret_cast<Prefix*>(raw);
+  auto* const prefix = static_cast<Prefix*>(static_cast<void*>(raw));  // malloc aligns for it
   prefix->size = size;
   std::memset(prefix->guard, kGuard, sizeof(prefix->guard));
   std::memset(raw + sizeof(Prefix), kFresh, size);
@@ -83,7 +83,7 @@ void TestAllocator::Deallocate(ZunAllocator* a, ZunVoidPtr block, ZunSizeT size)
   ++self->deallocations_;
   ASSERT_NE(block, nullptr) << "a null block was given back";
   unsigned char* const raw = static_cast<unsigned char*>(block) - sizeof(Prefix);
-  const auto* const prefix = reinterpret_cast<const Prefix*>(raw);
+  const auto* const prefix = static_cast<const Prefix*>(static_cast<const void*>(raw));
   ASSERT_EQ(prefix->size, size) << "a block was given back with another size than was asked for";
   EXPECT_TRUE(IsGuard(prefix->guard, sizeof(prefix->guard))) << "bytes in front of a block were written";
   EXPECT_TRUE(IsGuard(raw + sizeof(Prefix) + size, kGuardSize)) << "bytes after a block were written";
