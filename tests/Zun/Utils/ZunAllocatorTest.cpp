@@ -49,7 +49,7 @@ TEST(ZunAllocator, SystemAllocatorIsTheHeap) {
   ASSERT_NE(a, nullptr);
   EXPECT_EQ(ZunAllocatorGetSystem(), a);
   for (ZunSizeT size = 1; size < 5000; size = size * 3 / 2 + 1) {
-    const ZunVoidPtr block = ZunAllocatorAllocate(a, size);
+    void* const block = ZunAllocatorAllocate(a, size);
     ASSERT_NE(block, nullptr);
     EXPECT_EQ(reinterpret_cast<std::uintptr_t>(block) % alignof(std::max_align_t), 0U);
     std::memset(block, 0x5A, size);
