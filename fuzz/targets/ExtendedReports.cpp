@@ -110,7 +110,7 @@ ZunRtcpXrRange RangeOf(Input& input) {
   return {input.U32(), static_cast<ZunUint8>(input.Below(17)), begin, static_cast<ZunUint16>(begin + input.Below(700))};
 }
 
-void CheckRle(Input& input, Builder& builder, ZunAllocator* a) {
+void CheckRle(Input& input, Builder& builder, ZunAllocator* a, const Allocator& refusing) {
   const ZunRtcpXrBlockType type = static_cast<ZunRtcpXrBlockType>(1 + input.Below(3));
   const ZunRtcpXrRange range = RangeOf(input);
   if (range.thinning > 15) return;
@@ -122,9 +122,11 @@ void CheckRle(Input& input, Builder& builder, ZunAllocator* a) {
     told[i] = i == 0 ? input.Bool() : run == 1 ? !told[i - 1] : told[i - 1];
     times[i] = input.U32();
   }
+  const std::size_t refused = refusing.refused();
   const bool is_rle = type != ZUN_RTCPXR_TYPE_RECEIPT_TIMES;
   const bool added = is_rle ? ZunRtcpXrBuilderAddRle(builder.get(), type, &range, told.data(), count) != 0
                             : ZunRtcpXrBuilderAddReceiptTimes(builder.get(), &range, times.data(), count) != 0;
+  Check(added || refusing.refused() != refused, "what a block can tell is added");
   if (!added) return;
   const Subpacket sp(builder, a);
   ZunRtcpXrReader reader;
@@ -172,7 +174,7 @@ void CheckCalls(Input& input) {
     bool added = true;
     switch (call % 4) {
       case 0:
-        CheckRle(input, builder, allocator);
+        CheckRle(input, builder, allocator, refusing);
         break;
       case 1:
         CheckSummary(input, builder, refusing);
