@@ -640,7 +640,8 @@ TEST(ZunRtcpPacketParse, UsedPacketsReadLikeFreshOnes) {
   for (int round = 0; round < 2000; ++round) {
     std::string bytes;
     for (auto i = random() % 5; i > 0; --i) {
-      bytes += Wire(static_cast<int>(random() % 200), random() % 6, static_cast<char>(random()), static_cast<int>(random() % 32));
+      bytes += Wire(static_cast<int>(random() % 200), random() % 6, static_cast<char>(random()),
+                    static_cast<int>(random() % 32));
     }
     if (random() % 4 == 0 && !bytes.empty()) bytes[random() % bytes.size()] = static_cast<char>(random());
     if (random() % 8 == 0) bytes.resize(random() % (bytes.size() + 1));
