@@ -197,7 +197,7 @@ struct Live {
 
 TEST(ZunArena, KeepsBlocksApartWhateverComesAndGoes) {
   std::mt19937 random(1);
-  for (const ZunSizeT size : {0, 15, 100, 1000, 5000}) {
+  for (const ZunSizeT size : {0U, 15U, 100U, 1000U, 5000U}) {
     TestAllocator overflow;
     Arena arena(size, overflow);
     std::vector<Live> live;

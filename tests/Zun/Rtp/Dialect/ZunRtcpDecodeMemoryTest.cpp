@@ -279,7 +279,7 @@ std::vector<Costly> CostlyOnes() {
       {"layers of one octet", ListOf(206, 15, sources + Hex("4E720005"), Hex("000000010101000141000000"), 5460)},
       {"report blocks", Repeated(ListOf(201, 31, Hex("00000001"), std::string(24, 'b'), 31))},
   };
-  for (const ZunSizeT items : {1, 3, 5, 9, 17, 65, 257, 1025, 2049, 4097}) {
+  for (const ZunSizeT items : std::initializer_list<ZunSizeT>{1, 3, 5, 9, 17, 65, 257, 1025, 2049, 4097}) {
     all.push_back({std::to_string(items) + " items each", Descriptions(items, Hex("0100"), kMaxDatagram)});
     all.push_back({std::to_string(items) + " items of one octet each", Descriptions(items, Hex("010141"), 65535)});
     all.push_back(
@@ -359,7 +359,7 @@ TEST(ZunRtcpDecode, TakesNothingButTheArenaThatIsLargeEnough) {
 TEST(ZunRtcpDecode, TurnsToTheOtherAllocatorWhereAnArenaIsTooSmall) {
   const std::string& bytes = Wires().back();
   const Decoded expected(bytes, kHouse);
-  for (const ZunSizeT size : {0, 64, 1000, 4000}) {
+  for (const ZunSizeT size : std::initializer_list<ZunSizeT>{0, 64, 1000, 4000}) {
     const std::unique_ptr<ZunUint8[]> block(new ZunUint8[size]);
     TestAllocator overflow;
     ZunArena arena;

@@ -385,7 +385,7 @@ TEST(ZunRtcpEncodePart, PartAfterPartIsTheWhole) {
   for (const ZunRtcpDialect dialect : kDialects) {
     const Decoded p(Compound(), dialect);
     const std::string whole = Encoded(p, dialect).bytes;
-    for (const ZunSizeT capacity : {400, 401, 500, 1000, 3000}) {
+    for (const ZunSizeT capacity : std::initializer_list<ZunSizeT>{400, 401, 500, 1000, 3000}) {
       std::string parts;
       for (ZunSizeT next = 0; next < p.count();) {
         const Part part(p.packet, dialect, next, capacity);
@@ -414,7 +414,7 @@ TEST(ZunRtcpEncodePart, RefusesAPrefixThatCannotBeEncoded) {
   const Decoded p(Golden("Pli"), kHouse);
   Decoded prefix(Golden("NackOneMap"), kHouse);
   ZunVector_ZunRtcpRtpfbNackSeqMapClear(&At(prefix, 0).rtpfb.nack.seqMaps);
-  for (const ZunSizeT capacity : {0, 8, 1000}) {
+  for (const ZunSizeT capacity : std::initializer_list<ZunSizeT>{0, 8, 1000}) {
     const Part part(p.packet, kHouse, 0, capacity, &prefix.packet);
     EXPECT_FALSE(part.ok);
     EXPECT_EQ(part.size, 0U);

@@ -452,7 +452,7 @@ TEST(ZunRtcpXrBuilder, RefusesArgumentsThatNoBlockHas) {
 TEST(ZunRtcpXrBuilder, HoldsAsMuchAsALengthCanSay) {
   const std::string octets(262144, 'o');
   const std::vector<ZunRtcpXrDlrr> dlrrs(21846, {1, 2, 3});
-  for (const ZunSizeT size : {262136, 262140, 262144}) {
+  for (const ZunSizeT size : std::initializer_list<ZunSizeT>{262136, 262140, 262144}) {
     Builder builder;
     EXPECT_FALSE(ZunRtcpXrBuilderAddBlock(builder, 99, 0, octets.data(), size));
   }
