@@ -110,7 +110,7 @@ class BodyReader {
     return true;
   }
 
-  bool AllOfBodyIsReadable() const { return limit_ == end_; }
+  bool AllOfBodyIsReadable() const { return limit_ == end_ && end_ <= size_; }
   bool HasReadable(ZunSizeT count) const { return limit_ - position_ >= count; }
   ZunSizeT ReadableBytes() const { return limit_ - position_; }
   bool AtEnd() const { return position_ == end_; }
