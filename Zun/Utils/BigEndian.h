@@ -24,13 +24,6 @@ constexpr ZunUint64 ToBigEndian(ZunUint64 value) {
   return ZunUint64{ToBigEndian(static_cast<ZunUint32>(value))} << 32 | ToBigEndian(static_cast<ZunUint32>(value >> 32));
 }
 
-// Loads a 16-bit integer in one piece, as loops over many of them want it.
-inline ZunUint16 LoadBigEndian16(const ZunUint8* octets) {
-  ZunUint16 wire;
-  std::memcpy(&wire, octets, sizeof(wire));
-  return ToBigEndian(wire);
-}
-
 // Stores all octets of an unsigned integer.
 template <class Value>
 void StoreBigEndian(ZunUint8* octets, Value value) {

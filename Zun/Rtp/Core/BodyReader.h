@@ -110,7 +110,6 @@ class BodyReader {
     return true;
   }
 
-  bool AllOfBodyIsReadable() const { return limit_ == end_ && end_ <= size_; }
   bool HasReadable(ZunSizeT count) const { return limit_ - position_ >= count; }
   ZunSizeT ReadableBytes() const { return limit_ - position_; }
   bool AtEnd() const { return position_ == end_; }
@@ -127,9 +126,6 @@ class BodyReader {
   // Whether the datagram may hold so many entries of lists, or statuses, more.
   bool MayHoldEntries(ZunSizeT count) const { return terms_ == nullptr || MayHold(&terms_->entries_left, count); }
   bool MayHoldStatuses(ZunSizeT count) const { return terms_ == nullptr || MayHold(&terms_->statuses_left, count); }
-
-  // The same, and nothing is counted or said yet.
-  bool CouldHoldEntries(ZunSizeT count) const { return terms_ == nullptr || count <= terms_->entries_left; }
 
   // Says why the subpacket is refused, to those who asked. Returns false.
   bool Refuse(ZunRtcpDecodeReason reason) const {

@@ -61,58 +61,51 @@ bool WriteChunk(zun::BodyWriter& w, const ZunRtcpSdesChunk& chunk, bool must_fit
 // the careful reader, which begins again.
 class UsualPass {
  public:
-  UsualPass(const ZunUint8* octets, ZunSizeT size, ZunAllocator* a) : next_(octets), left_(size), allocator_(a) {}
+  UsualPass(const zun::BodyReader& r, ZunAllocator* a) : r_(r.LookAhead()), allocator_(a) {}
 
   bool Read(const ZunVector_ZunRtcpSdesChunk& chunks) {
     for (ZunRtcpSdesChunk* chunk = chunks.begin; chunk != chunks.end; ++chunk) {
       if (!ReadChunk(chunk)) return false;
     }
-    return left_ == 0;
+    return r_.AtEnd();
   }
   ZunSizeT items() const { return items_; }
 
  private:
   bool ReadChunk(ZunRtcpSdesChunk* chunk) {
-    if (left_ < kSourceSize || chunk->items.allocator != allocator_) return false;
-    chunk->ssrc = ZunUint32FromOctets(Advance(kSourceSize));
-    const ZunSizeT list_size = left_;
+    if (chunk->items.allocator != allocator_ || !r_.U32(&chunk->ssrc)) return false;
+    const ZunSizeT list_begin = r_.Position();
     for (ZunRtcpSdesItem* item = chunk->items.begin; item != chunk->items.end; ++item) {
       if (!ReadItem(item)) return false;
     }
-    if (left_ == 0 || left_ == list_size || *next_ != ZUN_RTCPSDESITEM_TYPE_EndOfList) return false;
-    const ZunSizeT end_length = ListEndLength(list_size - left_);
-    if (left_ < end_length) return false;
-    Advance(end_length);
-    return true;
+    const ZunSizeT items_length = r_.Position() - list_begin;
+    const ZunUint8* const list_end = r_.Take(ListEndLength(items_length));
+    return items_length != 0 && list_end != nullptr && *list_end == ZUN_RTCPSDESITEM_TYPE_EndOfList;
   }
 
   bool ReadItem(ZunRtcpSdesItem* item) {
-    if (left_ < kItemHeaderSize) return false;
-    const ZunUint8 type = next_[0];
-    const ZunUint8 length = next_[1];
-    if (type == ZUN_RTCPSDESITEM_TYPE_EndOfList || type >= ZUN_RTCPSDESITEM_TYPE_MAX) return false;
-    ZunString& text = item->text;
-    if (left_ < kItemHeaderSize + length || text.allocator != allocator_ || text.buf == nullptr ||
-        length > text.capacity) {
+    const ZunUint8* const header = r_.Take(kItemHeaderSize);
+    if (header == nullptr) return false;
+    const ZunUint8 type = header[0];
+    const ZunUint8 length = header[1];
+    const ZunUint8* const text = r_.Take(length);
+    if (text == nullptr || type == ZUN_RTCPSDESITEM_TYPE_EndOfList || type >= ZUN_RTCPSDESITEM_TYPE_MAX ||
+        !IsRoomFor(length, item->text)) {
       return false;
     }
     item->type = type;
-    zun::CopyShort(text.buf, Advance(kItemHeaderSize + length) + kItemHeaderSize, length);
-    text.size = length;
-    text.buf[length] = '\0';
+    zun::CopyShort(item->text.buf, text, length);
+    item->text.size = length;
+    item->text.buf[length] = '\0';
     ++items_;
     return true;
   }
 
-  const ZunUint8* Advance(ZunSizeT count) {
-    const ZunUint8* const octets = next_;
-    next_ += count;
-    left_ -= count;
-    return octets;
+  bool IsRoomFor(ZunSizeT size, const ZunString& text) const {
+    return text.allocator == allocator_ && text.buf != nullptr && size <= text.capacity;
   }
 
-  const ZunUint8* next_;
-  ZunSizeT left_;
+  zun::BodyReader r_;
   ZunAllocator* allocator_;
   ZunSizeT items_ = 0;
 };
@@ -221,10 +214,9 @@ struct Wire {
       if (body.IsDecoded()) Chunks::Clear(&p->chunks);
       return r.NeedEnd();
     }
-    if (count == Chunks::Size(&p->chunks) && r.AllOfBodyIsReadable()) {
-      UsualPass pass(body.octets + body.begin, r.BytesBeforeEnd(), p->chunks.allocator);
-      if (pass.Read(p->chunks) && r.CouldHoldEntries(count + pass.items()))
-        return r.MayHoldEntries(count + pass.items());
+    if (count == Chunks::Size(&p->chunks)) {
+      UsualPass pass(r, p->chunks.allocator);
+      if (pass.Read(p->chunks) && r.MayHoldEntries(count + pass.items())) return true;
     }
     // One request for all that the body can hold. Where it is refused, the list grows as far as it is let.
     if (count > Chunks::Capacity(&p->chunks)) {

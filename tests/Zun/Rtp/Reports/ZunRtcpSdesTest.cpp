@@ -400,6 +400,30 @@ TEST(ZunRtcpSdes, ReadingAgainUsesTheOldTexts) {
   EXPECT_EQ(allocator.calls(), calls);
 }
 
+// What has as many chunks and items as before is read by a pass of its own; it must be seen in nothing but the time.
+TEST(ZunRtcpSdes, ReadOverOneOfTheSameShapeIsAsReadAfresh) {
+  std::vector<std::string> wires = {Wire(1, Hex("00000001 00014100"))};  // an item that is skipped, and none besides
+  for (const Sample& sample : SamplesOf(kRow)) wires.push_back(sample.wire);
+  for (const std::string& first : wires) {
+    Received kept(kRow, first);
+    const auto expect_as_fresh = [&](const std::string& wire) {
+      ASSERT_EQ(kept.Read(first), kept.ok);
+      const Received fresh(kRow, wire);
+      EXPECT_EQ(kept.Read(wire), fresh.ok) << ToHex(wire);
+      EXPECT_EQ(Described(In(kept)), Described(In(fresh))) << ToHex(wire);
+    };
+    expect_as_fresh(first + Hex("00000000"));
+    for (ZunSizeT i = kBodyBegin; i < first.size(); ++i) {
+      expect_as_fresh(first.substr(0, i));
+      for (const int value : {0, 1, 2, 3, 4, 8, 9, 20, 255}) {
+        std::string wire = first;
+        wire[i] = static_cast<char>(value);
+        expect_as_fresh(wire);
+      }
+    }
+  }
+}
+
 TEST(ZunRtcpSdes, AFreshReadAsksForTheChunksOnce) {
   std::string chunks;
   for (int i = 0; i < 10; ++i) chunks += Hex("00000007 0101 61 00");
