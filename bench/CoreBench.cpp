@@ -1,4 +1,4 @@
-// The staircase itself: compounds of unknown subpackets, and the yardstick that all kinds are held against.
+// The staircase itself: compounds of unknown subpackets, and a straight line that some kinds are held against.
 #include <cstdint>
 #include <cstdlib>
 
