@@ -3,6 +3,9 @@
 #ifndef ZUN_RTP_TRANSPORTFEEDBACK_STATUSCHUNK_H
 #define ZUN_RTP_TRANSPORTFEEDBACK_STATUSCHUNK_H
 
+#include <bit>
+#include <cstring>
+
 #include "Zun/Rtp/TransportFeedback/ZunRtcpRtpfbTransportCcPacketInfo.h"
 
 namespace zun {
@@ -15,10 +18,37 @@ enum PacketStatus : ZunUint32 {
   kNoDelta = 3,     // received, without a delta
 };
 
+// A packet info as a word of 32 bits, and the bits of it that say something.
+constexpr ZunUint32 BitsOf(const ZunRtcpRtpfbTransportCcPacketInfo& info) { return std::bit_cast<ZunUint32>(info); }
+inline constexpr ZunUint32 kReceivedBits = BitsOf({0xFF, 0, 0});
+inline constexpr ZunUint32 kHaveDeltaBits = BitsOf({0, 0xFF, 0});
+inline constexpr ZunUint32 kLargeDeltaBits = BitsOf({0, 0, static_cast<ZunInt16>(0xFF00)});
+
 inline ZunUint32 StatusOf(const ZunRtcpRtpfbTransportCcPacketInfo& info) {
   if (!info.received) return kNotReceived;
   if (!info.haveDelta) return kNoDelta;
-  return static_cast<ZunUint16>(info.delta) < 256 ? kSmallDelta : kLargeDelta;
+  return (BitsOf(info) & kLargeDeltaBits) == 0 ? kSmallDelta : kLargeDelta;
+}
+
+// The statuses of kPacketsAtOnce packets in pairs of bits, that of the first in the highest: what StatusOf tells, four
+// packets at a time.
+inline constexpr ZunUint32 kPacketsAtOnce = 16;
+
+inline ZunUint32 StatusPairsOf(const ZunRtcpRtpfbTransportCcPacketInfo* infos) {
+  typedef ZunUint32 Four [[gnu::vector_size(16)]];
+  const auto statuses_of = [](const ZunRtcpRtpfbTransportCcPacketInfo* four) {
+    Four bits;
+    std::memcpy(&bits, four, sizeof(bits));
+    const Four is_received = (bits & kReceivedBits) != 0;  // all ones where it is so
+    const Four has_delta = (bits & kHaveDeltaBits) != 0;
+    const Four is_large = (bits & kLargeDeltaBits) != 0;
+    const Four with_delta = ZunUint32{kSmallDelta} - is_large;
+    return is_received & (ZunUint32{kNoDelta} ^ (has_delta & (ZunUint32{kNoDelta} ^ with_delta)));
+  };
+  // Each group of four fills a byte.
+  const Four bytes =
+      statuses_of(infos) << 24 | statuses_of(infos + 4) << 16 | statuses_of(infos + 8) << 8 | statuses_of(infos + 12);
+  return bytes[0] << 6 | bytes[1] << 4 | bytes[2] << 2 | bytes[3];
 }
 
 // The bytes of the delta of a packet of that status, which is known not to exceed kMaxStatus.

@@ -14,26 +14,28 @@ using zun::TwoBitChunk;
 // The bytes that the writer of a delta stores, whatever it needs.
 constexpr ZunUint32 kDeltaStore = 2;
 
-// Packet infos as words of 32 bits: those that agree in the telling bits of one have its status. That they may have it
-// without agreeing does not matter to those who look for runs.
-ZunUint32 BitsOf(const PacketInfo& info) { return std::bit_cast<ZunUint32>(info); }
-
+// Packets that agree in the telling bits of a status have the same. That they may have it without agreeing does not
+// matter to those who look for runs.
 ZunUint32 TellingBits(ZunUint32 status) {
-  const ZunInt16 high = static_cast<ZunInt16>(0xFF00);
-  if (status == zun::kNotReceived) return BitsOf({0xFF, 0, 0});
-  return BitsOf({0xFF, 0xFF, status == zun::kNoDelta ? ZunInt16{0} : high});
+  if (status == zun::kNotReceived) return zun::kReceivedBits;
+  if (status == zun::kNoDelta) return zun::kReceivedBits | zun::kHaveDeltaBits;
+  return zun::kReceivedBits | zun::kHaveDeltaBits | zun::kLargeDeltaBits;
+}
+
+constexpr ZunDistanceT kStride = 8;  // packets that are looked at together
+
+// The bits in which any packet of a stride differs.
+ZunUint32 DifferenceInStride(const PacketInfo* infos, ZunUint32 bits) {
+  ZunUint32 difference = 0;
+  for (ZunDistanceT i = 0; i < kStride; ++i) difference |= zun::BitsOf(infos[i]) ^ bits;
+  return difference;
 }
 
 // The end of the run of packets with the status of `first`, of which those in front of `end` are known to be a part.
 const PacketInfo* EndOfRun(const PacketInfo* first, const PacketInfo* end, const PacketInfo* last) {
-  constexpr ZunDistanceT kStride = 8;  // looked at together
   const ZunUint32 status = zun::StatusOf(*first);
-  const ZunUint32 bits = BitsOf(*first);
-  for (; last - end >= kStride; end += kStride) {
-    ZunUint32 difference = 0;
-    for (ZunDistanceT i = 0; i < kStride; ++i) difference |= BitsOf(end[i]) ^ bits;
-    if ((difference & TellingBits(status)) != 0) break;
-  }
+  const ZunUint32 bits = zun::BitsOf(*first);
+  while (last - end >= kStride && (DifferenceInStride(end, bits) & TellingBits(status)) == 0) end += kStride;
   while (end != last && zun::StatusOf(*end) == status) ++end;
   return end;
 }
@@ -44,51 +46,108 @@ ZunSizeT CountFrom(const T* first, const T* end) {
   return static_cast<ZunSizeT>(end - first);
 }
 
-// A chunk as it is to be written, and the packet after the last one that it tells of.
-struct NextChunk {
-  ZunUint32 word;
-  const PacketInfo* end;
-};
+// Makes chunks of a list of packets, one after the other. It tells the status of each packet once, but for those of long
+// runs, and keeps those that no chunk has told of yet.
+class ChunkMaker {
+ public:
+  ChunkMaker(const PacketInfo* first, const PacketInfo* last, bool is_registered)
+      : first_(first), last_(last), is_registered_(is_registered) {}
 
-// The chunk that begins with packet `first`; there is at least one packet.
-//
-// A run goes on until the status changes, and a vector until it is full. A run becomes a vector when the status
-// changes while a vector has room left: within 7 packets, or within 14 that one bit each can tell. A vector has room
-// for 14 only as long as neither it nor the packet that follows needs two bits. So a vector of one-bit statuses may
-// end after 7 to 13 packets although more follow, and a reader, which takes it for 14, reads the next ones wrong. Peers
-// of the house know these very words, so there it stays as it is; in the registered dialect the first 7 take two bits
-// each instead, which every reader reads back.
-NextChunk GetNextChunk(const PacketInfo* first, const PacketInfo* last, bool is_registered) {
-  const ZunUint32 status = zun::StatusOf(*first);
-  ZunUint32 one_bit = 0;   // the statuses taken so far, of one bit each
-  ZunUint32 two_bits = 0;  // and of two
-  ZunUint32 wide = 0;      // not 0 when one of them needs two
-  bool is_run = true;      // they are all the same
-  const PacketInfo* const limit = CountFrom(first, last) > OneBitChunk::kCount ? first + OneBitChunk::kCount : last;
-  const PacketInfo* end = first;
-  for (; end != limit; ++end) {
-    const ZunUint32 next = zun::StatusOf(*end);
-    const bool is_full = CountFrom(first, end) >= TwoBitChunk::kCount && (wide != 0 || zun::IsWide(next));
-    if (is_full && !(is_run && next == status)) break;
-    is_run = is_run && next == status;
-    wide |= next & 2;
-    one_bit = one_bit << 1 | next;
-    two_bits = two_bits << 2 | next;
+  // The packet that the next chunk begins with; the end when there is none.
+  const PacketInfo* first() const { return first_; }
+
+  struct Chunk {
+    ZunUint32 word;
+    ZunUint32 count;  // of the packets that it tells of
+  };
+
+  // There is at least one packet left.
+  //
+  // A run goes on until the status changes, and a vector until it is full. A run becomes a vector when the status
+  // changes while a vector has room left: within 7 packets, or within 14 that one bit each can tell. A vector has room
+  // for 14 only as long as neither it nor the packet that follows needs two bits. So a vector of one-bit statuses may
+  // end after 7 to 13 packets although more follow, and a reader, which takes it for 14, reads the next ones wrong.
+  // Peers of the house know these very words, so there it stays as it is; in the registered dialect the first 7 take
+  // two bits each instead, which every reader reads back.
+  Chunk Next() {
+    if (known_ < OneBitChunk::kCount) Tell();
+    const ZunUint32 window = known_ < OneBitChunk::kCount ? known_ : OneBitChunk::kCount;
+    const ZunUint32 run = Fewer(SameAsFirst(), window);
+    const ZunUint32 narrow = Fewer(Narrow(), window);
+    if (run == OneBitChunk::kCount) return LongRun();
+    if (run == window || (run >= TwoBitChunk::kCount && run >= narrow)) return Taken(RunWord(run), run);
+    if (narrow == window || (narrow >= TwoBitChunk::kCount && !is_registered_)) {
+      return Taken(OneBitChunk::Word(OneBitEach(narrow), narrow), narrow);
+    }
+    const ZunUint32 count = Fewer(window, TwoBitChunk::kCount);
+    return Taken(TwoBitChunk::Word(FirstPairs(count), count), count);
   }
-  ZunUint32 count = static_cast<ZunUint32>(end - first);
-  const bool ends_early = count < OneBitChunk::kCount && end != last;
-  if (is_registered && !is_run && wide == 0 && ends_early) {
-    const ZunUint32 others = count - TwoBitChunk::kCount;
-    return {TwoBitChunk::Word(two_bits >> 2 * others, TwoBitChunk::kCount), end - others};
+
+ private:
+  static constexpr ZunUint32 kPairs = 32;  // that fit
+  static_assert(OneBitChunk::kCount - 1 + zun::kPacketsAtOnce <= kPairs);
+  static constexpr ZunUint64 kEveryPair = 0x5555555555555555;
+
+  static ZunUint32 Fewer(ZunUint32 a, ZunUint32 b) { return a < b ? a : b; }
+
+  // Adds the statuses of as many packets more as are told at once, or are left.
+  void Tell() {
+    const PacketInfo* const next = first_ + known_;
+    const ZunSizeT left = CountFrom(next, last_);
+    if (left >= zun::kPacketsAtOnce) {
+      Keep(zun::StatusPairsOf(next), zun::kPacketsAtOnce);
+    } else if (left != 0) {
+      ZunUint32 pairs = 0;
+      for (ZunUint32 i = 0; i < left; ++i) pairs = pairs << 2 | zun::StatusOf(next[i]);
+      Keep(pairs, static_cast<ZunUint32>(left));
+    }
   }
-  if (!is_run) return {wide != 0 ? TwoBitChunk::Word(two_bits, count) : OneBitChunk::Word(one_bit, count), end};
-  if (count == OneBitChunk::kCount) {
-    end = EndOfRun(first, end,
-                   CountFrom(first, last) > RunLengthChunk::kMaxCount ? first + RunLengthChunk::kMaxCount : last);
-    count = static_cast<ZunUint32>(end - first);
+  void Keep(ZunUint32 pairs, ZunUint32 count) {
+    pairs_ |= ZunUint64{pairs} << 2 * (kPairs - count) >> 2 * known_;
+    known_ += count;
   }
-  return {RunLengthChunk::Word(status, count), end};
-}
+
+  ZunUint32 FirstPairs(ZunUint32 count) const { return static_cast<ZunUint32>(pairs_ >> 2 * (kPairs - count)); }
+  ZunUint32 RunWord(ZunUint32 count) const { return RunLengthChunk::Word(FirstPairs(1), count); }
+  // How many statuses are that of the first, and how many come before one that takes two bits; those that are not known
+  // look like zeros.
+  ZunUint32 SameAsFirst() const { return LeadingZeroPairs(pairs_ ^ kEveryPair * FirstPairs(1)); }
+  ZunUint32 Narrow() const { return LeadingZeroPairs(pairs_ & 2 * kEveryPair); }
+  static ZunUint32 LeadingZeroPairs(ZunUint64 pairs) { return static_cast<ZunUint32>(std::countl_zero(pairs)) / 2; }
+  // The lower bits of the first pairs.
+  ZunUint32 OneBitEach(ZunUint32 count) const {
+    ZunUint32 bits = FirstPairs(count) & 0x5555555;
+    bits = (bits | bits >> 1) & 0x33333333;
+    bits = (bits | bits >> 2) & 0x0F0F0F0F;
+    bits = (bits | bits >> 4) & 0x00FF00FF;
+    return (bits | bits >> 8) & 0xFFFF;
+  }
+
+  Chunk LongRun() {
+    const PacketInfo* const limit =
+        CountFrom(first_, last_) > RunLengthChunk::kMaxCount ? first_ + RunLengthChunk::kMaxCount : last_;
+    const PacketInfo* const end = EndOfRun(first_, first_ + OneBitChunk::kCount, limit);
+    const ZunUint32 count = static_cast<ZunUint32>(end - first_);
+    const Chunk chunk = {RunWord(count), count};
+    if (count < known_) return Taken(chunk.word, count);
+    first_ = end;
+    pairs_ = 0;
+    known_ = 0;
+    return chunk;
+  }
+  Chunk Taken(ZunUint32 word, ZunUint32 count) {
+    first_ += count;
+    pairs_ <<= 2 * count;
+    known_ -= count;
+    return {word, count};
+  }
+
+  const PacketInfo* first_;
+  const PacketInfo* last_;
+  bool is_registered_;
+  ZunUint64 pairs_ = 0;  // the statuses that are known, of two bits each, the first in the highest
+  ZunUint32 known_ = 0;  // how many
+};
 
 // The one writer of a delta. It stores kDeltaStore bytes, of which it returns how many count.
 ZunUint32 StoreDelta(ZunUint8* to, const PacketInfo& info) {
@@ -99,29 +158,31 @@ ZunUint32 StoreDelta(ZunUint8* to, const PacketInfo& info) {
   return size;
 }
 
+// Whether a stride of packets have a delta of one byte each, as nearly all have: those that agree with the first.
+bool IsStrideOfSmallDeltas(const PacketInfo* infos) {
+  if (zun::StatusOf(*infos) != zun::kSmallDelta) return false;
+  return (DifferenceInStride(infos, zun::BitsOf(*infos)) & TellingBits(zun::kSmallDelta)) == 0;
+}
+
 }  // namespace
 
 namespace zun {
 
 TransportCcLayout::TransportCcLayout(const ZunVector_ZunRtcpRtpfbTransportCcPacketInfo& infos, ZunRtcpDialect dialect)
     : is_registered_(dialect == ZUN_RTCP_DIALECT_REGISTERED), begin_(infos.begin), end_(infos.end) {
-  const PacketInfo* const last = infos.end;
-  const PacketInfo* first = infos.begin;
+  ChunkMaker maker(infos.begin, infos.end, is_registered_);
   ZunSizeT chunks = 0;
   ZunSizeT deltas = 0;
-  const auto next = [&] {
-    const NextChunk chunk = GetNextChunk(first, last, is_registered_);
-    deltas += zun::StatusChunk(chunk.word).DeltaSize(static_cast<ZunUint32>(chunk.end - first));
-    first = chunk.end;
-    ++chunks;
-    return static_cast<ZunUint16>(chunk.word);
-  };
-  while (first != last && chunks != kKept) {
-    const ZunUint16 word = next();
-    kept_[chunks - 1] = word;
+  for (; chunks != kKept && maker.first() != end_; ++chunks) {
+    const ChunkMaker::Chunk chunk = maker.Next();
+    deltas += zun::StatusChunk(chunk.word).DeltaSize(chunk.count);
+    kept_[chunks] = static_cast<ZunUint16>(chunk.word);
   }
-  after_kept_ = first;
-  while (first != last) next();
+  after_kept_ = maker.first();
+  for (; maker.first() != end_; ++chunks) {
+    const ChunkMaker::Chunk chunk = maker.Next();
+    deltas += zun::StatusChunk(chunk.word).DeltaSize(chunk.count);
+  }
   chunks_ = chunks;
   deltas_ = deltas;
 }
@@ -139,10 +200,9 @@ bool TransportCcLayout::WriteChunks(BodyWriter& w) const {
   for (ZunSizeT i = 0; i < kept; ++i) {
     if (!w.U16(kept_[i])) return false;
   }
-  for (const PacketInfo* first = after_kept_; first != end_;) {
-    const NextChunk chunk = GetNextChunk(first, end_, is_registered_);
-    if (!w.U16(static_cast<ZunUint16>(chunk.word))) return false;
-    first = chunk.end;
+  ChunkMaker maker(after_kept_, end_, is_registered_);
+  while (maker.first() != end_) {
+    if (!w.U16(static_cast<ZunUint16>(maker.Next().word))) return false;
   }
   return true;
 }
@@ -153,6 +213,14 @@ void TransportCcLayout::WriteDeltas(BodyWriter& w) const {
   // The fast path: while as many bytes are free as the writer of a delta stores, it stores them in place.
   if (ZunUint8* to = w.Block(deltas_)) {
     const ZunUint8* const end = to + deltas_;
+    for (; last - info >= kStride && CountFrom(to, end) >= kDeltaStore * kStride; info += kStride) {
+      if (IsStrideOfSmallDeltas(info)) {
+        for (ZunDistanceT i = 0; i < kStride; ++i) to[i] = static_cast<ZunUint8>(info[i].delta & 0xFF);
+        to += kStride;
+      } else {
+        for (ZunDistanceT i = 0; i < kStride; ++i) to += StoreDelta(to, info[i]);
+      }
+    }
     for (; info != last && CountFrom(to, end) >= kDeltaStore; ++info) to += StoreDelta(to, *info);
     for (; info != last; ++info) {
       ZunUint8 delta[kDeltaStore];
