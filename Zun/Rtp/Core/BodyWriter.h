@@ -3,10 +3,10 @@
 #define ZUN_RTP_CORE_BODYWRITER_H
 
 #include <cassert>
-#include <cstring>
 
 #include "Zun/Rtp/Core/ZunRtcpDialect.h"
 #include "Zun/Utils/BigEndian.h"
+#include "Zun/Utils/ShortCopy.h"
 #include "Zun/Utils/StringStorage.h"
 
 namespace zun {
@@ -107,14 +107,13 @@ class BodyWriter {
   // Runs of fields of kSize octets in all, which fill(FieldWriter&) writes.
   template <ZunSizeT kSize, class Fill>
   [[gnu::always_inline]] bool Fields(Fill fill) {
-    if (Room() < kSize) [[unlikely]] {
-      ZunUint8 octets[kSize];
-      FieldWriter f(octets);
-      fill(f);
-      return AppendEach(octets, kSize);
-    }
-    FieldWriter f(Advance(kSize));
+    ZunUint8 octets[kSize];
+    const bool is_there = Room() >= kSize;
+    FieldWriter f(is_there ? cursor_ : octets);
     fill(f);
+    if (!is_there) [[unlikely]]
+      return AppendEach(octets, kSize);
+    cursor_ += kSize;
     return true;
   }
   bool U8(ZunUint8 value) {
@@ -143,7 +142,7 @@ class BodyWriter {
 
   [[gnu::always_inline]] bool Bytes(const char* bytes, ZunSizeT count) {
     if (Room() < count) return AppendWhole(bytes, count);
-    if (count != 0) std::memcpy(Advance(count), bytes, count);
+    CopyShort(Advance(count), bytes, count);
     return true;
   }
   bool String(const ZunString& s) { return Bytes(s.buf, s.size); }
