@@ -19,7 +19,7 @@ using Algorithms = zun::VectorOfZunRtcpSubpacket;
 
 bool ReadOver(ZunRtcpSubpacket* p, const Body& body) {
   return SubpacketDispatch::AssignFromBody(zun::SubpacketLevel::RowOf(body.header.type), p, body,
-                                           [&](ZunAllocator*) { return body.packet_allocator; });
+                                           [](const Body& of, ZunAllocator*) { return of.packet_allocator; });
 }
 
 bool ReadFresh(ZunRtcpSubpacket* p, const Body& body) {

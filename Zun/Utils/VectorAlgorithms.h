@@ -199,6 +199,11 @@ class VectorAlgorithms {
 
   static ZunSizeT Size(const V* x) { return Distance(x->begin, x->end); }
   static ZunSizeT Capacity(const V* x) { return Distance(x->begin, x->endBuf); }
+  // Whether there is storage for as many elements as take `size` bytes: a comparison that needs no division.
+  static bool HasStorage(const V* x, ZunSizeT size) {
+    return static_cast<ZunSizeT>(reinterpret_cast<const char*>(x->endBuf) - reinterpret_cast<const char*>(x->begin)) >=
+           size;
+  }
 
   // Makes room for one more element, growing as PushBack does.
   static bool GrowIfFull(V* x) {

@@ -30,7 +30,8 @@ inline bool ReadNorviAfbHeader(BodyReader& r, ZunUint16* norvi_afb_type) {
   return r.U16(&identifier) && r.NeedValue(identifier == kNorviAfbIdentifier) && r.U16(norvi_afb_type);
 }
 
-inline bool ReadRembAfbHeader(BodyReader& r) {
+template <class Reader>
+[[gnu::always_inline]] inline bool ReadRembAfbHeader(Reader& r) {
   ZunUint32 identifier;
   return r.U32(&identifier) && r.NeedValue(identifier == kRembAfbIdentifier);
 }

@@ -77,7 +77,8 @@ bool WriteBitrate(zun::BodyWriter& w, ZunFloat32 bitrate) {
   return ToWire(bitrate, &wire) && w.U24(wire.exponent << kMantissaBits | wire.mantissa);
 }
 
-bool ReadCountAndBitrate(zun::BodyReader& r, ZunInt8* count, ZunFloat32* bitrate) {
+template <class Reader>
+bool ReadCountAndBitrate(Reader& r, ZunInt8* count, ZunFloat32* bitrate) {
   ZunUint32 word;
   if (!r.U32(&word)) return false;
   *count = static_cast<ZunInt8>(word >> 24);
@@ -87,7 +88,8 @@ bool ReadCountAndBitrate(zun::BodyReader& r, ZunInt8* count, ZunFloat32* bitrate
 
 // The sources that are there are kept even where their number, or what follows them, is not acceptable. A number
 // with its sign bit set is beyond any message.
-bool ReadSources(zun::BodyReader& r, ZunInt8 count, ZunVector_ZunRtpSourceId* sources) {
+template <class Reader>
+bool ReadSources(Reader& r, ZunInt8 count, ZunVector_ZunRtpSourceId* sources) {
   const ZunSizeT announced = count < 0 ? SIZE_MAX : static_cast<ZunSizeT>(count);
   return zun::ReadCountedEntries<zun::kSourceIdSize, Sources>(r, sources, announced, zun::DecodeSourceId) &&
          r.NeedEnd();
@@ -111,7 +113,8 @@ struct Wire {
            WriteBitrate(w, p.bitrate) && zun::WriteEntries<zun::kSourceIdSize>(w, p.sources, zun::EncodeSourceId);
   }
 
-  static bool Read(ZunRtcpPsfbAfbRemb* p, zun::BodyReader& r, const zun::Body&) {
+  template <class Reader>
+  static bool Read(ZunRtcpPsfbAfbRemb* p, Reader& r, const zun::Body&) {
     ZunInt8 count;
     if (!zun::ReadFeedbackSources(r, p) || !zun::ReadRembAfbHeader(r) || !ReadCountAndBitrate(r, &count, &p->bitrate) ||
         !ReadSources(r, count, &p->sources)) {

@@ -56,16 +56,23 @@ struct Dispatch {
   }
 
   // Reads a body whose header or contents chose `row` over an object. One of another kind is rebuilt with the
-  // allocator that rebuild(allocator of the object) gives.
+  // allocator that rebuild(body, allocator of the object) gives.
   template <class Rebuild>
   static bool AssignFromBody(const RtcpSubpacketFunctions& row, ZunRtcpSubpacket* p, const Body& body,
                              Rebuild rebuild) {
     // What is of the same known value as the last time, as in place nearly everything is, needs no look at the table.
     if (row.type != 0 && row.type == Level::ValueOf(p)) [[likely]]
       return row.assign_from_body(p, body);
+    return AssignOfAnother(row, p, body, rebuild);
+  }
+
+ private:
+  template <class Rebuild>
+  [[gnu::noinline]] static bool AssignOfAnother(const RtcpSubpacketFunctions& row, ZunRtcpSubpacket* p,
+                                                const Body& body, Rebuild rebuild) {
     const RtcpSubpacketFunctions& old = RowOfObject(p);
     if (&row == &old) return row.assign_from_body(p, body);
-    ZunAllocator* const a = rebuild(old.get_allocator(p));
+    ZunAllocator* const a = rebuild(body, old.get_allocator(p));
     old.destruct(p);
     return row.construct_from_body(p, body, a);
   }

@@ -39,9 +39,23 @@ bool ReadCountedEntries(BodyReader& r, typename Algorithms::Vector* list, ZunSiz
   return held == count || r.Refuse(ZUN_RTCP_DECODE_REASON_TOO_SHORT);
 }
 
-// The same with all entries up to the end. A remainder makes the read fail; the whole entries in front of it are kept.
+// The usual: all entries are there, and there is room for them.
 template <ZunSizeT kEntrySize, class Algorithms, class Decode>
-bool ReadEntries(BodyReader& r, typename Algorithms::Vector* list, Decode decode) {
+bool ReadCountedEntries(UsualReader& r, typename Algorithms::Vector* list, ZunSizeT count, Decode decode) {
+  if (count > r.ReadableBytes() / kEntrySize || !Algorithms::HasStorage(list, count * sizeof(typename Algorithms::E)) ||
+      !r.MayHoldEntries(count)) {
+    return false;
+  }
+  const ZunUint8* octets = r.Take(count * kEntrySize);
+  typename Algorithms::E* entry = list->begin;
+  for (ZunSizeT i = 0; i < count; ++i, octets += kEntrySize) decode(octets, entry++);
+  list->end = entry;
+  return true;
+}
+
+// The same with all entries up to the end. A remainder makes the read fail; the whole entries in front of it are kept.
+template <ZunSizeT kEntrySize, class Algorithms, class Reader, class Decode>
+bool ReadEntries(Reader& r, typename Algorithms::Vector* list, Decode decode) {
   return ReadCountedEntries<kEntrySize, Algorithms>(r, list, r.ReadableBytes() / kEntrySize, decode) &&
          (r.AtEnd() || r.Refuse(ZUN_RTCP_DECODE_REASON_TOO_SHORT));  // an entry is cut off
 }

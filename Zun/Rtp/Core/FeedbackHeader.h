@@ -22,9 +22,9 @@ namespace zun {
 inline constexpr ZunSizeT kFeedbackHeaderSize = 12;
 inline constexpr ZunInt32 kMaxFeedbackMessageType = 31;
 
-template <class Kind>
-bool ReadFeedbackSources(BodyReader& r, Kind* p) {
-  return r.Fields<8>([p](auto& f) { return f.U32(&p->sender) && f.U32(&p->source); });
+template <class Reader, class Kind>
+bool ReadFeedbackSources(Reader& r, Kind* p) {
+  return r.template Fields<8>([p](auto& f) { return f.U32(&p->sender) && f.U32(&p->source); });
 }
 
 inline ZunUint32 FeedbackHeaderWord(bool pad, const FeedbackIdentity& identity, ZunSizeT length) {

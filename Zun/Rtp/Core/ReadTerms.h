@@ -15,11 +15,16 @@ struct ReadTerms {
   ZunRtcpDecodeReason reason;
   ZunSizeT position;
 
-  // Returns false, for whoever refuses to return it.
-  [[gnu::cold, gnu::noinline]] bool Refuse(ZunRtcpDecodeReason why, ZunSizeT where) {
+  // Returns false, for whoever refuses to return it: a constant, so that nothing need be kept across the call.
+  bool Refuse(ZunRtcpDecodeReason why, ZunSizeT where) {
+    Note(why, where);
+    return false;
+  }
+
+ private:
+  [[gnu::cold, gnu::noinline]] void Note(ZunRtcpDecodeReason why, ZunSizeT where) {
     reason = why;
     position = where;
-    return false;
   }
 };
 

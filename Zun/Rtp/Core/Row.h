@@ -44,6 +44,8 @@ struct AlwaysEncodable {
 //   static ZunSizeT Length(const Kind& p);                               bytes, header included
 //   static bool Write(const Kind& p, Output& out, bool pad);             appends header and body
 //   static bool Read(Kind* p, BodyReader& r, const Body& body);          reads the body
+// a template of the reader where what is usual is read without calls, by UsualReader, in front of that:
+//   template <class Reader> static bool Read(Kind* p, Reader& r, const Body& body);
 // the first reason why not to encode an object, which may hold what the wire cannot (AlwaysEncodable, where none can):
 //   static ZunRtcpEncodeReason FindUnencodable(const Kind& p, ZunRtcpDialect dialect);
 // where that would go through a list that is written anyway, that Write looks for itself, and fails where it is to:
@@ -69,13 +71,32 @@ struct Row {
     }
   }
 
-  static bool AssignFromBody(Kind* p, const Body& body) {
-    if (body.IsDecoded() && !OwnedFieldsOf<Kind>::HaveAllocator(*p, body.packet_allocator)) {
-      Destruct(p);
-      (void)ConstructDefault(p, body.packet_allocator);
-    }
+  // What is decoded belongs to the packet's allocator.
+  static bool HasAllocatorFor(const Body& body, const Kind& p) {
+    return !body.IsDecoded() || OwnedFieldsOf<Kind>::HaveAllocator(p, body.packet_allocator);
+  }
+  [[gnu::cold, gnu::noinline]] static void Rebuild(Kind* p, ZunAllocator* a) {
+    Destruct(p);
+    (void)ConstructDefault(p, a);
+  }
+
+  [[gnu::noinline]] static bool ReadCarefully(Kind* p, const Body& body) {
+    if (!HasAllocatorFor(body, *p)) [[unlikely]]
+      Rebuild(p, body.packet_allocator);
     BodyReader r(body);
     return Wire::Read(p, r, body);
+  }
+
+  static bool AssignFromBody(Kind* p, const Body& body) {
+    if constexpr (requires(UsualReader & r) { Wire::Read(p, r, body); }) {
+      if (UsualReader::MayRead(body) && HasAllocatorFor(body, *p)) [[likely]] {
+        UsualReader r(body);
+        if (Wire::Read(p, r, body)) [[likely]]
+          return true;
+        r.GiveBack();
+      }
+    }
+    return ReadCarefully(p, body);
   }
 
   static ZunSizeT EncodedLength(const Kind& p, ZunSizeT begin, ZunRtcpDialect dialect) {
@@ -112,7 +133,7 @@ struct Row {
     return RowOf##Kind::AssignFromBody(As<Kind>(p), body);                                                            \
   }                                                                                                                   \
   bool Kind##ConstructFromBody(ZunRtcpSubpacket* p, const Body& body, ZunAllocator* a) {                              \
-    return Kind##ConstructDefault(As<Kind>(p), a) != nullptr && Kind##AssignFromBody(p, body);                        \
+    return Kind##ConstructDefault(As<Kind>(p), a) != nullptr && RowOf##Kind::ReadCarefully(As<Kind>(p), body);        \
   }                                                                                                                   \
   bool Kind##Write(const ZunRtcpSubpacket* p, Output& out, bool pad) {                                                \
     return RowOf##Kind::Write(*As<Kind>(p), out, pad);                                                                \

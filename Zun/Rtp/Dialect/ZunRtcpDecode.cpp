@@ -80,7 +80,7 @@ class Decoder {
   // One that fails stays as it is, to be read over again or to go with the rest.
   bool ReadOver(const Body& body) {
     return SubpacketDispatch::AssignFromBody(SubpacketLevel::RowOf(body.header.type), next_, body,
-                                             [&](ZunAllocator*) { return body.packet_allocator; });
+                                             [](const Body& of, ZunAllocator*) { return of.packet_allocator; });
   }
 
   bool Append(const Body& body) {

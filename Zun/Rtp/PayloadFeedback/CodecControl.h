@@ -63,9 +63,14 @@ struct CodecControlWire {
   }
 
   // A body without FCI is refused before the entries that `p` holds are touched.
-  static bool Read(Kind* p, BodyReader& r, const Body&) {
+  template <class Reader>
+  static bool Read(Kind* p, Reader& r, const Body&) {
     if (!ReadFeedbackSources(r, p)) return false;
-    Format::CheckSourceRead(p->source);
+    if constexpr (Reader::kIsCareful) {
+      Format::CheckSourceRead(p->source);
+    } else if (!Format::kWritesSource && p->source != 0) {
+      return false;  // which is logged
+    }
     if (!r.NeedEntry() || !ReadEntries<kEntrySize, Entries>(r, &p->fci, Decode)) return false;
     Format::kIdentity.Mark(p);
     return true;

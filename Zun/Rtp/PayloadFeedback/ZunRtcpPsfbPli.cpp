@@ -20,7 +20,8 @@ struct Wire {
     return zun::WriteFeedbackHeader(w, pad, kIdentity, p, length) && w.String(p.profile_specific_ext);
   }
 
-  static bool Read(ZunRtcpPsfbPli* p, zun::BodyReader& r, const zun::Body&) {
+  template <class Reader>
+  static bool Read(ZunRtcpPsfbPli* p, Reader& r, const zun::Body&) {
     if (!zun::ReadFeedbackSources(r, p) || !r.StringToEnd(&p->profile_specific_ext)) return false;
     kIdentity.Mark(p);
     return true;

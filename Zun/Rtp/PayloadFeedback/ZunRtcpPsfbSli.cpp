@@ -57,7 +57,8 @@ struct Wire {
     return zun::WriteFeedbackHeader(w, pad, kIdentity, p, length) && zun::WriteEntries<kItemSize>(w, p.items, Encode);
   }
 
-  static bool Read(ZunRtcpPsfbSli* p, zun::BodyReader& r, const zun::Body&) {
+  template <class Reader>
+  static bool Read(ZunRtcpPsfbSli* p, Reader& r, const zun::Body&) {
     if (!zun::ReadFeedbackSources(r, p) || !zun::ReadEntries<kItemSize, Items>(r, &p->items, Decode)) return false;
     kIdentity.Mark(p);
     return true;

@@ -59,8 +59,9 @@ struct Report {
            w.String(p.profile_specific_ext);
   }
 
-  static bool Read(Kind* p, BodyReader& r, const Body& body) {
-    return r.Fields<Fields::kSize>([p](auto& f) { return Fields::Read(f, p); }) &&
+  template <class Reader>
+  static bool Read(Kind* p, Reader& r, const Body& body) {
+    return r.template Fields<Fields::kSize>([p](auto& f) { return Fields::Read(f, p); }) &&
            ReadReportBlocks(r, body.header.count, &p->report_blocks) && r.StringToEnd(&p->profile_specific_ext);
   }
 

@@ -58,7 +58,8 @@ inline bool WriteReportBlocksThatFit(BodyWriter& w, const ZunVector_ZunRtcpRepor
          excess == 0;
 }
 
-inline bool ReadReportBlocks(BodyReader& r, ZunUint8 count, ZunVector_ZunRtcpReportBlock* blocks) {
+template <class Reader>
+bool ReadReportBlocks(Reader& r, ZunUint8 count, ZunVector_ZunRtcpReportBlock* blocks) {
   return ReadCountedEntries<kReportBlockSize, VectorOfZunRtcpReportBlock>(r, blocks, count, DecodeReportBlock);
 }
 

@@ -74,9 +74,11 @@ bool WriteSeqMaps(zun::BodyWriter& w, const ZunVector_ZunRtcpRtpfbNackSeqMap& ma
 }
 
 // A second map is worth a message as soon as it is there, whether it finds room or not.
-bool ReadSeqMaps(zun::BodyReader& r, ZunVector_ZunRtcpRtpfbNackSeqMap* maps) {
+template <class Reader>
+bool ReadSeqMaps(Reader& r, ZunVector_ZunRtcpRtpfbNackSeqMap* maps) {
   const bool has_second = r.HasReadable(2 * kSeqMapSize);
   const bool read = zun::ReadEntries<kSeqMapSize, SeqMaps>(r, maps, DecodeSeqMap);
+  if (!Reader::kIsCareful && !read) return false;
   if (has_second && SeqMaps::Size(maps) != 0) {
     ZUN_LOG_DEBUG_(ZunLogRtcp_, "ZunRtcpRtpfbNackAssignFromBuffer",
                    "Generic NACK subpacket contains multiple sequence number/map fields.");
@@ -103,11 +105,14 @@ struct Wire {
     return false;
   }
 
-  static bool Read(ZunRtcpRtpfbNack* p, zun::BodyReader& r, const zun::Body&) {
+  template <class Reader>
+  static bool Read(ZunRtcpRtpfbNack* p, Reader& r, const zun::Body&) {
     SeqMaps::Clear(&p->seqMaps);
     if (!zun::ReadFeedbackSources(r, p) || !r.NeedEntry() || !r.NeedReadable(kSeqMapSize) ||
         !ReadSeqMaps(r, &p->seqMaps)) {
-      ZUN_LOG_ERROR_(ZunLogRtcp_, "ZunRtcpRtpfbNackAssignFromBuffer", "Unable to parse Generic NACK subpacket");
+      if constexpr (Reader::kIsCareful) {
+        ZUN_LOG_ERROR_(ZunLogRtcp_, "ZunRtcpRtpfbNackAssignFromBuffer", "Unable to parse Generic NACK subpacket");
+      }
       return false;
     }
     kIdentity.Mark(p);

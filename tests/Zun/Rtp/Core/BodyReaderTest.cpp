@@ -13,6 +13,7 @@ namespace {
 
 using namespace test;
 using zun::BodyReader;
+using zun::UsualReader;
 
 BodyReader Reader(const Datagram& b, ZunSizeT begin, ZunSizeT end) {
   return BodyReader(zun::BodyIn(b, begin, end, {0, 0}));
@@ -209,6 +210,64 @@ TEST(BodyReader, EmptyBufferHasNothing) {
   EXPECT_EQ(r.Take(1), nullptr);
   EXPECT_TRUE(r.StringToEnd(s));
   EXPECT_EQ(s.str(), "");
+}
+
+// The reader of what is usual
+
+TEST(UsualReader, ReadsOnlyBodiesThatAreThereAsFarAsTheirEnd) {
+  ForEveryExtent([](const Datagram& b, ZunSizeT begin, ZunSizeT end) {
+    const zun::Body body = zun::BodyIn(b, begin, end, {0, 0});
+    if (begin < end) {
+      EXPECT_EQ(UsualReader::MayRead(body), end <= b->size);
+    } else if (UsualReader::MayRead(body)) {
+      EXPECT_EQ(UsualReader(body).ReadableBytes(), 0U);
+    }
+  });
+}
+
+TEST(UsualReader, FailsWhereAFieldIsCutOffAndStoresNothing) {
+  const Datagram b(Hex("00 01 02 03 04 05"));
+  UsualReader r(zun::BodyIn(b, 1, 6, {0, 0}));
+  ZunUint32 value = 0xAAAAAAAA;
+  EXPECT_FALSE(r.Fields<6>([&](auto& f) { return f.U32(&value); }));
+  EXPECT_EQ(value, 0xAAAAAAAA);
+  EXPECT_TRUE(r.U32(&value));
+  EXPECT_EQ(value, 0x01020304U);
+  EXPECT_FALSE(r.U32(&value));
+  EXPECT_EQ(r.Take(2), nullptr);
+  EXPECT_FALSE(r.AtEnd());
+  EXPECT_EQ(*r.Take(1), 5);
+  EXPECT_TRUE(r.AtEnd());
+}
+
+// A string in front of the end is for the careful reader; none makes the old one empty.
+TEST(UsualReader, ReadsNoString) {
+  const Datagram b(Hex("00 01"));
+  const Datagram old("old");
+  ZunString s;
+  ASSERT_NE(ZunStringConstructCopy(&s, old.get()), nullptr);
+  UsualReader r(zun::BodyIn(b, 1, 2, {0, 0}));
+  EXPECT_FALSE(r.StringToEnd(&s));
+  EXPECT_STREQ(ZunStringCStr(&s), "old");
+  ASSERT_NE(r.Take(1), nullptr);
+  EXPECT_TRUE(r.StringToEnd(&s));
+  EXPECT_STREQ(ZunStringCStr(&s), "");
+  ZunStringDestruct(&s);
+}
+
+TEST(UsualReader, GivesBackTheEntriesThatItHeld) {
+  const Datagram b(Hex("00"));
+  zun::ReadTerms terms = {ZUN_RTCP_DIALECT_HOUSE, 5, 0, ZUN_RTCP_DECODE_REASON_NONE, 0};
+  zun::Body body = zun::BodyIn(b, 0, 1, {0, 0});
+  body.terms = &terms;
+  UsualReader r(body);
+  EXPECT_TRUE(r.MayHoldEntries(2));
+  EXPECT_FALSE(r.MayHoldEntries(4));
+  EXPECT_TRUE(r.MayHoldEntries(3));
+  EXPECT_EQ(terms.entries_left, 0U);
+  r.GiveBack();
+  EXPECT_EQ(terms.entries_left, 5U);
+  EXPECT_EQ(terms.reason, ZUN_RTCP_DECODE_REASON_NONE);
 }
 
 }  // namespace

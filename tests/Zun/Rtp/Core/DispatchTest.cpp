@@ -102,7 +102,7 @@ class Dispatch : public ::testing::Test {
   bool Read(ZunInt32 value, ZunRtcpSubpacket* p) {
     zun::Body body = {};
     body.begin = 4;
-    return TestDispatch::AssignFromBody(Level::RowOf(value), p, body, [this](ZunAllocator* own) {
+    return TestDispatch::AssignFromBody(Level::RowOf(value), p, body, [this](const zun::Body&, ZunAllocator* own) {
       own_allocator_ = own;
       return b_.get();
     });

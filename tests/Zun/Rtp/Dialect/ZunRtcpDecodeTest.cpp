@@ -248,6 +248,9 @@ const std::vector<Limited>& LimitedOnes() {
   static const std::vector<Limited> all = {
       {"three subpackets", Hex(kRr) + Hex(kRr) + Golden("Pli"), kSubpackets, 3, 2},
       {"report blocks", Golden("SrTwoBlocks") + Golden("RrTwoBlocks"), kEntries, 4, 1},
+      {"report blocks in front of an extension",
+       Hex("81C90008 00000001 00000002 00000003 00000004 00000005 00000006 00000007 AABBCCDD") + Golden("RrTwoBlocks"),
+       kEntries, 3, 1},
       {"chunks and items", Golden("SdesOneChunk") + Golden("SdesTwoChunks"), kEntries, 2 + 2 + 5, 1},
       {"sources", Golden("ByeWithoutReason") + Golden("ByeAtItsLimits"), kEntries, 32, 1},
       {"sequence number maps", Golden("NackThreeMaps") + Golden("NackOneMap"), kEntries, 4, 1},
@@ -283,6 +286,22 @@ TEST(ZunRtcpDecode, KeepsItsLimitsToTheEntry) {
     EXPECT_EQ(p.reason(), ZUN_RTCP_DECODE_REASON_LIMIT) << Told(p.report);
     EXPECT_EQ(p.report.first.index, limited.last_subpacket);
     EXPECT_EQ(p.count(), limited.last_subpacket);
+  }
+}
+
+// In place as well, where another reader is tried first: what it gave up is not counted twice.
+TEST(ZunRtcpDecode, KeepsTheSameLimitsInPlace) {
+  for (const Limited& limited : LimitedOnes()) {
+    SCOPED_TRACE(limited.what);
+    Decoded p(limited.wire, limited.dialect);
+    ZunRtcpDecodeOptions options = Defaults();
+    options.*limited.limit = limited.needed;
+    EXPECT_TRUE(p.Read(limited.wire, limited.dialect, options)) << Told(p.report);
+    EXPECT_EQ(Everything(p.packet), Everything(Decoded(limited.wire, limited.dialect).packet));
+    options.*limited.limit = limited.needed - 1;
+    EXPECT_FALSE(p.Read(limited.wire, limited.dialect, options));
+    EXPECT_EQ(p.reason(), ZUN_RTCP_DECODE_REASON_LIMIT) << Told(p.report);
+    EXPECT_EQ(p.report.first.index, limited.last_subpacket);
   }
 }
 
