@@ -61,7 +61,7 @@ bool WriteChunk(zun::BodyWriter& w, const ZunRtcpSdesChunk& chunk, bool must_fit
 // the careful reader, which begins again.
 class UsualPass {
  public:
-  UsualPass(const zun::BodyReader& r, ZunAllocator* a) : r_(r.LookAhead()), allocator_(a) {}
+  UsualPass(zun::UsualReader& r, ZunAllocator* a) : r_(r), allocator_(a) {}
 
   bool Read(const ZunVector_ZunRtcpSdesChunk& chunks) {
     for (ZunRtcpSdesChunk* chunk = chunks.begin; chunk != chunks.end; ++chunk) {
@@ -74,11 +74,11 @@ class UsualPass {
  private:
   bool ReadChunk(ZunRtcpSdesChunk* chunk) {
     if (chunk->items.allocator != allocator_ || !r_.U32(&chunk->ssrc)) return false;
-    const ZunSizeT list_begin = r_.Position();
+    const ZunSizeT readable = r_.ReadableBytes();
     for (ZunRtcpSdesItem* item = chunk->items.begin; item != chunk->items.end; ++item) {
       if (!ReadItem(item)) return false;
     }
-    const ZunSizeT items_length = r_.Position() - list_begin;
+    const ZunSizeT items_length = readable - r_.ReadableBytes();
     const ZunUint8* const list_end = r_.Take(ListEndLength(items_length));
     return items_length != 0 && list_end != nullptr && *list_end == ZUN_RTCPSDESITEM_TYPE_EndOfList;
   }
@@ -105,7 +105,7 @@ class UsualPass {
     return text.allocator == allocator_ && text.buf != nullptr && size <= text.capacity;
   }
 
-  zun::BodyReader r_;
+  zun::UsualReader& r_;
   ZunAllocator* allocator_;
   ZunSizeT items_ = 0;
 };
@@ -208,15 +208,17 @@ struct Wire {
     return true;
   }
 
+  static bool Read(ZunRtcpSdes* p, zun::UsualReader& r, const zun::Body& body) {
+    const ZunUint8 count = body.header.count;
+    if (count == 0 || count != Chunks::Size(&p->chunks)) return false;
+    UsualPass pass(r, p->chunks.allocator);
+    return pass.Read(p->chunks) && r.MayHoldEntries(count + pass.items());
+  }
   static bool Read(ZunRtcpSdes* p, zun::BodyReader& r, const zun::Body& body) {
     const ZunUint8 count = body.header.count;
     if (count == 0) {
       if (body.IsDecoded()) Chunks::Clear(&p->chunks);
       return r.NeedEnd();
-    }
-    if (count == Chunks::Size(&p->chunks)) {
-      UsualPass pass(r, p->chunks.allocator);
-      if (pass.Read(p->chunks) && r.MayHoldEntries(count + pass.items())) return true;
     }
     // One request for all that the body can hold. Where it is refused, the list grows as far as it is let.
     if (count > Chunks::Capacity(&p->chunks)) {
