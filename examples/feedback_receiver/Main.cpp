@@ -1,8 +1,8 @@
 // usage: feedback_receiver ANSWER_PORT SECONDS [house|registered]
 // Receives RTP on the loopback interface and answers as a receiver of video does, to ANSWER_PORT there: receiver
 // reports, NACK for gaps, PLI at the start and after a blackout, FIR soon after that one, REMB, transport-wide
-// feedback, BYE at the end. It first prints the ports at which it listens, then a line for all that the peer says, and
-// at the end what it counted.
+// feedback, BYE at the end. It first prints the ports at which it listens, then a line for all that it and the peer
+// say and for every packet that was missing and came after all, and at the end what it counted.
 //
 // Payload type 96 is the media, 97 its retransmissions (RFC 4588), header extension 1 the transport-wide number.
 #include <poll.h>
@@ -30,8 +30,10 @@ constexpr unsigned kTransportExtension = 1;
 constexpr unsigned kClockRate = 90000;
 constexpr auto kReportInterval = 500ms;
 constexpr auto kTransportInterval = 100ms;
-constexpr auto kBlackout = 400ms;
-constexpr auto kUntilCommand = 200ms;  // from the PLI after a blackout to the FIR
+constexpr auto kBlackout = 500ms;
+constexpr unsigned kBlackoutPackets = 5;  // a machine that was busy for so long has lost none
+// From the PLI after a blackout to the FIR. What comes within two round trips of a request, senders take for the same.
+constexpr auto kUntilCommand = 1s;
 constexpr float kEstimate = 2e6F;
 constexpr std::uint16_t kMostLost = 1000;  // more in a row are a new beginning
 
@@ -66,14 +68,16 @@ class FeedbackReceiver {
     if (header->transport_seq) RecordTransport(*header->transport_seq, now);
     if (header->payload_type == kRetransmissionType && header->payload.size() >= 2) {
       ++retransmitted_;
-      if (reception_.Recovered(ZunUint16FromOctets(header->payload.data()))) ++recovered_;
+      const std::uint16_t seq = ZunUint16FromOctets(header->payload.data());
+      if (reception_.Recovered(seq)) PrintRecovered(seq);
     }
     if (header->payload_type != kMediaType) return;
     const bool is_first = !reception_.has_begun();
-    const bool is_after_blackout = !is_first && now - last_media_ > kBlackout;
+    const bool is_after_blackout =
+        !is_first && now - last_media_ > kBlackout && reception_.MissingBefore(*header) >= kBlackoutPackets;
     media_ = header->ssrc;
     last_media_ = now;
-    reception_.Arrived(*header, now);
+    if (reception_.Arrived(*header, now)) PrintRecovered(header->seq);
     wants_picture_ |= is_first || is_after_blackout;
     if (is_after_blackout) {
       reception_.GiveUp();
@@ -194,6 +198,8 @@ class FeedbackReceiver {
       std::cerr << size.error() << '\n';
       return false;
     }
+    for (const View<Subpacket> subpacket : packet) std::cout << "sent " << subpacket << '\n';
+    std::cout << std::flush;
     return rtcp_.SendTo(answer_port_, std::span(buffer_).first(*size));
   }
 
@@ -202,6 +208,11 @@ class FeedbackReceiver {
     Bye bye;
     return AddReport(packet, false) && bye.add(kUs) && bye.reason("the end") && packet.append(std::move(bye)) &&
            Send(packet);
+  }
+
+  void PrintRecovered(std::uint16_t seq) {
+    ++recovered_;
+    std::cout << "recovered " << seq << std::endl;
   }
 
   void PrintCounts() const {

@@ -17,20 +17,28 @@ class Reception {
  public:
   explicit Reception(unsigned clock_rate) : clock_rate_(clock_rate) {}
 
-  void Arrived(const RtpHeader& header, Clock::time_point now) {
+  // How many are missing between the highest that came and this one.
+  unsigned MissingBefore(const RtpHeader& header) const {
+    const int step = StepTo(header);
+    return step > 1 ? static_cast<unsigned>(step - 1) : 0;
+  }
+
+  // True when it was missing: it comes late, or was sent again under its own number.
+  bool Arrived(const RtpHeader& header, Clock::time_point now) {
     if (!has_begun_) {
       has_begun_ = true;
       first_ = highest_ = header.seq;
       last_transit_ = TransitOf(header, now);
     }
     ++received_;
-    const auto step = static_cast<std::int16_t>(header.seq - static_cast<std::uint16_t>(highest_));
-    for (std::int16_t i = 1; i < step; ++i) missing_[highest_ + static_cast<std::uint32_t>(i)] = {};
+    const int step = StepTo(header);
+    for (int i = 1; i < step; ++i) missing_[highest_ + static_cast<std::uint32_t>(i)] = {};
     if (step > 0) highest_ += static_cast<std::uint32_t>(step);
-    if (step <= 0) missing_.erase(highest_ + static_cast<std::uint32_t>(step));  // late
+    const bool was_missing = step < 0 && missing_.erase(highest_ + static_cast<std::uint32_t>(step)) > 0;
     const std::int64_t transit = TransitOf(header, now);
     jitter_ += (static_cast<double>(std::abs(transit - last_transit_)) - jitter_) / 16;
     last_transit_ = transit;
+    return was_missing;
   }
 
   // A packet came in a retransmission. It stays lost in the reports. True when it was missing.
@@ -88,6 +96,10 @@ class Reception {
     int times = 0;
     Clock::time_point next{};
   };
+
+  int StepTo(const RtpHeader& header) const {
+    return static_cast<std::int16_t>(header.seq - static_cast<std::uint16_t>(highest_));
+  }
 
   // In units of the RTP timestamp; only its changes mean something.
   std::int64_t TransitOf(const RtpHeader& header, Clock::time_point now) const {
