@@ -1,0 +1,137 @@
+"""What the tests against peers that are not ours share: our feedback receiver, the road between the two, and asserts."""
+
+import subprocess
+import sys
+import threading
+import time
+
+PATIENCE = 30  # seconds that a run may take; where nothing is slow it takes 5
+LIMIT = 40  # after which everything is given up
+MEDIA, RECEIVER = 0x12345678, 0x5A554E01  # the SSRCs
+MEDIA_TYPE, RETRANSMISSION_TYPE = 96, 97
+
+
+def skip_unless_installed(missing):
+    if missing:
+        print(f"skipped: not installed: {', '.join(missing)}")
+        sys.exit(77)
+
+
+class Receiver:
+    """A run of the feedback receiver, and the lines that it has printed so far."""
+
+    def __init__(self, program, answer_port, dialect):
+        self.process = subprocess.Popen(
+            [program, str(answer_port), str(LIMIT), dialect], stdout=subprocess.PIPE, text=True
+        )
+        self.lines = []
+        _, rtp_port, rtcp_port = self.process.stdout.readline().split()
+        self.rtp_port, self.rtcp_port = int(rtp_port), int(rtcp_port)
+        self.reading = threading.Thread(target=self.read, daemon=True)
+        self.reading.start()
+
+    def read(self):
+        for line in self.process.stdout:
+            self.lines.append(line)
+
+    def that_begin(self, words):
+        """What follows these words in the lines that begin with them."""
+        return [line.rstrip("\n")[len(words) :] for line in self.lines if line.startswith(words)]
+
+    def counted(self):
+        words = self.that_begin("counted ")
+        return {key: int(value) for key, value in (word.split("=") for word in words[0].split())} if words else {}
+
+    def wait(self):
+        """How it ended."""
+        try:
+            return self.process.wait(timeout=LIMIT)
+        except subprocess.TimeoutExpired:
+            return None
+        finally:
+            self.close()
+
+    def close(self):
+        self.process.kill()
+        self.reading.join()
+
+
+class Road:
+    """Loses media packets on purpose: a few in small gaps, then all for a while, then a few in gaps again. It goes on
+    when what was lost in gaps has been recovered, and when a picture has been asked for after the blackout: not at fixed
+    moments, which a busy machine would miss."""
+
+    EVERY = 20  # media packets there is a gap
+    GAPS = (3, 6)  # in all, before the blackout and at the end
+    BLACKOUT = 0.9  # in seconds at least
+    BLACKOUT_PACKETS = 12  # that it takes at least, however slowly they come
+
+    def __init__(self, receiver):
+        self.receiver = receiver
+        self.media_sent = self.gaps = self.lost_in_gaps = self.lost_in_blackout = self.others_lost = 0
+        self.blackout_until = None
+        self.gap_sizes = iter((1, 2) * 3)
+        self.rest_of_gap = 0
+
+    def is_recovered(self):
+        return self.rest_of_gap == 0 and len(self.receiver.that_begin("recovered ")) >= self.lost_in_gaps
+
+    def lost(self):
+        return self.lost_in_gaps + self.lost_in_blackout
+
+    def is_done(self):
+        return self.gaps == self.GAPS[1] and self.is_recovered()
+
+    def passes(self, is_media):
+        """Whether the packet that comes now gets through."""
+        self.media_sent += is_media
+        if self.is_black():
+            self.lost_in_blackout += is_media
+            self.others_lost += not is_media
+            return False
+        if not is_media:
+            return True
+        if self.rest_of_gap == 0 and self.media_sent % self.EVERY == 0 and self.is_time_for_gap():
+            self.gaps += 1
+            self.rest_of_gap = next(self.gap_sizes)
+        if self.rest_of_gap == 0:
+            return True
+        self.rest_of_gap -= 1
+        self.lost_in_gaps += 1
+        return False
+
+    def is_time_for_gap(self):
+        if self.gaps < self.GAPS[0]:
+            return True
+        was_picture_asked_for = len(self.receiver.that_begin("sent FIR")) > 0
+        return was_picture_asked_for and self.gaps < self.GAPS[1]
+
+    def is_black(self):
+        if self.gaps < self.GAPS[0] or not self.is_recovered():
+            return False
+        now = time.monotonic()
+        if self.blackout_until is None:
+            self.blackout_until = now + self.BLACKOUT
+        return now < self.blackout_until or self.lost_in_blackout < self.BLACKOUT_PACKETS
+
+
+class Asserts:
+    def __init__(self):
+        self.count = self.failed = 0
+
+    def that(self, holds, what):
+        self.count += 1
+        self.failed += 0 if holds else 1
+        print(("ok      " if holds else "FAILED  ") + what)
+
+    def equal(self, one, other, what):
+        self.that(one == other, what)
+        if one != other:
+            print(f"        {one}\n        {other}")
+
+    def conclude(self, lines):
+        """The exit status. What was said is printed where it did not go well."""
+        print(f"{self.count} assertions, {self.failed} failed")
+        if self.failed:
+            print("".join(lines))
+        return 1 if self.failed else 0
