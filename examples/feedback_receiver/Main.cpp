@@ -1,7 +1,8 @@
 // usage: feedback_receiver ANSWER_PORT SECONDS [house|registered]
 // Receives RTP on the loopback interface and answers as a receiver of video does, to ANSWER_PORT there: receiver
 // reports, NACK for gaps, PLI at the start and after a blackout, FIR soon after that one, REMB, transport-wide
-// feedback, BYE at the end. It first prints the ports at which it listens, then a line for all that it and the peer
+// feedback, the answer to a reference time, BYE at the end; in the registered dialect TMMBR as well, until a TMMBN
+// confirms it. It first prints the ports at which it listens, then a line for all that it and the peer
 // say and for every packet that was missing and came after all, and at the end what it counted.
 //
 // Payload type 96 is the media, 97 its retransmissions (RFC 4588), header extension 1 the transport-wide number.
@@ -14,6 +15,8 @@
 #include <map>
 #include <string>
 
+#include "Zun/Rtp/Dialect/ZunRtcpTmmb.h"
+#include "examples/feedback_receiver/ExtendedReports.h"
 #include "examples/feedback_receiver/Reception.h"
 #include "examples/feedback_receiver/RtpHeader.h"
 #include "examples/feedback_receiver/UdpSocket.h"
@@ -35,7 +38,12 @@ constexpr unsigned kBlackoutPackets = 5;  // a machine that was busy for so long
 // From the PLI after a blackout to the FIR. What comes within two round trips of a request, senders take for the same.
 constexpr auto kUntilCommand = 1s;
 constexpr float kEstimate = 2e6F;
+constexpr double kLimit = 3e6;
 constexpr std::uint16_t kMostLost = 1000;  // more in a row are a new beginning
+
+std::uint64_t BitsPerSecond(const ZunRtcpTmmbEntry& entry) {
+  return static_cast<std::uint64_t>(ZunRtcpTmmbEntryGetBitrate(&entry));
+}
 
 class FeedbackReceiver {
  public:
@@ -112,7 +120,9 @@ class FeedbackReceiver {
             Overloaded{[&](View<Sr> sr) {
                          if (sr.sender_source() == media_) reception_.SenderReported(sr, Clock::now());
                        },
-                       [&](View<Sdes> sdes) { Named(sdes); }, [&](View<Bye> bye) { Left(bye); }, [](const auto&) {}});
+                       [&](View<Sdes> sdes) { Named(sdes); }, [&](View<Bye> bye) { Left(bye); },
+                       [&](View<UnknownRtpfb>) { Limited(subpacket); },
+                       [&](View<Unknown>) { reference_times_.Read(subpacket, Clock::now()); }, [](const auto&) {}});
     }
   }
 
@@ -127,6 +137,18 @@ class FeedbackReceiver {
     for (const Ssrc source : bye.sources()) has_peer_left_ |= source == media_ || names_[source] == names_[media_];
   }
 
+  // The peer tells who set its limit. Ours is kept when it is us.
+  void Limited(View<Subpacket> subpacket) {
+    ZunRtcpTmmb tmmbn;
+    if (dialect_ != Dialect::registered || ZunRtcpTmmbReadSubpacket(&tmmbn, subpacket.get(), nullptr) == 0) return;
+    ZunRtcpTmmbEntry entry;
+    for (std::size_t i = 0; ZunRtcpTmmbGetEntry(&tmmbn, i, &entry) != 0; ++i) {
+      const bool is_ours = entry.ssrc == kUs;
+      std::cout << "limited to " << BitsPerSecond(entry) << " bit/s by " << (is_ours ? "us" : "another") << std::endl;
+      is_limit_kept_ |= is_ours;
+    }
+  }
+
   // ---- what goes
 
   bool SendWhatIsDue(Clock::time_point now) {
@@ -135,10 +157,11 @@ class FeedbackReceiver {
     const bool is_report_due = now >= next_report_;
     if (is_report_due) next_report_ = now + kReportInterval;
     if (!AddReport(packet, is_report_due) || !AddPictureRequests(packet, now) || !AddNack(packet, now)) return false;
-    if (is_report_due && !AddEstimate(packet)) return false;
+    if (is_report_due && (!AddEstimate(packet) || !reference_times_.AddAnswer(packet, kUs, now, std::cout)))
+      return false;
     if (now >= next_transport_ && !AddTransport(packet, now)) return false;
     const bool is_there_more_than_a_report = packet.size() > 2;
-    return is_report_due || is_there_more_than_a_report ? Send(packet) : true;
+    return is_report_due || is_there_more_than_a_report ? Send(packet, is_report_due && !is_limit_kept_) : true;
   }
 
   // Every compound begins with a report and a name; blocks are in those that are due.
@@ -192,22 +215,36 @@ class FeedbackReceiver {
     return is_appended;
   }
 
-  bool Send(const Packet& packet) {
+  bool Send(const Packet& packet, bool with_limit) {
     const auto size = packet.encode(std::span(buffer_), dialect_);
     if (!size) {
       std::cerr << size.error() << '\n';
       return false;
     }
     for (const View<Subpacket> subpacket : packet) std::cout << "sent " << subpacket << '\n';
+    const std::size_t limit_size = with_limit ? WriteLimit(std::span(buffer_).subspan(*size)) : 0;
     std::cout << std::flush;
-    return rtcp_.SendTo(answer_port_, std::span(buffer_).first(*size));
+    return rtcp_.SendTo(answer_port_, std::span(buffer_).first(*size + limit_size));
+  }
+
+  // The registered TMMBR is no object of a packet, so it is written after one. Returns its size.
+  std::size_t WriteLimit(std::span<std::byte> octets) const {
+    if (dialect_ != Dialect::registered) return 0;
+    ZunRtcpTmmbEntry entry{media_, 0, 0, 40};
+    std::size_t size = 0;
+    if (ZunRtcpTmmbEntrySetBitrate(&entry, kLimit) == 0 ||
+        ZunRtcpTmmbWrite(ZUN_RTCP_TMMB_TYPE_TMMBR, kUs, &entry, 1, octets.data(), octets.size(), &size) == 0) {
+      return 0;
+    }
+    std::cout << "sent TMMBR: at most " << BitsPerSecond(entry) << " bit/s\n";
+    return size;
   }
 
   bool SendBye() {
     Packet packet;
     Bye bye;
     return AddReport(packet, false) && bye.add(kUs) && bye.reason("the end") && packet.append(std::move(bye)) &&
-           Send(packet);
+           Send(packet, false);
   }
 
   void PrintRecovered(std::uint16_t seq) {
@@ -229,12 +266,14 @@ class FeedbackReceiver {
   std::array<std::byte, 65536> buffer_;
   Packet incoming_;  // used again for every datagram
   Reception reception_{kClockRate};
+  ReferenceTimes reference_times_;
   TransportCc transport_;
   std::optional<std::uint16_t> next_transport_seq_;
   Ssrc media_ = 0;
   std::map<Ssrc, std::string> names_;
   bool has_peer_left_ = false;
   bool wants_picture_ = false;
+  bool is_limit_kept_ = false;
   std::optional<Clock::time_point> next_full_picture_;
   Clock::time_point last_media_{};
   Clock::time_point next_report_{};
