@@ -1,5 +1,7 @@
-"""What the tests against peers that are not ours share: our feedback receiver, the road between the two, and asserts."""
+"""What the tests against peers that are not ours share: the feedback receiver, the road between the two, asserts."""
 
+import select
+import socket
 import subprocess
 import sys
 import threading
@@ -17,16 +19,14 @@ def skip_unless_installed(missing):
         sys.exit(77)
 
 
-class Receiver:
-    """A run of the feedback receiver, and the lines that it has printed so far."""
+class Program:
+    """A program that is run, and the lines that it has printed so far."""
 
-    def __init__(self, program, answer_port, dialect):
-        self.process = subprocess.Popen(
-            [program, str(answer_port), str(LIMIT), dialect], stdout=subprocess.PIPE, text=True
-        )
+    def __init__(self, *command):
+        words = [str(word) for word in command]
+        self.process = subprocess.Popen(words, stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
         self.lines = []
-        _, rtp_port, rtcp_port = self.process.stdout.readline().split()
-        self.rtp_port, self.rtcp_port = int(rtp_port), int(rtcp_port)
+        self.ports = [int(port) for port in self.process.stdout.readline().split()[1:]]  # after "listening"
         self.reading = threading.Thread(target=self.read, daemon=True)
         self.reading.start()
 
@@ -56,10 +56,16 @@ class Receiver:
         self.reading.join()
 
 
+class Receiver(Program):
+    def __init__(self, program, answer_port, dialect):
+        super().__init__(program, answer_port, LIMIT, dialect)
+        self.rtp_port, self.rtcp_port = self.ports
+
+
 class Road:
     """Loses media packets on purpose: a few in small gaps, then all for a while, then a few in gaps again. It goes on
-    when what was lost in gaps has been recovered, and when a picture has been asked for after the blackout: not at fixed
-    moments, which a busy machine would miss."""
+    when what was lost in gaps has been recovered, and when a picture has been asked for after the blackout: not at
+    fixed moments, which a busy machine would miss."""
 
     EVERY = 20  # media packets there is a gap
     GAPS = (3, 6)  # in all, before the blackout and at the end
@@ -68,21 +74,32 @@ class Road:
 
     def __init__(self, receiver):
         self.receiver = receiver
-        self.media_sent = self.gaps = self.lost_in_gaps = self.lost_in_blackout = self.others_lost = 0
+        self.media_sent = self.gaps = self.lost_in_blackout = self.others_lost = 0
+        self.lost_in_gaps = []  # by their sequence numbers
         self.blackout_until = None
         self.gap_sizes = iter((1, 2) * 3)
         self.rest_of_gap = 0
 
     def is_recovered(self):
-        return self.rest_of_gap == 0 and len(self.receiver.that_begin("recovered ")) >= self.lost_in_gaps
+        return self.rest_of_gap == 0 and len(self.receiver.that_begin("recovered ")) >= len(self.lost_in_gaps)
 
     def lost(self):
-        return self.lost_in_gaps + self.lost_in_blackout
+        return len(self.lost_in_gaps) + self.lost_in_blackout
+
+    def what_was_lost(self):
+        return (
+            f"{self.media_sent} packets, of which the road lost {len(self.lost_in_gaps)} in {self.gaps} gaps and "
+            f"{self.lost_in_blackout} in the blackout"
+        )
+
+    def are_recovered_those_lost(self):
+        """What the receiver missed and got is what was lost in the gaps."""
+        return [int(seq) for seq in self.receiver.that_begin("recovered ")] == self.lost_in_gaps != []
 
     def is_done(self):
         return self.gaps == self.GAPS[1] and self.is_recovered()
 
-    def passes(self, is_media):
+    def passes(self, rtp, is_media):
         """Whether the packet that comes now gets through."""
         self.media_sent += is_media
         if self.is_black():
@@ -97,7 +114,7 @@ class Road:
         if self.rest_of_gap == 0:
             return True
         self.rest_of_gap -= 1
-        self.lost_in_gaps += 1
+        self.lost_in_gaps.append(int.from_bytes(rtp[2:4], "big"))
         return False
 
     def is_time_for_gap(self):
@@ -113,6 +130,47 @@ class Road:
         if self.blackout_until is None:
             self.blackout_until = now + self.BLACKOUT
         return now < self.blackout_until or self.lost_in_blackout < self.BLACKOUT_PACKETS
+
+
+class LoopbackRoad(Road):
+    """The road as sockets. What the peer sends again under its own number is lost in the blackout only."""
+
+    def __init__(self, receiver_program, dialect):
+        self.sockets = [socket.socket(socket.AF_INET, socket.SOCK_DGRAM) for _ in range(3)]
+        for each in self.sockets:
+            each.bind(("127.0.0.1", 0))
+        self.rtp, self.rtcp, self.answers = self.sockets
+        self.rtp_port, self.rtcp_port, answer_port = (each.getsockname()[1] for each in self.sockets)
+        super().__init__(Receiver(receiver_program, answer_port, dialect))
+        self.peer_port = None
+        self.seen, self.sent_again = set(), []
+
+    def lost(self):
+        """For the receiver, what is sent again under its own number is received, each time."""
+        return super().lost() - (len(self.sent_again) - self.others_lost)
+
+    def carry(self, seconds):
+        """What comes within this time."""
+        end = time.monotonic() + seconds
+        while (left := end - time.monotonic()) > 0:
+            for ready in select.select(self.sockets, [], [], left)[0]:
+                self.carry_one(ready, ready.recv(65536))
+
+    def carry_one(self, ready, datagram):
+        if ready is self.answers:
+            ready.sendto(datagram, ("127.0.0.1", self.peer_port))
+        elif ready is self.rtcp:
+            ready.sendto(datagram, ("127.0.0.1", self.receiver.rtcp_port))
+        elif self.passes_rtp(datagram):
+            ready.sendto(datagram, ("127.0.0.1", self.receiver.rtp_port))
+
+    def passes_rtp(self, datagram):
+        seq = int.from_bytes(datagram[2:4], "big")
+        is_first = seq not in self.seen
+        self.seen.add(seq)
+        if not is_first:
+            self.sent_again.append(seq)
+        return self.passes(datagram, is_first)
 
 
 class Asserts:
