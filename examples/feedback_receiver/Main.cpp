@@ -37,7 +37,7 @@ constexpr auto kBlackout = 500ms;
 constexpr unsigned kBlackoutPackets = 5;  // a machine that was busy for so long has lost none
 // From the PLI after a blackout to the FIR. What comes within two round trips of a request, senders take for the same.
 constexpr auto kUntilCommand = 1s;
-constexpr float kEstimate = 2e6F;
+constexpr float kEstimate = 1.2e6F;
 constexpr double kLimit = 3e6;
 constexpr std::uint16_t kMostLost = 1000;  // more in a row are a new beginning
 

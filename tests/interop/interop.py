@@ -1,5 +1,6 @@
 """What the tests against peers that are not ours share: the feedback receiver, the road between the two, asserts."""
 
+import re
 import select
 import socket
 import subprocess
@@ -57,9 +58,26 @@ class Program:
 
 
 class Receiver(Program):
+    BLOCK = re.compile(
+        rf"block on 0x{MEDIA:08x}, lost (\d+)/256 .*, (-?\d+) in all, "
+        r"highest sequence (\d+) in cycle (\d+), jitter (\d+), (?:no SR yet|last SR 0x(\w+), ([\d.]+) s ago)"
+    )
+
     def __init__(self, program, answer_port, dialect):
         super().__init__(program, answer_port, LIMIT, dialect)
         self.rtp_port, self.rtcp_port = self.ports
+
+    def blocks_sent(self):
+        """Fraction lost, lost in all, highest sequence number, jitter, last SR and seconds since, of every block."""
+        fields = self.BLOCK.findall("\n".join(self.that_begin("sent RR")))
+        return [
+            (int(lost), int(all_), (int(cycle) << 16) + int(seq), int(jitter), int(sr or "0", 16), float(delay or "0"))
+            for lost, all_, seq, cycle, jitter, sr, delay in fields
+        ]
+
+    def asked_for(self):
+        """The sequence numbers of all NACKs."""
+        return [int(seq) for nack in self.that_begin("sent NACK: ") for seq in nack.split("lost ")[1].split()]
 
 
 class Road:

@@ -17,7 +17,8 @@
 enum {
   MEDIA = 0x12345678, /* the SSRC */
   MEDIA_TYPE = 96,
-  TICK = 10, /* in ms, between packets */
+  FIRST_NUMBER = 65500, /* so that a second cycle of sequence numbers begins */
+  TICK = 10,            /* in ms, between packets */
   TICKS_PER_FRAME = 3,
   PAYLOAD_SIZE = 200,
   REPORT_INTERVAL = 500 /* in ms */
@@ -113,6 +114,7 @@ static RtpSession* make_session(RtpProfile* profile, int rtp_port, int rtcp_port
   rtp_session_set_profile(session, profile);
   rtp_session_set_payload_type(session, MEDIA_TYPE);
   rtp_session_set_ssrc(session, MEDIA);
+  rtp_session_set_seq_number(session, FIRST_NUMBER);
   rtp_session_set_source_description(session, "ortp_peer@localhost", NULL, NULL, NULL, NULL, "oRTP", NULL);
   rtp_session_set_local_addr(session, "127.0.0.1", -1, -1);
   rtp_session_set_remote_addr_full(session, "127.0.0.1", rtp_port, "127.0.0.1", rtcp_port);
