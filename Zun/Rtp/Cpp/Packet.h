@@ -203,7 +203,7 @@ using Packet = BasicPacket<Owning<ZunRtcpPacket>>;
 //   for (auto datagram : datagrams) send(datagram);
 //   if (datagrams.error()) ...
 // It can be walked through once. It ends after the last subpacket, or where one does not fit or cannot be encoded;
-// error() tells.
+// error() tells which and why.
 class Datagrams {
  public:
   Datagrams(const ZunRtcpPacket& packet, const ZunRtcpPacket* prefix, Dialect dialect, std::size_t max_size)
@@ -252,7 +252,7 @@ class Datagrams {
                                 prefix, &next_, &size)) {
       size_ = size;
     } else {
-      error_ = size != 0 ? EncodeError::no_room(size) : WhyNot();
+      error_ = size != 0 ? EncodeError::no_room(size, next_) : WhyNot();
     }
   }
   // The fault is the prefix's when the subpacket alone can be written.
