@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "Zun/Rtp/Cpp/Dialect.h"
 #include "Zun/Rtp/Cpp/Result.h"
 #include "Zun/Rtp/Cpp/Subpacket.h"
 #include "Zun/Rtp/Dialect/ZunRtcpComposition.h"
@@ -25,11 +26,6 @@ struct Rebase<ZunRtcpPacket> {
   static bool Assign(ZunRtcpPacket* to, const ZunRtcpPacket* from) noexcept {
     return RebaseElements(&to->subpackets, &from->subpackets);
   }
-};
-
-enum class Dialect : ZunRtcpDialect {
-  house = ZUN_RTCP_DIALECT_HOUSE,           // what the peers of this system speak
-  registered = ZUN_RTCP_DIALECT_REGISTERED  // what the RFCs and drafts describe
 };
 
 // How to decode; the limits are those of ZunRtcpDecodeOptions.
