@@ -5,7 +5,7 @@
 #include <string>
 
 #include "Zun/Rtp/Cpp/Packet.h"
-#include "Zun/Rtp/Dialect/ZunRtcpTmmb.h"
+#include "Zun/Rtp/Cpp/Tmmb.h"
 #include "tools/zunrtcp/Encode/JsonField.h"
 
 namespace zunrtcp {

@@ -1,6 +1,6 @@
 #include <algorithm>
 
-#include "Zun/Rtp/Dialect/ZunRtcpTmmb.h"
+#include "Zun/Rtp/Cpp/Tmmb.h"
 #include "tools/zunrtcp/Stats/StatsCollector.h"
 
 namespace zunrtcp {
@@ -113,13 +113,11 @@ void Observe(View<Remb> remb, const Moment& moment, StreamTable* table) {
 }
 
 void ObserveLimit(const SubpacketView& view, const Moment& moment, StreamTable* table) {
-  ZunRtcpTmmb message;
-  if (!ZunRtcpTmmbRead(&message, view.bytes.data(), view.bytes.size(), nullptr)) return;
-  if (message.type != ZUN_RTCP_TMMB_TYPE_TMMBR) return;
-  ZunRtcpTmmbEntry entry;
-  for (std::size_t i = 0; ZunRtcpTmmbGetEntry(&message, i, &entry); ++i) {
+  const TmmbMessage message(octets_of(view.bytes));
+  if (message.type() != ZUN_RTCP_TMMB_TYPE_TMMBR) return;
+  for (const TmmbEntry& entry : message) {
     Stream* stream = table->About(entry.ssrc, moment.path);
-    if (stream != nullptr) (*stream)[Metric::Limit].Add(moment.seconds, ZunRtcpTmmbEntryGetBitrate(&entry) / kKilo);
+    if (stream != nullptr) (*stream)[Metric::Limit].Add(moment.seconds, bitrate(entry) / kKilo);
   }
 }
 
