@@ -59,20 +59,13 @@ std::string Str(const ZunString* s) { return std::string(ZunStringCStr(s), s->si
 
 std::string Written(const ZunRtcpSubpacket& sp) {
   Text out;
-  ZunRtcpPacket packet;
-  ZunRtcpPacketConstructDefault(&packet, ZunAllocatorGetSystem());
-  EXPECT_TRUE(ZunRtcpPacketAppendSubpacket(&packet, &sp));
-  EXPECT_TRUE(ZunRtcpPacketGetNetworkPacket(&packet, out));
-  ZunRtcpPacketDestruct(&packet);
+  zun::rtcp::Packet packet;
+  EXPECT_TRUE(ZunRtcpPacketAppendSubpacket(packet.get(), &sp));
+  EXPECT_TRUE(ZunRtcpPacketGetNetworkPacket(packet.get(), out));
   return out.str();
 }
 
-Parsed::Parsed(const std::string& bytes, ZunAllocator* a) : ok(false) {
-  ZunRtcpPacketConstructDefault(&packet, a);
-  ok = Read(bytes);
-}
-
-Parsed::~Parsed() { ZunRtcpPacketDestruct(&packet); }
+Parsed::Parsed(const std::string& bytes, ZunAllocator* a) : owned(a), ok(Read(bytes)) {}
 
 bool Parsed::Read(const std::string& bytes) {
   const Datagram datagram(bytes);

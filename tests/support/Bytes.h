@@ -5,8 +5,7 @@
 #include <memory>
 #include <string>
 
-#include "Zun/Rtp/Cpp/List.h"
-#include "Zun/Rtp/ZunRtcpPacket.h"
+#include "Zun/Rtp/Cpp/Packet.h"
 
 namespace test {
 
@@ -61,7 +60,6 @@ std::string Written(const ZunRtcpSubpacket& sp);
 // A compound packet parsed from bytes, as a user would.
 struct Parsed {
   explicit Parsed(const std::string& bytes, ZunAllocator* a = ZunAllocatorGetSystem());
-  ~Parsed();
   Parsed(const Parsed&) = delete;
   Parsed& operator=(const Parsed&) = delete;
 
@@ -70,7 +68,8 @@ struct Parsed {
   ZunSizeT count() const { return ZunRtcpPacketGetSubpacketCount(&packet); }
   std::string bytes() const;  // what it writes; empty when it cannot be written
 
-  ZunRtcpPacket packet;
+  zun::rtcp::Packet owned;
+  ZunRtcpPacket& packet = *owned.get();
   bool ok;
 };
 

@@ -44,14 +44,12 @@ ZunRtcpDecodeOptions Tolerant() {
   return options;
 }
 
-Decoded::Decoded(ZunAllocator* a) { ZunRtcpPacketConstructDefault(&packet, a); }
+Decoded::Decoded(ZunAllocator* a) : owned(a) {}
 
 Decoded::Decoded(const std::string& bytes, ZunRtcpDialect dialect, const ZunRtcpDecodeOptions& options, ZunAllocator* a)
     : Decoded(a) {
   Read(bytes, dialect, options);
 }
-
-Decoded::~Decoded() { ZunRtcpPacketDestruct(&packet); }
 
 bool Decoded::Read(const std::string& bytes, ZunRtcpDialect dialect, const ZunRtcpDecodeOptions& options) {
   const std::unique_ptr<char[]> flush(new char[bytes.size()]);

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "Zun/Rtp/Cpp/Packet.h"
 #include "Zun/Rtp/Dialect/ZunRtcpCodec.h"
 #include "tests/support/Kinds.h"
 
@@ -25,7 +26,6 @@ class Decoded {
   explicit Decoded(ZunAllocator* a = ZunAllocatorGetSystem());
   Decoded(const std::string& bytes, ZunRtcpDialect dialect, const ZunRtcpDecodeOptions& options = Defaults(),
           ZunAllocator* a = ZunAllocatorGetSystem());
-  ~Decoded();
   Decoded(const Decoded&) = delete;
   Decoded& operator=(const Decoded&) = delete;
 
@@ -36,7 +36,8 @@ class Decoded {
   const ZunRtcpSubpacket& operator[](ZunSizeT n) const;
   ZunRtcpDecodeReason reason() const { return report.first.reason; }
 
-  ZunRtcpPacket packet;
+  zun::rtcp::Packet owned;
+  ZunRtcpPacket& packet = *owned.get();
   ZunRtcpDecodeReport report = {};
   std::vector<ZunRtcpDecodeRefusal> refusals;  // as the callback was told
   bool ok = false;

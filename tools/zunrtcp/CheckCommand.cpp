@@ -32,7 +32,7 @@ class Checker {
     if (datagram.missing > 0) return static_cast<void>(++cut_off_);
     const SubpacketWalk walk = WalkSubpackets(datagram.payload);
     if (!walk.fault.empty() && RecogniseSrtcp(datagram.payload)) return static_cast<void>(++srtcp_);
-    const LibraryPacket packet(datagram.payload, ZUN_RTCP_DIALECT_HOUSE, Reading::Tolerant);
+    const LibraryPacket packet(datagram.payload, Dialect::house, Reading::Tolerant);
     for (const SubpacketView& view : walk.subpackets) {
       Add(datagram, {view.type(), AllKinds().NameOf(view)}, JudgeSubpacket(view, packet));
     }

@@ -7,9 +7,9 @@
 #include <limits>
 #include <ostream>
 
-#include "Zun/Rtp/Core/ZunRtcpDialect.h"
 #include "tools/zunrtcp/Capture/DatagramSource.h"
 #include "tools/zunrtcp/Capture/OpenSource.h"
+#include "tools/zunrtcp/Dialect.h"
 #include "tools/zunrtcp/ExitStatus.h"
 #include "tools/zunrtcp/Filter.h"
 
@@ -17,7 +17,7 @@ namespace zunrtcp {
 
 struct DecodeOptions {
   InputOptions input;
-  ZunRtcpDialect dialect = ZUN_RTCP_DIALECT_REGISTERED;
+  Dialect dialect = Dialect::registered;
   Filter filter;
   bool in_colour = false;
   bool verbose = false;

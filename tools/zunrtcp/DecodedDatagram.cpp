@@ -2,21 +2,19 @@
 
 #include <utility>
 
-#include "tools/zunrtcp/Packet/LibraryMessages.h"
+#include "Zun/Rtp/Cpp/Log.h"
 #include "tools/zunrtcp/Packet/LibraryPacket.h"
 #include "tools/zunrtcp/Text.h"
 
 namespace zunrtcp {
 
+using zun::rtcp::DecodeRefusal;
+
 namespace {
 
 // How many packets a datagram may tell of one by one in forms that no object holds: as many as the library allows in
 // those that have one.
-std::size_t MostPacketsTold() {
-  ZunRtcpDecodeOptions options;
-  ZunRtcpDecodeOptionsConstructDefault(&options);
-  return options.maxStatuses;
-}
+std::size_t MostPacketsTold() { return zun::rtcp::DecodeOptions().max_statuses; }
 
 std::size_t PaddingOf(const SubpacketView& view) { return view.padded() ? U8At(view.bytes, view.bytes.size() - 1) : 0; }
 
@@ -28,19 +26,19 @@ class RegisteredDescriber {
 
   void Describe(DecodedSubpacket* subpacket) {
     const SubpacketView& view = subpacket->view;
-    const ZunRtcpDecodeRefusal* refusal = packet_.RefusalOf(view.index);
+    const DecodeRefusal* refusal = packet_.RefusalOf(view.index);
     const bool has_no_object = refusal != nullptr && refusal->reason == ZUN_RTCP_DECODE_REASON_NO_OBJECT;
     if (refusal != nullptr && !has_no_object)
       return Refuse(ZunRtcpDecodeReasonGetText(refusal->reason), refusal->stoppedAt, subpacket);
 
     subpacket->padding = PaddingOf(view);
-    const ZunRtcpSubpacket* object = packet_.Find(view.index);
+    const std::optional<ObjectView> object = packet_.Find(view.index);
     const std::optional<FormFault> fault =
         kinds_.DescribeRegisteredForm(object, view, &packets_left_, &subpacket->description);
     if (fault && fault->reason == nullptr) return;
     if (fault) return Refuse(fault->reason, view.offset + fault->position, subpacket);
     if (has_no_object) return Refuse(ZunRtcpDecodeReasonGetText(refusal->reason), refusal->stoppedAt, subpacket);
-    if (object != nullptr) kinds_.Describe(*object, view, &subpacket->description);
+    if (object) kinds_.Describe(*object, view, &subpacket->description);
   }
 
  private:
@@ -57,7 +55,7 @@ class RegisteredDescriber {
 
 }  // namespace
 
-DecodedDatagram::DecodedDatagram(RtcpDatagram received, ZunRtcpDialect spoken, bool verbose, const Kinds& kinds)
+DecodedDatagram::DecodedDatagram(RtcpDatagram received, Dialect spoken, bool verbose, const Kinds& kinds)
     : datagram(std::move(received)), dialect(spoken) {
   const SubpacketWalk walk = WalkSubpackets(datagram.payload, dialect);
   if (!walk.fault.empty() && datagram.missing == 0) srtcp = RecogniseSrtcp(datagram.payload);
@@ -72,17 +70,21 @@ DecodedDatagram::DecodedDatagram(RtcpDatagram received, ZunRtcpDialect spoken, b
   if (datagram.missing > 0) {
     const std::size_t held = datagram.payload.size();
     verdict = {Outcome::CutOff, {}, {Printed("the capture holds %zu of its %zu bytes", held, held + datagram.missing)}};
-  } else if (dialect == ZUN_RTCP_DIALECT_REGISTERED) {
+  } else if (dialect == Dialect::registered) {
     DecodeRegistered(kinds);
   } else {
     DecodeHouse(walk, kinds);
   }
 }
 
+LibraryPacket DecodedDatagram::Read(Reading reading) {
+  const zun::rtcp::LogHandler log(
+      [this](const zun::rtcp::LogMessage& message) { messages.emplace_back(message.text); });
+  return LibraryPacket(datagram.payload, dialect, reading);
+}
+
 void DecodedDatagram::DecodeHouse(const SubpacketWalk& walk, const Kinds& kinds) {
-  const LibraryMessages log;
-  const LibraryPacket packet(datagram.payload, dialect);
-  messages = log.messages();
+  const LibraryPacket packet = Read(Reading::Strict);
   if (packet.ok()) {
     Describe(packet, kinds);
     verdict = JudgeWriteBack(datagram.payload, walk, packet, kinds);
@@ -95,20 +97,18 @@ void DecodedDatagram::DecodeHouse(const SubpacketWalk& walk, const Kinds& kinds)
 
 void DecodedDatagram::Describe(const LibraryPacket& packet, const Kinds& kinds) {
   for (DecodedSubpacket& subpacket : subpackets) {
-    const ZunRtcpSubpacket* object = packet.Find(subpacket.view.index);
-    subpacket.is_refused = object == nullptr;
-    if (object != nullptr) kinds.Describe(*object, subpacket.view, &subpacket.description);
+    const std::optional<ObjectView> object = packet.Find(subpacket.view.index);
+    subpacket.is_refused = !object;
+    if (object) kinds.Describe(*object, subpacket.view, &subpacket.description);
   }
 }
 
 void DecodedDatagram::DecodeRegistered(const Kinds& kinds) {
-  const LibraryMessages log;
-  const LibraryPacket packet(datagram.payload, dialect, Reading::Tolerant);
-  messages = log.messages();
+  const LibraryPacket packet = Read(Reading::Tolerant);
   RegisteredDescriber describer(datagram.payload, packet, kinds);
   for (DecodedSubpacket& subpacket : subpackets) describer.Describe(&subpacket);
   if (!packet.ok() && packet.refusals().back().index >= subpackets.size()) {
-    const ZunRtcpDecodeRefusal& last = packet.refusals().back();
+    const DecodeRefusal& last = packet.refusals().back();
     fault = RefusalAt(datagram.payload, ZunRtcpDecodeReasonGetText(last.reason), last.offset, last.stoppedAt);
   }
   JudgeRegistered(kinds);

@@ -28,7 +28,7 @@ struct DecodedSubpacket {
 
 struct DecodedDatagram {
   const RtcpDatagram datagram;
-  const ZunRtcpDialect dialect;
+  const Dialect dialect;
   std::vector<DecodedSubpacket> subpackets;  // views of `datagram.payload`
   std::optional<Refusal> fault;              // of what follows them, in the registered dialect
   std::optional<Srtcp> srtcp;                // it is that, and nothing of it is decoded
@@ -37,11 +37,13 @@ struct DecodedDatagram {
 
   // Decodes the datagram with the library and describes all that it reads, within the library's budget. In the house's
   // dialect the datagram is written back.
-  DecodedDatagram(RtcpDatagram received, ZunRtcpDialect spoken, bool verbose, const Kinds& kinds = AllKinds());
+  DecodedDatagram(RtcpDatagram received, Dialect spoken, bool verbose, const Kinds& kinds = AllKinds());
   DecodedDatagram(const DecodedDatagram&) = delete;
   DecodedDatagram& operator=(const DecodedDatagram&) = delete;
 
  private:
+  // Collects what the library logs meanwhile.
+  LibraryPacket Read(Reading reading);
   void DecodeHouse(const SubpacketWalk& walk, const Kinds& kinds);
   void DecodeRegistered(const Kinds& kinds);
   void Describe(const LibraryPacket& packet, const Kinds& kinds);

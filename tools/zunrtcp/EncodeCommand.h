@@ -6,15 +6,15 @@
 #include <ostream>
 #include <string>
 
-#include "Zun/Rtp/Core/ZunRtcpDialect.h"
+#include "tools/zunrtcp/Dialect.h"
 #include "tools/zunrtcp/ExitStatus.h"
 
 namespace zunrtcp {
 
 struct EncodeOptions {
-  std::string path;                       // "-" is standard input
-  std::optional<ZunRtcpDialect> dialect;  // without it each datagram tells; registered when it does not
-  std::string capture;                    // to write to, instead of hex
+  std::string path;                // "-" is standard input
+  std::optional<Dialect> dialect;  // without it each datagram tells; registered when it does not
+  std::string capture;             // to write to, instead of hex
 };
 
 // Prints a line of hex digits for each datagram, or writes a capture file. InputError says what cannot be encoded, with

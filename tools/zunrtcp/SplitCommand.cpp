@@ -12,57 +12,52 @@
 
 namespace zunrtcp {
 
+using zun::rtcp::Datagrams;
+using zun::rtcp::DecodeRefusal;
+using zun::rtcp::EncodeError;
+using zun::rtcp::Packet;
+
 namespace {
 
-// Copies of the first packets of a datagram.
-class Prefix {
- public:
-  Prefix(const LibraryPacket& packet, std::size_t count) {
-    ZunVector_ZunRtcpSubpacketConstructDefault(&subpackets_, ZunAllocatorGetSystem());
-    for (std::size_t i = 0; i < count; ++i) {
-      if (!ZunVector_ZunRtcpSubpacketPushBack(&subpackets_, packet.Find(i))) throw std::bad_alloc();
-    }
-  }
-  ~Prefix() { ZunVector_ZunRtcpSubpacketDestruct(&subpackets_); }
-  Prefix(const Prefix&) = delete;
-  Prefix& operator=(const Prefix&) = delete;
-
-  const ZunVector_ZunRtcpSubpacket* get() const { return &subpackets_; }
-
- private:
-  ZunVector_ZunRtcpSubpacket subpackets_;
+// The first packets of a datagram, which every part repeats, and those that are split.
+struct Halves {
+  Packet repeated;
+  Packet rest;
 };
 
-[[noreturn]] void RefusePart(std::size_t packet, std::size_t needed, const SplitOptions& options) {
-  if (needed == 0) throw InputError(Printed("packet %zu cannot be written", packet));
-  const char* with = options.repeated > 0 ? " with those that are repeated" : "";
-  throw InputError(Printed("packet %zu needs %zu bytes%s, more than %zu", packet, needed, with, options.max_size));
+Halves HalvesOf(const Packet& packet, std::size_t repeated) {
+  Halves halves;
+  for (std::size_t i = 0; i < packet.size(); ++i) {
+    if (!(i < repeated ? halves.repeated : halves.rest).append(packet[i])) throw std::bad_alloc();
+  }
+  return halves;
 }
 
-// The datagrams into which one is split.
-std::vector<std::string> Split(std::string_view datagram, ZunRtcpDialect dialect, const SplitOptions& options) {
-  const LibraryPacket packet(datagram, dialect);
-  if (!packet.ok()) {
-    const ZunRtcpDecodeRefusal& refusal = packet.refusals().front();
+[[noreturn]] void RefusePart(const EncodeError& error, const SplitOptions& options) {
+  const std::size_t packet = options.repeated + error.index();
+  if (error.needed() == 0) throw InputError(Printed("packet %zu cannot be written", packet));
+  const char* with = options.repeated > 0 ? " with those that are repeated" : "";
+  throw InputError(
+      Printed("packet %zu needs %zu bytes%s, more than %zu", packet, error.needed(), with, options.max_size));
+}
+
+// The datagrams into which one is split, as hex digits.
+std::vector<std::string> Split(std::string_view datagram, Dialect dialect, const SplitOptions& options) {
+  const LibraryPacket read(datagram, dialect);
+  if (!read.ok()) {
+    const DecodeRefusal& refusal = read.refusals().front();
     throw InputError(Printed("packet %zu at byte %zu: ", refusal.index, refusal.offset) +
                      ZunRtcpDecodeReasonGetText(refusal.reason));
   }
-  if (options.repeated >= packet.size()) {
+  if (options.repeated >= read.objects().size()) {
     throw InputError(Printed("it has only %s, so nothing follows those that are repeated",
-                             Counted(packet.size(), "packet").c_str()));
+                             Counted(read.objects().size(), "packet").c_str()));
   }
-  const Prefix prefix(packet, options.repeated);
+  const Halves halves = HalvesOf(read.objects(), options.repeated);
+  Datagrams datagrams = halves.rest.datagrams(options.max_size, halves.repeated, dialect);
   std::vector<std::string> parts;
-  for (ZunSizeT next = options.repeated; next < packet.size();) {
-    std::string part(options.max_size, '\0');
-    ZunSizeT size = 0;
-    const ZunSizeT first = next;
-    if (!ZunRtcpPacketEncodePart(packet.get(), part.data(), part.size(), dialect, first, prefix.get(), &next, &size)) {
-      RefusePart(first, size, options);
-    }
-    part.resize(size);
-    parts.push_back(part);
-  }
+  for (const std::span<const std::byte> part : datagrams) parts.push_back(HexDigits(part));
+  if (datagrams.error()) RefusePart(*datagrams.error(), options);
   return parts;
 }
 
@@ -72,10 +67,10 @@ class Splitter {
 
   // `make` gives the bytes of the next datagram.
   template <class Make>
-  void Take(const std::string& name, ZunRtcpDialect dialect, Make make) {
+  void Take(const std::string& name, Dialect dialect, Make make) {
     ++count_;
     try {
-      for (const std::string& part : Split(make(), dialect, options_)) *out_ << HexDigits(part) << '\n';
+      for (const std::string& part : Split(make(), dialect, options_)) *out_ << part << '\n';
     } catch (const InputError& error) {
       throw InputError(name + Printed(": datagram %zu: ", count_) + error.what());
     }
@@ -95,7 +90,7 @@ void SplitJson(const SplitOptions& options, Splitter* splitter) {
   JsonReader reader(options.path);
   while (const std::optional<JsonField::Json> value = reader.Next()) {
     const JsonField datagram(*value, "");
-    const ZunRtcpDialect dialect = DialectOf(datagram, options.dialect);
+    const Dialect dialect = DialectOf(datagram, options.dialect);
     splitter->Take(reader.name(), dialect, [&] { return EncodeDatagram(datagram, dialect); });
   }
   splitter->Finish(reader.name());
@@ -103,7 +98,7 @@ void SplitJson(const SplitOptions& options, Splitter* splitter) {
 
 void SplitHex(const SplitOptions& options, Splitter* splitter) {
   HexReader reader(options.path);
-  const ZunRtcpDialect dialect = options.dialect.value_or(ZUN_RTCP_DIALECT_REGISTERED);
+  const Dialect dialect = options.dialect.value_or(Dialect::registered);
   while (const std::optional<RtcpDatagram> datagram = reader.Next()) {
     splitter->Take(reader.path(), dialect, [&] { return datagram->payload; });
   }

@@ -7,17 +7,17 @@
 #include <ostream>
 #include <string>
 
-#include "Zun/Rtp/Core/ZunRtcpDialect.h"
+#include "tools/zunrtcp/Dialect.h"
 #include "tools/zunrtcp/ExitStatus.h"
 
 namespace zunrtcp {
 
 struct SplitOptions {
-  std::string path;                       // "-" is standard input
-  bool json = false;                      // it is that, and no hex text
-  std::optional<ZunRtcpDialect> dialect;  // without it JSON tells; registered when it does not
-  std::size_t max_size = 0;               // of a datagram, in bytes
-  std::size_t repeated = 0;               // how many packets at the beginning are repeated in every datagram
+  std::string path;                // "-" is standard input
+  bool json = false;               // it is that, and no hex text
+  std::optional<Dialect> dialect;  // without it JSON tells; registered when it does not
+  std::size_t max_size = 0;        // of a datagram, in bytes
+  std::size_t repeated = 0;        // how many packets at the beginning are repeated in every datagram
 };
 
 // Prints a line of hex digits for each datagram. InputError says what cannot be read or does not fit; what comes before

@@ -5,14 +5,14 @@
 #include <ostream>
 #include <string>
 
-#include "Zun/Rtp/Core/ZunRtcpDialect.h"
 #include "tools/zunrtcp/Capture/OpenSource.h"
+#include "tools/zunrtcp/Dialect.h"
 
 namespace zunrtcp {
 
 struct StatsOptions {
   InputOptions input;
-  ZunRtcpDialect dialect = ZUN_RTCP_DIALECT_REGISTERED;
+  Dialect dialect = Dialect::registered;
   bool json = false;
   bool csv = false;
   std::string html;  // the page to write; empty: none

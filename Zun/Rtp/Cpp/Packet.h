@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "Zun/Rtp/Cpp/Dialect.h"
 #include "Zun/Rtp/Cpp/Result.h"
 #include "Zun/Rtp/Cpp/Subpacket.h"
 #include "Zun/Rtp/Dialect/ZunRtcpComposition.h"
@@ -25,11 +26,6 @@ struct Rebase<ZunRtcpPacket> {
   static bool Assign(ZunRtcpPacket* to, const ZunRtcpPacket* from) noexcept {
     return RebaseElements(&to->subpackets, &from->subpackets);
   }
-};
-
-enum class Dialect : ZunRtcpDialect {
-  house = ZUN_RTCP_DIALECT_HOUSE,           // what the peers of this system speak
-  registered = ZUN_RTCP_DIALECT_REGISTERED  // what the RFCs and drafts describe
 };
 
 // How to decode; the limits are those of ZunRtcpDecodeOptions.
@@ -203,7 +199,7 @@ using Packet = BasicPacket<Owning<ZunRtcpPacket>>;
 //   for (auto datagram : datagrams) send(datagram);
 //   if (datagrams.error()) ...
 // It can be walked through once. It ends after the last subpacket, or where one does not fit or cannot be encoded;
-// error() tells.
+// error() tells which and why.
 class Datagrams {
  public:
   Datagrams(const ZunRtcpPacket& packet, const ZunRtcpPacket* prefix, Dialect dialect, std::size_t max_size)
@@ -252,7 +248,7 @@ class Datagrams {
                                 prefix, &next_, &size)) {
       size_ = size;
     } else {
-      error_ = size != 0 ? EncodeError::no_room(size) : WhyNot();
+      error_ = size != 0 ? EncodeError::no_room(size, next_) : WhyNot();
     }
   }
   // The fault is the prefix's when the subpacket alone can be written.

@@ -4,127 +4,18 @@
 #define ZUN_RTP_CPP_PRINT_H
 
 #include <array>
-#include <cstdarg>
-#include <cstdio>
-#include <ctime>
 #include <ostream>
 #include <string>
 #include <string_view>
 
 #include "Zun/Rtp/Cpp/Packet.h"
-#include "Zun/Rtp/Reports/ZunRtcpSdesItemPriv.h"
+#include "Zun/Rtp/Cpp/Words.h"
 
 namespace zun::rtcp {
 
-// ---- words
-
 namespace words {
 
-// printf into a string.
-#if defined(__GNUC__)
-__attribute__((format(printf, 1, 2)))
-#endif
-inline std::string
-Printed(const char* format, ...) {
-  std::array<char, 256> text;
-  va_list arguments;
-  va_start(arguments, format);
-  const int size = std::vsnprintf(text.data(), text.size(), format, arguments);
-  va_end(arguments);
-  const std::size_t most = text.size() - 1;
-  return {text.data(), size < 0 ? 0 : static_cast<std::size_t>(size) < most ? static_cast<std::size_t>(size) : most};
-}
-
-// "1 datagram", "2 datagrams".
-inline std::string Counted(std::size_t n, std::string_view noun) {
-  return std::to_string(n).append(" ").append(noun).append(n == 1 ? "" : "s");
-}
-
-// Text of a peer's in double quotes: a byte that is not printable ASCII appears as \xNN, a quote or backslash after a
-// backslash.
-inline std::string Quoted(std::string_view bytes) {
-  std::string text = "\"";
-  for (const char c : bytes) {
-    const auto octet = static_cast<unsigned char>(c);
-    if (octet < 0x20 || octet > 0x7E) {
-      text += Printed("\\x%02x", octet);
-    } else {
-      if (c == '"' || c == '\\') text += '\\';
-      text += c;
-    }
-  }
-  return text + '"';
-}
-
-// The octets as hex digits; beyond 32 cut, with the number of those left out.
-inline std::string HexDigits(std::span<const std::byte> octets) {
-  constexpr std::size_t kMost = 32;
-  std::string text;
-  for (const std::byte octet : octets.first(octets.size() < kMost ? octets.size() : kMost)) {
-    text += Printed("%02x", std::to_integer<unsigned>(octet));
-  }
-  if (octets.size() > kMost) text += "... (" + Counted(octets.size() - kMost, "more byte") + ")";
-  return text;
-}
-
-inline std::string SourceName(Ssrc ssrc) { return Printed("0x%08x", ssrc); }
-inline std::string SourceNames(std::span<const Ssrc> sources) {
-  std::string text;
-  for (const Ssrc source : sources) text.append(text.empty() ? "" : " ").append(SourceName(source));
-  return text;
-}
-
-// A line in the making: "NAME: field, field; item, item".
-class Line {
- public:
-  explicit Line(std::string name) : text_(std::move(name)) {}
-
-  void Add(std::string_view words) {
-    text_.append(is_first_ ? ": " : is_item_ ? "; " : ", ").append(words);
-    is_first_ = is_item_ = false;
-  }
-  // The next words begin an item of a list.
-  void NextItem() { is_item_ = true; }
-  // The next words follow a colon.
-  void Open() { is_first_ = true; }
-  void Close() { is_first_ = false; }
-  void AddSource(std::string_view label, Ssrc ssrc) { Add(std::string(label).append(" ").append(SourceName(ssrc))); }
-  void AddNumber(std::string_view label, std::uint64_t number, std::string_view unit = {}) {
-    Add(std::string(label).append(" ").append(std::to_string(number)).append(unit.empty() ? "" : " ").append(unit));
-  }
-  // Nothing when there are none.
-  void AddOctets(std::string_view label, std::span<const std::byte> octets) {
-    if (!octets.empty()) Add(std::string(label).append(" ").append(HexDigits(octets)));
-  }
-  void AddText(std::string_view label, std::string_view text) {
-    Add(std::string(label).append(" ").append(Quoted(text)));
-  }
-
-  std::string Take() { return std::move(text_); }
-
- private:
-  std::string text_;
-  bool is_first_ = true;
-  bool is_item_ = false;
-};
-
 // ---- reports
-
-// The NTP time as it stands, and as a date where it is one: some senders count from their own start.
-inline std::string NtpWords(std::uint64_t ntp) {
-  constexpr std::int64_t kNtpToUnix = 2208988800;
-  const auto seconds = static_cast<std::int64_t>(ntp >> 32);
-  const std::uint64_t fraction = ntp & 0xFFFFFFFF;
-  const std::string number =
-      Printed("0x%08llx.%08llx", static_cast<unsigned long long>(seconds), static_cast<unsigned long long>(fraction));
-  if (seconds < kNtpToUnix) return "NTP " + number;
-  const std::time_t unix_time = seconds - kNtpToUnix;
-  std::tm parts{};
-  if (gmtime_r(&unix_time, &parts) == nullptr) return "NTP " + number;
-  return Printed("NTP %04d-%02d-%02d %02d:%02d:%02d.%06u (%s)", parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_mday,
-                 parts.tm_hour, parts.tm_min, parts.tm_sec, static_cast<unsigned>(fraction * 1000000 >> 32),
-                 number.c_str());
-}
 
 inline void Describe(const ReportBlock& block, Line* line) {
   line->NextItem();
@@ -168,12 +59,9 @@ inline std::string SdesItemName(ZunRtcpSdesItemType type) {
 }
 
 // A PRIV item in its two parts; as it stands when its prefix does not fit.
-inline std::string SdesItemWords(ZunRtcpSdesItemType type, std::string_view text) {
-  if (type == ZUN_RTCPSDESITEM_TYPE_PRIV && text.size() >= 2) {
-    const std::size_t prefix = static_cast<unsigned char>(text[0]);
-    if (prefix < text.size()) return "PRIV " + Quoted(text.substr(1, prefix)) + " = " + Quoted(text.substr(1 + prefix));
-  }
-  return SdesItemName(type) + " " + Quoted(text);
+inline std::string SdesItemWords(const View<SdesItem>& item) {
+  if (const auto priv = item.priv()) return "PRIV " + Quoted(priv->prefix) + " = " + Quoted(priv->value);
+  return SdesItemName(item.type()) + " " + Quoted(item.text());
 }
 
 inline void Describe(const View<Sdes>& sdes, Line* line) {
@@ -181,7 +69,7 @@ inline void Describe(const View<Sdes>& sdes, Line* line) {
     line->NextItem();
     line->AddSource("chunk of", chunk.ssrc());
     line->Open();
-    for (const auto item : chunk.items()) line->Add(SdesItemWords(item.type(), item.text()));
+    for (const auto item : chunk.items()) line->Add(SdesItemWords(item));
     line->Close();
   }
 }

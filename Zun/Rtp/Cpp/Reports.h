@@ -3,6 +3,9 @@
 #ifndef ZUN_RTP_CPP_REPORTS_H
 #define ZUN_RTP_CPP_REPORTS_H
 
+#include <optional>
+#include <string_view>
+
 #include "Zun/Rtp/Cpp/List.h"
 #include "Zun/Rtp/Reports/ZunRtcpApp.h"
 #include "Zun/Rtp/Reports/ZunRtcpBye.h"
@@ -106,6 +109,12 @@ using Rr = BasicRr<Owning<ZunRtcpRr>>;
 
 // ---- SDES
 
+// The parts of the text of a private extension item: views of that text.
+struct SdesPriv {
+  std::string_view prefix;  // names the application that gives the value its meaning
+  std::string_view value;
+};
+
 template <class S>
 class BasicSdesItem : public S {
  public:
@@ -118,6 +127,13 @@ class BasicSdesItem : public S {
   [[nodiscard]] bool text(std::string_view text) noexcept {
     const ZunString bytes = borrowed(text);
     return text.size() <= 255 && ZunStringAssign(&this->get()->text, &bytes) != nullptr;
+  }
+  // The parts of a PRIV item; nothing for other items, and where the text is shorter than its prefix.
+  std::optional<SdesPriv> priv() const noexcept {
+    if (type() != ZUN_RTCPSDESITEM_TYPE_PRIV || text().size() < 2) return std::nullopt;
+    const std::size_t prefix = static_cast<unsigned char>(text()[0]);
+    if (prefix >= text().size()) return std::nullopt;
+    return SdesPriv{text().substr(1, prefix), text().substr(1 + prefix)};
   }
 };
 

@@ -2,6 +2,7 @@
 //   Packet.h               a datagram decoded, looked through, put together, encoded
 //   Subpacket.h            a subpacket of any kind: get_if, visit
 //   Reports.h  TransportFeedback.h  PayloadFeedback.h  ApplicationFeedback.h    the kinds
+//   Xr.h  Tmmb.h           extended reports; TMMBR and TMMBN as registered
 //   List.h  Object.h       lists as ranges; what every object can do: owning, View and Ref
 //   Result.h               a value or an error
 //   Memory.h  Time.h  Log.h  Print.h    allocators, std::chrono, the log, words
@@ -16,5 +17,7 @@
 #include "Zun/Rtp/Cpp/Result.h"
 #include "Zun/Rtp/Cpp/Subpacket.h"
 #include "Zun/Rtp/Cpp/Time.h"
+#include "Zun/Rtp/Cpp/Tmmb.h"
+#include "Zun/Rtp/Cpp/Xr.h"
 
 #endif

@@ -365,10 +365,8 @@ std::string SeenOfAll(const ZunRtcpPacket& packet) {
   return seen;
 }
 
-class OwnedPacket {
- public:
-  explicit OwnedPacket(ZunAllocator* a) { ZunRtcpPacketConstructDefault(&packet, a); }
-  ~OwnedPacket() { ZunRtcpPacketDestruct(&packet); }
+struct OwnedPacket {
+  explicit OwnedPacket(ZunAllocator* a) : owned(a) {}
   OwnedPacket(const OwnedPacket&) = delete;
   OwnedPacket& operator=(const OwnedPacket&) = delete;
   bool Decode(const std::string& wire, ZunRtcpDecodeReport* report = nullptr) {
@@ -376,7 +374,8 @@ class OwnedPacket {
   }
   std::string seen() const { return SeenOfAll(packet); }
 
-  ZunRtcpPacket packet;
+  zun::rtcp::Packet owned;
+  ZunRtcpPacket& packet = *owned.get();
 };
 
 struct PacketOperation {

@@ -17,7 +17,7 @@ inline zunrtcp::RtcpDatagram DatagramOf(const std::string& hex) {
 
 struct Decoded : zunrtcp::DecodedDatagram {
   explicit Decoded(const std::string& hex, bool verbose = false, const zunrtcp::Kinds& kinds = zunrtcp::AllKinds())
-      : DecodedDatagram(DatagramOf(hex), ZUN_RTCP_DIALECT_HOUSE, verbose, kinds) {}
+      : DecodedDatagram(DatagramOf(hex), zunrtcp::Dialect::house, verbose, kinds) {}
 };
 
 }  // namespace test

@@ -71,7 +71,7 @@ std::optional<TimeLimit> TimeOf(const std::string& option, const std::string& te
 
 DecodeOptions OptionsOf(const DecodeArguments& arguments) {
   DecodeOptions options = arguments.options;
-  options.dialect = arguments.dialect == "house" ? ZUN_RTCP_DIALECT_HOUSE : ZUN_RTCP_DIALECT_REGISTERED;
+  options.dialect = DialectNamed(arguments.dialect);
   for (const std::string& text : arguments.sources) {
     const std::optional<std::uint32_t> source = ParseSource(text);
     if (!source) throw InputError("--ssrc: no SSRC: " + text);

@@ -28,7 +28,7 @@ Command DefineEncode(CLI::App* tool) {
   return {encode, [arguments] {
             EncodeOptions options = arguments->options;
             if (!arguments->dialect.empty()) {
-              options.dialect = arguments->dialect == "house" ? ZUN_RTCP_DIALECT_HOUSE : ZUN_RTCP_DIALECT_REGISTERED;
+              options.dialect = DialectNamed(arguments->dialect);
             }
             return RunEncode(options, &std::cout);
           }};

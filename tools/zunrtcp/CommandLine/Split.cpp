@@ -38,7 +38,7 @@ Command DefineSplit(CLI::App* tool) {
   return {split, [arguments] {
             SplitOptions given = arguments->options;
             if (!arguments->dialect.empty()) {
-              given.dialect = arguments->dialect == "house" ? ZUN_RTCP_DIALECT_HOUSE : ZUN_RTCP_DIALECT_REGISTERED;
+              given.dialect = DialectNamed(arguments->dialect);
             }
             return RunSplit(given, &std::cout);
           }};

@@ -18,7 +18,7 @@ struct StatsArguments {
 
 StatsOptions OptionsOf(const StatsArguments& arguments) {
   StatsOptions options = arguments.options;
-  options.dialect = arguments.dialect == "house" ? ZUN_RTCP_DIALECT_HOUSE : ZUN_RTCP_DIALECT_REGISTERED;
+  options.dialect = DialectNamed(arguments.dialect);
   return options;
 }
 

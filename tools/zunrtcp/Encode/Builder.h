@@ -5,28 +5,40 @@
 #include <new>
 #include <span>
 #include <string>
-#include <string_view>
+#include <utility>
 
-#include "Zun/Rtp/ZunRtcpPacket.h"
+#include "Zun/Rtp/Cpp/Packet.h"
 #include "tools/zunrtcp/Encode/JsonField.h"
 
 namespace zunrtcp {
 
 struct Builder {
   const char* kind;  // as decode calls it
-  void (*construct)(ZunRtcpSubpacket* object);
-  void (*fill)(const JsonField& packet, ZunRtcpSubpacket* object);
+  void (*append)(const JsonField& field, zun::rtcp::Packet* packet);
 };
 
-// `kConstruct` makes an object of the kind, and `kFill` gives it the fields.
-template <class Kind, auto kConstruct, void (*kFill)(const JsonField& packet, Kind* object)>
+// What builders share.
+inline void MustBeTrue(bool done) {
+  if (!done) throw std::bad_alloc();
+}
+// Refuses the packet, as encoding it would, where the object has not accepted a value.
+inline void MustAccept(bool is_accepted, const JsonField& packet, ZunRtcpEncodeReason reason) {
+  if (!is_accepted) packet.Refuse(ZunRtcpEncodeReasonGetText(reason));
+}
+template <class Feedback>
+void SetEnds(const JsonField& packet, Feedback* feedback) {
+  feedback->sender(packet["sender"].As<std::uint32_t>());
+  feedback->source(packet["source"].As<std::uint32_t>());
+}
+
+// `kFill` gives an object of the kind its fields.
+template <class Kind, void (*kFill)(const JsonField& field, Kind* object)>
 constexpr Builder BuilderOf(const char* kind) {
-  // Every member of a subpacket begins where it does.
-  return {kind,
-          [](ZunRtcpSubpacket* object) {
-            if (kConstruct(reinterpret_cast<Kind*>(object), ZunAllocatorGetSystem()) == nullptr) throw std::bad_alloc();
-          },
-          [](const JsonField& packet, ZunRtcpSubpacket* object) { kFill(packet, reinterpret_cast<Kind*>(object)); }};
+  return {kind, [](const JsonField& field, zun::rtcp::Packet* packet) {
+            Kind object;
+            kFill(field, &object);
+            MustBeTrue(packet->append(std::move(object)));
+          }};
 }
 
 std::span<const Builder> ReportBuilders();
@@ -36,20 +48,6 @@ std::span<const Builder> ApplicationFeedbackBuilders();
 
 // The builder of a packet that decode keeps as bytes, by its packet type and FMT.
 const Builder& BuilderOfBytes(const JsonField& packet);
-
-// What builders share.
-inline void MustBeTrue(bool done) {
-  if (!done) throw std::bad_alloc();
-}
-inline void SetBytes(ZunString* string, const std::string& bytes) {
-  ZunStringClear(string);
-  MustBeTrue(ZunStringAppendCStrLen(string, bytes.data(), bytes.size()) != nullptr);
-}
-template <class Feedback>
-void SetEnds(const JsonField& packet, Feedback* feedback) {
-  feedback->sender = packet["sender"].As<std::uint32_t>();
-  feedback->source = packet["source"].As<std::uint32_t>();
-}
 
 }  // namespace zunrtcp
 

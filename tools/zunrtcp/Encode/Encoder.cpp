@@ -9,6 +9,8 @@
 
 namespace zunrtcp {
 
+using zun::rtcp::Packet;
+
 namespace {
 
 constexpr std::uint64_t kMostPadding = 255;
@@ -22,51 +24,23 @@ const Builder* FindBuilder(const std::string& kind) {
   return nullptr;
 }
 
-// A packet of the library's with the one object that is built from JSON.
-class BuiltPacket {
- public:
-  explicit BuiltPacket(const JsonField& packet) {
-    ZunRtcpPacketConstructDefault(&packet_, ZunAllocatorGetSystem());
-    ZunRtcpSubpacket object;
-    bool is_constructed = false;
-    try {
-      Build(packet, &object, &is_constructed);
-      MustBeTrue(ZunRtcpPacketAppendSubpacket(&packet_, &object));
-    } catch (...) {
-      if (is_constructed) ZunRtcpSubpacketDestruct(&object);
-      ZunRtcpPacketDestruct(&packet_);
-      throw;
-    }
-    ZunRtcpSubpacketDestruct(&object);
-  }
-  ~BuiltPacket() { ZunRtcpPacketDestruct(&packet_); }
-  BuiltPacket(const BuiltPacket&) = delete;
-  BuiltPacket& operator=(const BuiltPacket&) = delete;
+// Appends the one object that is built from JSON.
+void AppendObject(const JsonField& field, Packet* packet) {
+  const std::string kind = field["kind"].Text();
+  if (kind == "XR") return AppendXr(field, packet);
+  const Builder* found = FindBuilder(kind);
+  const Builder& builder = found != nullptr ? *found : BuilderOfBytes(field);
+  builder.append(field, packet);
+}
 
-  std::string Encode(const JsonField& packet, ZunRtcpDialect dialect) const {
-    std::string octets(ZunRtcpPacketGetEncodedLength(&packet_, dialect), '\0');
-    ZunSizeT size = 0;
-    if (!octets.empty() && ZunRtcpPacketEncode(&packet_, octets.data(), octets.size(), dialect, &size)) return octets;
-    packet.Refuse(ZunRtcpEncodeReasonGetText(ZunRtcpPacketFindUnencodable(&packet_, dialect, nullptr)));
-  }
-
- private:
-  static void Build(const JsonField& packet, ZunRtcpSubpacket* object, bool* is_constructed) {
-    const std::string kind = packet["kind"].Text();
-    if (kind == "XR") {
-      BuildXr(packet, object);
-      *is_constructed = true;
-      return;
-    }
-    const Builder* found = FindBuilder(kind);
-    const Builder& builder = found != nullptr ? *found : BuilderOfBytes(packet);
-    builder.construct(object);
-    *is_constructed = true;
-    builder.fill(packet, object);
-  }
-
-  ZunRtcpPacket packet_;
-};
+std::string EncodeObject(const JsonField& field, Dialect dialect) {
+  Packet packet;
+  AppendObject(field, &packet);
+  std::string octets(packet.encoded_length(dialect), '\0');
+  const auto written = packet.encode(std::as_writable_bytes(std::span(octets)), dialect);
+  if (!written) field.Refuse(ZunRtcpEncodeReasonGetText(written.error().reason()));
+  return octets;
+}
 
 // The subtype of an APP, which no object keeps.
 void PutSubtype(const JsonField& packet, std::string* octets) {
@@ -92,15 +66,15 @@ void AddPadding(const JsonField& packet, std::string* octets) {
   octets->replace(2, 2, length);
 }
 
-std::string EncodePacket(const JsonField& packet, ZunRtcpDialect dialect) {
+std::string EncodePacket(const JsonField& packet, Dialect dialect) {
   if (packet.Find("refused")) packet.Refuse("was refused when it was decoded, so its fields are not known");
   const std::string kind = packet["kind"].Text();
-  const bool is_registered = dialect == ZUN_RTCP_DIALECT_REGISTERED;
+  const bool is_registered = dialect == Dialect::registered;
   std::string octets;
   if (is_registered && (kind == "TMMBR" || kind == "TMMBN")) {
     octets = EncodeTmmb(packet, kind == "TMMBR" ? ZUN_RTCP_TMMB_TYPE_TMMBR : ZUN_RTCP_TMMB_TYPE_TMMBN);
   } else {
-    octets = BuiltPacket(packet).Encode(packet, dialect);
+    octets = EncodeObject(packet, dialect);
   }
   PutSubtype(packet, &octets);
   AddPadding(packet, &octets);
@@ -109,15 +83,15 @@ std::string EncodePacket(const JsonField& packet, ZunRtcpDialect dialect) {
 
 }  // namespace
 
-ZunRtcpDialect DialectOf(const JsonField& datagram, std::optional<ZunRtcpDialect> given) {
+Dialect DialectOf(const JsonField& datagram, std::optional<Dialect> given) {
   if (given) return *given;
   const std::optional<JsonField> field = datagram.Find("dialect");
-  if (!field || field->Text() == "registered") return ZUN_RTCP_DIALECT_REGISTERED;
+  if (!field || field->Text() == "registered") return Dialect::registered;
   if (field->Text() != "house") field->Refuse("is neither registered nor house");
-  return ZUN_RTCP_DIALECT_HOUSE;
+  return Dialect::house;
 }
 
-std::string EncodeDatagram(const JsonField& datagram, ZunRtcpDialect dialect) {
+std::string EncodeDatagram(const JsonField& datagram, Dialect dialect) {
   std::string octets;
   if (const std::optional<JsonField> rest = datagram.Find("refused"))
     rest->Refuse("what follows the last packet is not known");

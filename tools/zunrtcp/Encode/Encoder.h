@@ -5,16 +5,16 @@
 #include <optional>
 #include <string>
 
-#include "Zun/Rtp/Core/ZunRtcpDialect.h"
+#include "tools/zunrtcp/Dialect.h"
 #include "tools/zunrtcp/Encode/JsonField.h"
 
 namespace zunrtcp {
 
 // The bytes of a datagram. InputError, with the path of the field, when it cannot be written.
-std::string EncodeDatagram(const JsonField& datagram, ZunRtcpDialect dialect);
+std::string EncodeDatagram(const JsonField& datagram, Dialect dialect);
 
 // The dialect of a datagram: the one that is given, else the one that it names, else the registered one.
-ZunRtcpDialect DialectOf(const JsonField& datagram, std::optional<ZunRtcpDialect> given);
+Dialect DialectOf(const JsonField& datagram, std::optional<Dialect> given);
 
 }  // namespace zunrtcp
 

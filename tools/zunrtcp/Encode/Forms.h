@@ -4,7 +4,8 @@
 
 #include <string>
 
-#include "Zun/Rtp/Dialect/ZunRtcpCodec.h"
+#include "Zun/Rtp/Cpp/Packet.h"
+#include "Zun/Rtp/Cpp/Tmmb.h"
 #include "tools/zunrtcp/Encode/JsonField.h"
 
 namespace zunrtcp {
@@ -12,8 +13,8 @@ namespace zunrtcp {
 // The octets of a TMMBR or TMMBN (RFC 5104).
 std::string EncodeTmmb(const JsonField& packet, ZunRtcpTmmbType type);
 
-// Constructs an extended report (RFC 3611).
-void BuildXr(const JsonField& packet, ZunRtcpSubpacket* object);
+// Appends an extended report (RFC 3611).
+void AppendXr(const JsonField& field, zun::rtcp::Packet* packet);
 
 }  // namespace zunrtcp
 

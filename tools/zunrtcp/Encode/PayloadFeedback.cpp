@@ -2,6 +2,8 @@
 
 namespace zunrtcp {
 
+using namespace zun::rtcp;
+
 namespace {
 
 constexpr std::uint64_t kMostMacroblocks = 8191;
@@ -9,56 +11,49 @@ constexpr std::uint64_t kMostPictureId = 63;
 constexpr std::uint64_t kMostPayloadType = 127;
 constexpr std::uint64_t kMostTradeOff = 31;
 
-void FillPli(const JsonField& packet, ZunRtcpPsfbPli* pli) {
+void FillPli(const JsonField& packet, Pli* pli) {
   SetEnds(packet, pli);
-  SetBytes(&pli->profile_specific_ext, packet.OptionalBytes("extension"));
+  const std::string extension = packet.OptionalBytes("extension");
+  MustAccept(pli->profile_specific_ext(octets_of(extension)), packet, ZUN_RTCP_ENCODE_REASON_NOT_WHOLE_WORDS);
 }
 
-void FillSli(const JsonField& packet, ZunRtcpPsfbSli* sli) {
+void FillSli(const JsonField& packet, Sli* sli) {
   SetEnds(packet, sli);
   for (const JsonField& field : packet["items"].Elements()) {
-    const ZunRtcpPsfbSliItem item{static_cast<ZunUint16>(field["firstLost"].Unsigned(kMostMacroblocks)),
-                                  static_cast<ZunUint16>(field["lostCount"].Unsigned(kMostMacroblocks)),
-                                  static_cast<ZunUint8>(field["pictureId"].Unsigned(kMostPictureId))};
-    MustBeTrue(ZunVector_ZunRtcpPsfbSliItemPushBack(&sli->items, &item));
+    MustBeTrue(sli->add(static_cast<std::uint16_t>(field["firstLost"].Unsigned(kMostMacroblocks)),
+                        static_cast<std::uint16_t>(field["lostCount"].Unsigned(kMostMacroblocks)),
+                        static_cast<std::uint8_t>(field["pictureId"].Unsigned(kMostPictureId))));
   }
 }
 
-void FillRpsi(const JsonField& packet, ZunRtcpPsfbRpsi* rpsi) {
+void FillRpsi(const JsonField& packet, Rpsi* rpsi) {
   SetEnds(packet, rpsi);
-  rpsi->pt = static_cast<ZunUint8>(packet["payloadType"].Unsigned(kMostPayloadType));
-  rpsi->unbits = packet["unusedBits"].As<std::uint8_t>();
-  SetBytes(&rpsi->rpsi, packet["bitString"].Bytes());
+  MustBeTrue(rpsi->pt(static_cast<std::uint8_t>(packet["payloadType"].Unsigned(kMostPayloadType))));
+  rpsi->unbits(packet["unusedBits"].As<std::uint8_t>());
+  const std::string bit_string = packet["bitString"].Bytes();
+  MustBeTrue(rpsi->rpsi(octets_of(bit_string)));
 }
 
-void FillFir(const JsonField& packet, ZunRtcpPsfbFir* fir) {
+void FillFir(const JsonField& packet, Fir* fir) {
   SetEnds(packet, fir);
   for (const JsonField& field : packet["entries"].Elements()) {
-    const ZunRtcpPsfbFirEntry entry{field["source"].As<std::uint32_t>(), field["sequence"].As<std::uint8_t>()};
-    MustBeTrue(ZunVector_ZunRtcpPsfbFirEntryPushBack(&fir->fci, &entry));
+    MustBeTrue(fir->add(field["source"].As<std::uint32_t>(), field["sequence"].As<std::uint8_t>()));
   }
 }
 
-template <class Kind, class Entry, ZunBool (*kPushBack)(decltype(Kind::fci)*, const Entry*)>
-void FillTradeOffs(const JsonField& packet, Kind* object) {
-  SetEnds(packet, object);
+// Of a TSTR or TSTA.
+template <class Message>
+void FillTradeOffs(const JsonField& packet, Message* message) {
+  SetEnds(packet, message);
   for (const JsonField& field : packet["entries"].Elements()) {
-    const Entry entry{field["source"].As<std::uint32_t>(), field["sequence"].As<std::uint8_t>(),
-                      static_cast<ZunUint8>(field["index"].Unsigned(kMostTradeOff))};
-    MustBeTrue(kPushBack(&object->fci, &entry));
+    MustBeTrue(message->add(field["source"].As<std::uint32_t>(), field["sequence"].As<std::uint8_t>(),
+                            static_cast<std::uint8_t>(field["index"].Unsigned(kMostTradeOff))));
   }
 }
-
-constexpr auto kFillTstr = FillTradeOffs<ZunRtcpPsfbTstr, ZunRtcpPsfbTstrEntry, ZunVector_ZunRtcpPsfbTstrEntryPushBack>;
-constexpr auto kFillTsta = FillTradeOffs<ZunRtcpPsfbTsta, ZunRtcpPsfbTstaEntry, ZunVector_ZunRtcpPsfbTstaEntryPushBack>;
 
 constexpr Builder kBuilders[] = {
-    BuilderOf<ZunRtcpPsfbPli, ZunRtcpPsfbPliConstructDefault, FillPli>("PLI"),
-    BuilderOf<ZunRtcpPsfbSli, ZunRtcpPsfbSliConstructDefault, FillSli>("SLI"),
-    BuilderOf<ZunRtcpPsfbRpsi, ZunRtcpPsfbRpsiConstructDefault, FillRpsi>("RPSI"),
-    BuilderOf<ZunRtcpPsfbFir, ZunRtcpPsfbFirConstructDefault, FillFir>("FIR"),
-    BuilderOf<ZunRtcpPsfbTstr, ZunRtcpPsfbTstrConstructDefault, kFillTstr>("TSTR"),
-    BuilderOf<ZunRtcpPsfbTsta, ZunRtcpPsfbTstaConstructDefault, kFillTsta>("TSTA"),
+    BuilderOf<Pli, FillPli>("PLI"), BuilderOf<Sli, FillSli>("SLI"),         BuilderOf<Rpsi, FillRpsi>("RPSI"),
+    BuilderOf<Fir, FillFir>("FIR"), BuilderOf<Tstr, FillTradeOffs>("TSTR"), BuilderOf<Tsta, FillTradeOffs>("TSTA"),
 };
 
 }  // namespace

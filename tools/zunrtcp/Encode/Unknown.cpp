@@ -2,45 +2,44 @@
 
 namespace zunrtcp {
 
+using namespace zun::rtcp;
+
 namespace {
 
 constexpr std::uint64_t kMostCount = 31;
 
+template <class Kind>
+void SetData(const JsonField& packet, Kind* unknown) {
+  const std::string data = packet["data"].Bytes();
+  MustAccept(unknown->data(octets_of(data)), packet, ZUN_RTCP_ENCODE_REASON_NOT_WHOLE_WORDS);
+}
+
 // Takes what the library reads of these numbers for bytes; the numbers of kinds that it models are no such.
-void FillUnknown(const JsonField& packet, ZunRtcpUnknown* unknown) {
-  unknown->type = packet["type"].As<std::uint8_t>();
-  if (!ZunRtcpSubpacketTypeIsUnknown(unknown->type)) packet["type"].Refuse("is that of another kind");
-  unknown->subtype = static_cast<ZunUint8>(packet["count"].Unsigned(kMostCount));
-  SetBytes(&unknown->data, packet["data"].Bytes());
+void FillUnknown(const JsonField& packet, Unknown* unknown) {
+  const JsonField type = packet["type"];
+  if (!unknown->type(type.As<std::uint8_t>())) type.Refuse("is that of another kind");
+  MustBeTrue(unknown->subtype(static_cast<std::uint8_t>(packet["count"].Unsigned(kMostCount))));
+  SetData(packet, unknown);
 }
 
-void FillRtpfb(const JsonField& packet, ZunRtcpRtpfbUnknown* unknown) {
+template <class Kind>
+void FillFeedback(const JsonField& packet, Kind* unknown) {
   SetEnds(packet, unknown);
   const JsonField format = packet["count"];
-  const auto number = static_cast<ZunRtcpRtpfbType>(format.Unsigned(kMostCount));
-  if (!ZunRtcpRtpfbFeedbackMessageIsUnknown(number)) format.Refuse("is the FMT of another kind");
-  MustBeTrue(ZunRtcpRtpfbUnknownSetFeedbackMessageType(unknown, number));
-  SetBytes(&unknown->data, packet["data"].Bytes());
+  const auto number = static_cast<std::int32_t>(format.Unsigned(kMostCount));
+  if (!unknown->fmt(number)) format.Refuse("is the FMT of another kind");
+  SetData(packet, unknown);
 }
 
-void FillPsfb(const JsonField& packet, ZunRtcpPsfbUnknown* unknown) {
+void FillAfb(const JsonField& packet, UnknownAfb* unknown) {
   SetEnds(packet, unknown);
-  const JsonField format = packet["count"];
-  const auto number = static_cast<ZunRtcpPsfbType>(format.Unsigned(kMostCount));
-  if (!ZunRtcpPsfbTypeIsUnknown(number)) format.Refuse("is the FMT of another kind");
-  MustBeTrue(ZunRtcpPsfbUnknownSetFeedbackMessageType(unknown, number));
-  SetBytes(&unknown->data, packet["data"].Bytes());
+  SetData(packet, unknown);
 }
 
-void FillAfb(const JsonField& packet, ZunRtcpPsfbAfbUnknown* unknown) {
-  SetEnds(packet, unknown);
-  SetBytes(&unknown->data, packet["data"].Bytes());
-}
-
-constexpr Builder kUnknown = BuilderOf<ZunRtcpUnknown, ZunRtcpUnknownConstructDefault, FillUnknown>("");
-constexpr Builder kRtpfb = BuilderOf<ZunRtcpRtpfbUnknown, ZunRtcpRtpfbUnknownConstructDefault, FillRtpfb>("");
-constexpr Builder kPsfb = BuilderOf<ZunRtcpPsfbUnknown, ZunRtcpPsfbUnknownConstructDefault, FillPsfb>("");
-constexpr Builder kAfb = BuilderOf<ZunRtcpPsfbAfbUnknown, ZunRtcpPsfbAfbUnknownConstructDefault, FillAfb>("");
+constexpr Builder kUnknown = BuilderOf<Unknown, FillUnknown>("");
+constexpr Builder kRtpfb = BuilderOf<UnknownRtpfb, FillFeedback>("");
+constexpr Builder kPsfb = BuilderOf<UnknownPsfb, FillFeedback>("");
+constexpr Builder kAfb = BuilderOf<UnknownAfb, FillAfb>("");
 
 }  // namespace
 

@@ -33,7 +33,7 @@ void Description::AddNumber(const char* key, std::string_view label, std::uint64
   Add(key, number, words);
 }
 
-void Description::AddBytes(const char* key, std::string_view label, std::string_view bytes) {
+void Description::AddBytes(const char* key, std::string_view label, std::span<const std::byte> bytes) {
   AddValue(key, HexDigits(bytes));
   if (bytes.empty()) return;
   AddWords(std::string(label) + " " + (verbose_ ? HexDigits(bytes) : HexDigits(bytes, kMostBytesShown)));

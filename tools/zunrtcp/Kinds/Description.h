@@ -11,7 +11,7 @@
 #include <string_view>
 #include <vector>
 
-#include "Zun/Rtp/Core/ZunRtcpDialect.h"
+#include "tools/zunrtcp/Dialect.h"
 
 namespace zunrtcp {
 
@@ -22,8 +22,7 @@ class Description {
   using Value = nlohmann::ordered_json;
 
   // With `verbose`, nothing is cut short and details are shown. `dialect` is that of what is described.
-  explicit Description(bool verbose, ZunRtcpDialect dialect = ZUN_RTCP_DIALECT_HOUSE)
-      : verbose_(verbose), dialect_(dialect) {}
+  explicit Description(bool verbose, Dialect dialect = Dialect::house) : verbose_(verbose), dialect_(dialect) {}
 
   void Add(const char* key, Value value, std::string words);
   // "sender 0x12345678"
@@ -33,7 +32,7 @@ class Description {
   // "jitter 12"; with a unit, "jitter 12 ms"
   void AddNumber(const char* key, std::string_view label, std::uint64_t number, std::string_view unit = {});
   // "data 0a0b0c": for programs all of it, for people the beginning unless verbose. Nothing when there are none.
-  void AddBytes(const char* key, std::string_view label, std::string_view bytes);
+  void AddBytes(const char* key, std::string_view label, std::span<const std::byte> bytes);
   // Text of a peer's, for people with escapes in quotes.
   void AddText(const char* key, std::string_view label, std::string_view text);
 
@@ -49,7 +48,7 @@ class Description {
   void AddList(const char* key) { value_[key] = Value::array(); }
 
   bool verbose() const { return verbose_; }
-  ZunRtcpDialect dialect() const { return dialect_; }
+  Dialect dialect() const { return dialect_; }
   // The words of the fields of this level, one after the other.
   std::string Line() const;
   // Those of the items, one line each, with the items of an item in its line.
@@ -61,7 +60,7 @@ class Description {
   struct Item;
 
   bool verbose_;
-  ZunRtcpDialect dialect_;
+  Dialect dialect_;
   Value value_ = Value::object();
   std::vector<std::string> words_;
   std::deque<Item> items_;

@@ -2,18 +2,19 @@
 
 #include "Zun/Rtp/Dialect/ZunRtcpXr.h"
 #include "tools/zunrtcp/Kinds/FeedbackLayout.h"
-#include "tools/zunrtcp/Packet/LibraryValues.h"
 
 namespace zunrtcp {
+
+using namespace zun::rtcp;
 
 namespace {
 
 constexpr std::string_view kHouseIdentifier = "Nr";  // followed by the number of the message in two bytes
 constexpr std::string_view kRembIdentifier = "REMB";
 
-const ZunRtcpRtpfb& RtpfbIn(const ZunRtcpSubpacket& subpacket) { return *ZunRtcpSubpacketGetRtpfb(&subpacket); }
-const ZunRtcpPsfb& PsfbIn(const ZunRtcpSubpacket& subpacket) { return *ZunRtcpSubpacketGetPsfb(&subpacket); }
-const ZunRtcpPsfbAfb& AfbIn(const ZunRtcpSubpacket& subpacket) { return *ZunRtcpPsfbGetAfb(&PsfbIn(subpacket)); }
+const ZunRtcpRtpfb& RtpfbIn(ObjectView object) { return *ZunRtcpSubpacketGetRtpfb(object.get()); }
+const ZunRtcpPsfb& PsfbIn(ObjectView object) { return *ZunRtcpSubpacketGetPsfb(object.get()); }
+const ZunRtcpPsfbAfb& AfbIn(ObjectView object) { return *ZunRtcpPsfbGetAfb(&PsfbIn(object)); }
 
 // The numbers whose registered form is another than the house's, or which the house keeps as bytes.
 constexpr ZunInt32 kRegisteredTmmbr = 3;
@@ -62,9 +63,7 @@ std::optional<ZunInt32> ValueOn(const KindLevel& level, const Subpacket& subpack
 
 }  // namespace
 
-std::optional<ZunInt32> KindLevel::ValueOf(const ZunRtcpSubpacket& subpacket) const {
-  return ValueOn(*this, subpacket, value_of_object);
-}
+std::optional<ZunInt32> KindLevel::ValueOf(ObjectView object) const { return ValueOn(*this, object, value_of_object); }
 
 std::optional<ZunInt32> KindLevel::ValueOf(const SubpacketView& subpacket) const {
   return ValueOn(*this, subpacket, value_of_bytes);
@@ -73,9 +72,9 @@ std::optional<ZunInt32> KindLevel::ValueOf(const SubpacketView& subpacket) const
 constinit const KindLevel subpacket_level = {
     .outer = nullptr,
     .outer_value = 0,
-    .value_of_object = [](const ZunRtcpSubpacket& subpacket) { return ZunRtcpSubpacketGetType(&subpacket); },
+    .value_of_object = [](ObjectView object) { return object.type(); },
     .value_of_bytes = TypeOfBytes,
-    .unknown_data = [](const ZunRtcpSubpacket& subpacket) { return BytesOf(*ZunRtcpUnknownGetData(&subpacket.unk)); },
+    .unknown_data = [](ObjectView object) { return get_if<Unknown>(object)->data(); },
     .number_words = [](const SubpacketView& subpacket) { return "type " + std::to_string(subpacket.type()); },
     .is_unknown = [](ZunInt32 value) { return ZunRtcpSubpacketTypeIsUnknown(value) != 0; },
 };
@@ -83,11 +82,9 @@ constinit const KindLevel subpacket_level = {
 constinit const KindLevel rtpfb_level = {
     .outer = &subpacket_level,
     .outer_value = ZUN_RTCPSUBPACKET_TYPE_RTPFB,
-    .value_of_object =
-        [](const ZunRtcpSubpacket& subpacket) { return ZunRtcpRtpfbGetFeedbackMessageType(&RtpfbIn(subpacket)); },
+    .value_of_object = [](ObjectView object) { return ZunRtcpRtpfbGetFeedbackMessageType(&RtpfbIn(object)); },
     .value_of_bytes = TransportFormatOfBytes,
-    .unknown_data =
-        [](const ZunRtcpSubpacket& subpacket) { return BytesOf(*ZunRtcpRtpfbUnknownGetData(&RtpfbIn(subpacket).unk)); },
+    .unknown_data = [](ObjectView object) { return get_if<UnknownRtpfb>(object)->data(); },
     .number_words = [](const SubpacketView& subpacket) { return "RTPFB FMT " + std::to_string(subpacket.count()); },
     .is_unknown = [](ZunInt32 value) { return ZunRtcpRtpfbFeedbackMessageIsUnknown(value) != 0; },
 };
@@ -95,11 +92,9 @@ constinit const KindLevel rtpfb_level = {
 constinit const KindLevel psfb_level = {
     .outer = &subpacket_level,
     .outer_value = ZUN_RTCPSUBPACKET_TYPE_PSFB,
-    .value_of_object =
-        [](const ZunRtcpSubpacket& subpacket) { return ZunRtcpPsfbGetFeedbackMessageType(&PsfbIn(subpacket)); },
+    .value_of_object = [](ObjectView object) { return ZunRtcpPsfbGetFeedbackMessageType(&PsfbIn(object)); },
     .value_of_bytes = FormatOfBytes,
-    .unknown_data =
-        [](const ZunRtcpSubpacket& subpacket) { return BytesOf(*ZunRtcpPsfbUnknownGetData(&PsfbIn(subpacket).unk)); },
+    .unknown_data = [](ObjectView object) { return get_if<UnknownPsfb>(object)->data(); },
     .number_words = [](const SubpacketView& subpacket) { return "PSFB FMT " + std::to_string(subpacket.count()); },
     .is_unknown = [](ZunInt32 value) { return ZunRtcpPsfbTypeIsUnknown(value) != 0; },
 };
@@ -107,10 +102,9 @@ constinit const KindLevel psfb_level = {
 constinit const KindLevel afb_level = {
     .outer = &psfb_level,
     .outer_value = ZUN_RTCPPSFB_TYPE_AFB,
-    .value_of_object = [](const ZunRtcpSubpacket& subpacket) { return ZunRtcpPsfbAfbGetType(&AfbIn(subpacket)); },
+    .value_of_object = [](ObjectView object) { return ZunRtcpPsfbAfbGetType(&AfbIn(object)); },
     .value_of_bytes = MessageOfBytes,
-    .unknown_data =
-        [](const ZunRtcpSubpacket& subpacket) { return BytesOf(*ZunRtcpPsfbAfbUnknownGetData(&AfbIn(subpacket).unk)); },
+    .unknown_data = [](ObjectView object) { return get_if<UnknownAfb>(object)->data(); },
     .number_words = MessageNumber,
     .is_unknown = [](ZunInt32 value) { return ZunRtcpPsfbAfbTypeIsUnknown(value) != 0; },
 };

@@ -2,11 +2,12 @@
 #ifndef TOOLS_ZUNRTCP_KINDS_KINDLEVEL_H
 #define TOOLS_ZUNRTCP_KINDS_KINDLEVEL_H
 
+#include <cstddef>
 #include <optional>
+#include <span>
 #include <string>
-#include <string_view>
 
-#include "Zun/Rtp/ZunRtcpPacket.h"
+#include "tools/zunrtcp/Packet/LibraryPacket.h"
 #include "tools/zunrtcp/Packet/SubpacketWalk.h"
 
 namespace zunrtcp {
@@ -22,16 +23,16 @@ struct KindLevel {
   ZunInt32 outer_value;
 
   // These four are asked only about what is on this level.
-  ZunInt32 (*value_of_object)(const ZunRtcpSubpacket& subpacket);
+  ZunInt32 (*value_of_object)(ObjectView object);
   ZunInt32 (*value_of_bytes)(const SubpacketView& subpacket);
-  std::string_view (*unknown_data)(const ZunRtcpSubpacket& subpacket);  // of an object whose value is unknown
-  std::string (*number_words)(const SubpacketView& subpacket);          // "RTPFB FMT 11"
+  std::span<const std::byte> (*unknown_data)(ObjectView object);  // of one whose value is unknown
+  std::string (*number_words)(const SubpacketView& subpacket);    // "RTPFB FMT 11"
 
   // Whether the library keeps bodies of this value as bytes.
   bool (*is_unknown)(ZunInt32 value);
 
   // The value on this level; nothing for a subpacket that is not on it.
-  std::optional<ZunInt32> ValueOf(const ZunRtcpSubpacket& subpacket) const;
+  std::optional<ZunInt32> ValueOf(ObjectView object) const;
   std::optional<ZunInt32> ValueOf(const SubpacketView& subpacket) const;
 };
 

@@ -16,7 +16,7 @@ struct KindRow {
   // The kind, as the library lists it, and what tells the fields of an object of it. RowOf fills these in.
   const KindLevel* level = nullptr;
   ZunInt32 value = 0;
-  void (*describe)(const ZunRtcpSubpacket& subpacket, Description* description) = nullptr;
+  void (*describe)(ObjectView object, Description* description) = nullptr;
 
   const char* name = nullptr;        // "NACK"
   const char* house_name = nullptr;  // where the registered dialect means another form by `name`; null when it does not
@@ -30,8 +30,8 @@ struct KindRow {
   // A remark on a body that looks like the registered form of this number; empty for all others.
   std::string (*remark)(const SubpacketView& subpacket) = nullptr;
 
-  const char* NameIn(ZunRtcpDialect dialect) const {
-    return dialect == ZUN_RTCP_DIALECT_REGISTERED && house_name != nullptr ? house_name : name;
+  const char* NameIn(Dialect dialect) const {
+    return dialect == Dialect::registered && house_name != nullptr ? house_name : name;
   }
 };
 

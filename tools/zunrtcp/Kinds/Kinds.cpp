@@ -79,18 +79,19 @@ std::string Kinds::RemarkOn(const SubpacketView& subpacket) const {
   return unmodelled == nullptr || unmodelled->remark == nullptr ? "" : unmodelled->remark;
 }
 
-void Kinds::Describe(const ZunRtcpSubpacket& object, const SubpacketView& bytes, Description* description) const {
+void Kinds::Describe(ObjectView object, const SubpacketView& bytes, Description* description) const {
   const Path path = PathOf(object);
   // What the library models and no row knows is not looked into: its bytes are all that is certain.
   if (path.rowless != nullptr && !path.rowless->level->is_unknown(path.value)) {
-    return description->AddBytes("data", "data", bytes.body());
+    return description->AddBytes("data", "data", zun::rtcp::octets_of(bytes.body()));
   }
   for (const KindRow* row : path.rows) row->describe(object, description);
   if (path.rowless != nullptr) description->AddBytes("data", "data", path.rowless->level->unknown_data(object));
 }
 
-std::optional<FormFault> Kinds::DescribeRegisteredForm(const ZunRtcpSubpacket* object, const SubpacketView& bytes,
-                                                       std::size_t* packets_left, Description* description) const {
+std::optional<FormFault> Kinds::DescribeRegisteredForm(const std::optional<ObjectView>& object,
+                                                       const SubpacketView& bytes, std::size_t* packets_left,
+                                                       Description* description) const {
   const UnmodelledKind* form = PathOf(bytes).Unmodelled();
   if (form == nullptr || form->describe == nullptr) return std::nullopt;
   return form->describe({bytes, object, packets_left}, description);

@@ -56,11 +56,11 @@ class Kinds {
   std::string RemarkOn(const SubpacketView& subpacket) const;
 
   // Tells the fields of an object that the library has read from the bytes.
-  void Describe(const ZunRtcpSubpacket& object, const SubpacketView& bytes, Description* description) const;
+  void Describe(ObjectView object, const SubpacketView& bytes, Description* description) const;
 
-  // Tells the fields of a registered form that no object holds, from its bytes or the object that keeps these (null
+  // Tells the fields of a registered form that no object holds, from its bytes or the object that keeps these (none
   // when the library refused it), and what is wrong with it. Nothing when it is not one: Describe is for all others.
-  std::optional<FormFault> DescribeRegisteredForm(const ZunRtcpSubpacket* object, const SubpacketView& bytes,
+  std::optional<FormFault> DescribeRegisteredForm(const std::optional<ObjectView>& object, const SubpacketView& bytes,
                                                   std::size_t* packets_left, Description* description) const;
 
   // Makes the bytes received those that the library is to write; OctetsEnd when a field is not there.

@@ -3,6 +3,9 @@
 #ifndef TOOLS_ZUNRTCP_KINDS_ROWOF_H
 #define TOOLS_ZUNRTCP_KINDS_ROWOF_H
 
+#include <type_traits>
+
+#include "Zun/Rtp/Cpp/Subpacket.h"
 #include "tools/zunrtcp/Kinds/KindRow.h"
 
 namespace zunrtcp {
@@ -40,14 +43,25 @@ ZUN_RTCPPSFBAFB_KINDS(ZUNRTCP_LISTED_AFB_)
 #undef ZUNRTCP_LISTED_TYPE_
 #undef ZUNRTCP_LISTED_
 
+// What an object of the kind is described as: a View of it, or for a kind that holds others, as feedback does, the object
+// of the library itself.
+template <class Type, bool = zun::rtcp::HasFace<Type>>
+struct Described {
+  using As = zun::rtcp::LookingAt<const Type>;
+};
+template <class Type>
+struct Described<Type, false> {
+  using As = const Type&;
+};
+
 // The row of a kind with the columns given. `kDescribe` tells the fields of an object; those of the kinds that hold it,
 // such as the sender of feedback, are told before.
-template <class Kind, void (*kDescribe)(const typename Kind::Type& object, Description* description)>
+template <class Kind, void (*kDescribe)(typename Described<typename Kind::Type>::As object, Description* description)>
 constexpr KindRow RowOf(KindRow columns) noexcept {
   columns.level = Kind::kLevel;
   columns.value = Kind::kValue;
-  columns.describe = [](const ZunRtcpSubpacket& subpacket, Description* description) {
-    kDescribe(Kind::In(subpacket), description);
+  columns.describe = [](ObjectView object, Description* description) {
+    kDescribe(Kind::In(*object.get()), description);
   };
   return columns;
 }

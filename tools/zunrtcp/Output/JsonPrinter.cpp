@@ -9,10 +9,10 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-bool IsRegistered(ZunRtcpDialect dialect) { return dialect == ZUN_RTCP_DIALECT_REGISTERED; }
+bool IsRegistered(Dialect dialect) { return dialect == Dialect::registered; }
 
 // The outcomes that there are in a dialect.
-std::vector<Outcome> OutcomesIn(ZunRtcpDialect dialect) {
+std::vector<Outcome> OutcomesIn(Dialect dialect) {
   if (IsRegistered(dialect)) return {Outcome::Read, Outcome::RefusedUnexplained, Outcome::CutOff};
   return {Outcome::Identical,     Outcome::Explained,          Outcome::Unexplained,
           Outcome::RefusedByRule, Outcome::RefusedUnexplained, Outcome::CutOff};

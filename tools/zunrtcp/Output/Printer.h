@@ -22,7 +22,7 @@ class Printer {
 class TextPrinter : public Printer {
  public:
   // `verbose` shows what the library logged as well.
-  TextPrinter(std::ostream* out, ZunRtcpDialect dialect, bool verbose, Colours colours = Colours(false))
+  TextPrinter(std::ostream* out, Dialect dialect, bool verbose, Colours colours = Colours(false))
       : out_(out), dialect_(dialect), verbose_(verbose), colours_(colours) {}
   void Print(const DecodedDatagram& decoded) override;
   void Print(const Totals& totals, const FrameCounts& frames, const std::string& path) override;
@@ -33,7 +33,7 @@ class TextPrinter : public Printer {
   void PrintReadings(const Totals& totals);
 
   std::ostream* out_;
-  ZunRtcpDialect dialect_;
+  Dialect dialect_;
   bool verbose_;
   Colours colours_;
 };
@@ -41,13 +41,13 @@ class TextPrinter : public Printer {
 // For programs: one JSON object on a line for each datagram, the last one with the totals.
 class JsonPrinter : public Printer {
  public:
-  JsonPrinter(std::ostream* out, ZunRtcpDialect dialect) : out_(out), dialect_(dialect) {}
+  JsonPrinter(std::ostream* out, Dialect dialect) : out_(out), dialect_(dialect) {}
   void Print(const DecodedDatagram& decoded) override;
   void Print(const Totals& totals, const FrameCounts& frames, const std::string& path) override;
 
  private:
   std::ostream* out_;
-  ZunRtcpDialect dialect_;
+  Dialect dialect_;
 };
 
 }  // namespace zunrtcp

@@ -95,7 +95,7 @@ void TextPrinter::Print(const DecodedDatagram& decoded) {
     for (const std::string& message : decoded.messages) *out_ << "  log: " << message << '\n';
   }
   // What the registered dialect refuses is told where it stands.
-  const bool is_told = dialect_ == ZUN_RTCP_DIALECT_REGISTERED && decoded.verdict.outcome != Outcome::CutOff;
+  const bool is_told = dialect_ == Dialect::registered && decoded.verdict.outcome != Outcome::CutOff;
   if (!is_told) *out_ << "  " << colours_.In(InkOf(decoded.verdict.outcome), VerdictLine(decoded.verdict)) << '\n';
   *out_ << '\n';
 }
@@ -115,7 +115,7 @@ void TextPrinter::Print(const Totals& totals, const FrameCounts& frames, const s
   *out_ << Printed("  datagrams  %7zu  (%s)\n", totals.datagrams(), FoundAmong(frames).c_str());
   *out_ << Printed("  subpackets %7zu\n", totals.subpackets());
   for (const auto& [kind, count] : totals.kinds()) *out_ << Printed("    %-16s %7zu\n", kind.second.c_str(), count);
-  if (dialect_ == ZUN_RTCP_DIALECT_REGISTERED) {
+  if (dialect_ == Dialect::registered) {
     PrintReadings(totals);
   } else {
     PrintWriteBacks(totals);

@@ -1,4 +1,4 @@
-// The library's compound packet, owned.
+// What the library reads of a datagram, and what it refuses.
 #ifndef TOOLS_ZUNRTCP_PACKET_LIBRARYPACKET_H
 #define TOOLS_ZUNRTCP_PACKET_LIBRARYPACKET_H
 
@@ -8,9 +8,13 @@
 #include <string_view>
 #include <vector>
 
-#include "Zun/Rtp/Dialect/ZunRtcpCodec.h"
+#include "Zun/Rtp/Cpp/Packet.h"
+#include "tools/zunrtcp/Dialect.h"
 
 namespace zunrtcp {
+
+// An object of the library, of any kind.
+using ObjectView = zun::rtcp::View<zun::rtcp::Subpacket>;
 
 enum class Reading {
   Strict,    // the first subpacket that is refused ends it
@@ -20,39 +24,37 @@ enum class Reading {
 class LibraryPacket {
  public:
   // Decodes the bytes of a datagram within the library's budget; ok() tells the outcome.
-  explicit LibraryPacket(std::string_view datagram, ZunRtcpDialect dialect = ZUN_RTCP_DIALECT_HOUSE,
+  explicit LibraryPacket(std::string_view datagram, Dialect dialect = Dialect::house,
                          Reading reading = Reading::Strict);
-  ~LibraryPacket();
-  LibraryPacket(const LibraryPacket&) = delete;
-  LibraryPacket& operator=(const LibraryPacket&) = delete;
 
-  // How many objects there are.
-  std::size_t size() const { return ZunRtcpPacketGetSubpacketCount(&packet_); }
-  const ZunRtcpPacket* get() const { return &packet_; }
+  // The objects, those of what was refused left out.
+  const zun::rtcp::Packet& objects() const { return packet_; }
 
   // Whether nothing was refused.
   bool ok() const { return refusals_.empty(); }
   // In the order of the datagram.
-  const std::vector<ZunRtcpDecodeRefusal>& refusals() const { return refusals_; }
+  const std::vector<zun::rtcp::DecodeRefusal>& refusals() const { return refusals_; }
   // The refusal of subpacket `index` of the datagram; null when it was read, or not come to.
-  const ZunRtcpDecodeRefusal* RefusalOf(std::size_t index) const;
-  // The object of subpacket `index` of the datagram; null when it was refused, or not come to.
-  const ZunRtcpSubpacket* Find(std::size_t index) const;
+  const zun::rtcp::DecodeRefusal* RefusalOf(std::size_t index) const;
+  // The object of subpacket `index` of the datagram; nothing when it was refused, or not come to.
+  std::optional<ObjectView> Find(std::size_t index) const;
 
-  // What the library writes in the house's dialect; nothing when it refuses to.
+  // What the library writes in the dialect that was read; nothing when it does not.
   std::optional<std::string> Write() const;
   // The same of subpacket `index` of the datagram alone.
   std::optional<std::string> Write(std::size_t index) const;
 
  private:
-  LibraryPacket();
-
-  ZunRtcpPacket packet_;
-  std::vector<ZunRtcpDecodeRefusal> refusals_;
+  Dialect dialect_;
+  zun::rtcp::Packet packet_;
+  std::vector<zun::rtcp::DecodeRefusal> refusals_;
 };
 
-// True when the library reads these bytes, in the house's dialect.
-bool LibraryAccepts(std::string_view datagram);
+// True when the library reads these bytes.
+bool LibraryAccepts(std::string_view datagram, Dialect dialect = Dialect::house);
+
+// The bytes of a datagram; nothing when the packet cannot be encoded.
+std::optional<std::string> Encoded(const zun::rtcp::Packet& packet, Dialect dialect);
 
 }  // namespace zunrtcp
 

@@ -26,7 +26,7 @@ std::string FaultOf(std::string_view rest) {
 
 }  // namespace
 
-SubpacketWalk WalkSubpackets(std::string_view datagram, ZunRtcpDialect dialect) {
+SubpacketWalk WalkSubpackets(std::string_view datagram, Dialect dialect) {
   SubpacketWalk walk;
   for (std::size_t offset = 0; offset < datagram.size();) {
     const std::string_view rest = datagram.substr(offset);

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "Zun/Rtp/Core/ZunRtcpDialect.h"
+#include "tools/zunrtcp/Dialect.h"
 #include "tools/zunrtcp/Packet/Octets.h"
 
 namespace zunrtcp {
@@ -19,16 +19,16 @@ inline constexpr unsigned kCountMask = 0x1F;
 
 // One subpacket: a header of 4 bytes and its body (RFC 3550, section 6.1).
 struct SubpacketView {
-  std::size_t index = 0;                            // counted from 0
-  std::size_t offset = 0;                           // in the datagram
-  std::string_view bytes;                           // header included
-  ZunRtcpDialect dialect = ZUN_RTCP_DIALECT_HOUSE;  // that its sender is taken to speak
+  std::size_t index = 0;             // counted from 0
+  std::size_t offset = 0;            // in the datagram
+  std::string_view bytes;            // header included
+  Dialect dialect = Dialect::house;  // that its sender is taken to speak
 
   bool padded() const { return (U8At(bytes, 0) & kPaddingBit) != 0; }
   unsigned count() const { return U8At(bytes, 0) & kCountMask; }
   unsigned type() const { return U8At(bytes, 1); }
   std::string_view body() const { return bytes.substr(kHeaderSize); }
-  bool registered() const { return dialect == ZUN_RTCP_DIALECT_REGISTERED; }
+  bool registered() const { return dialect == Dialect::registered; }
 };
 
 struct SubpacketWalk {
@@ -37,7 +37,7 @@ struct SubpacketWalk {
   std::size_t fault_offset = 0;  // where
 };
 
-SubpacketWalk WalkSubpackets(std::string_view datagram, ZunRtcpDialect dialect = ZUN_RTCP_DIALECT_HOUSE);
+SubpacketWalk WalkSubpackets(std::string_view datagram, Dialect dialect = Dialect::house);
 
 }  // namespace zunrtcp
 

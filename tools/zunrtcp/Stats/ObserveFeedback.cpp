@@ -1,10 +1,11 @@
 #include <algorithm>
 
-#include "Zun/Rtp/Dialect/ZunRtcpTmmb.h"
-#include "tools/zunrtcp/Packet/LibraryValues.h"
+#include "Zun/Rtp/Cpp/Tmmb.h"
 #include "tools/zunrtcp/Stats/StatsCollector.h"
 
 namespace zunrtcp {
+
+using namespace zun::rtcp;
 
 namespace {
 
@@ -26,11 +27,11 @@ void AddNews(const ArrivalNews& news, double seconds, Stream* stream) {
   if (news.packet_rate) (*stream)[Metric::ArrivalRate].Add(seconds, *news.packet_rate);
 }
 
-std::vector<ReportedPacket> PacketsOf(const ZunRtcpRtpfbTransportCc& feedback, UnwrappedCounter* clock) {
-  std::int64_t time = clock->Next(static_cast<std::uint64_t>(feedback.refTime) << kReferenceShift);
+std::vector<ReportedPacket> PacketsOf(View<TransportCc> feedback, UnwrappedCounter* clock) {
+  std::int64_t time = clock->Next(static_cast<std::uint64_t>(feedback.ref_time()) << kReferenceShift);
   std::vector<ReportedPacket> packets;
-  std::uint16_t sequence = feedback.baseSeq;
-  for (const ZunRtcpRtpfbTransportCcPacketInfo& info : Elements(feedback.packetInfo)) {
+  std::uint16_t sequence = feedback.base_seq();
+  for (const TransportCcPacketInfo& info : feedback.packet_info()) {
     ReportedPacket packet{.sequence = sequence++, .received = info.received != 0, .arrival = {}};
     if (info.haveDelta) {
       time += info.delta;
@@ -41,10 +42,10 @@ std::vector<ReportedPacket> PacketsOf(const ZunRtcpRtpfbTransportCc& feedback, U
   return packets;
 }
 
-std::vector<ReportedPacket> PacketsOf(const ZunRtcpRtpfbCcfbStream& feedback, double report_time) {
+std::vector<ReportedPacket> PacketsOf(View<CcfbStream> feedback, double report_time) {
   std::vector<ReportedPacket> packets;
-  std::uint16_t sequence = feedback.beginSeq;
-  for (const ZunRtcpRtpfbCcfbPacketMetric& metric : Elements(feedback.packetMetrics)) {
+  std::uint16_t sequence = feedback.begin_seq();
+  for (const CcfbPacketMetric& metric : feedback.packet_metrics()) {
     ReportedPacket packet{.sequence = sequence++, .received = metric.received != 0, .arrival = {}};
     if (packet.received && metric.arrivalTimeOffset < kOffsetUnknown) {
       packet.arrival = report_time - metric.arrivalTimeOffset / kOffsetsPerSecond;
@@ -54,109 +55,69 @@ std::vector<ReportedPacket> PacketsOf(const ZunRtcpRtpfbCcfbStream& feedback, do
   return packets;
 }
 
-void ObserveTransportCc(const ZunRtcpRtpfbTransportCc& feedback, const Moment& moment, StreamTable* table) {
+void AddEvent(EventKind kind, Ssrc source, Ssrc sender, const Moment& moment, StreamTable* table) {
+  Stream* stream = table->About(source, moment.path);
+  if (stream != nullptr) stream->AddEvent(kind, sender, moment.seconds);
+}
+
+}  // namespace
+
+void Observe(View<TransportCc> feedback, const Moment& moment, StreamTable* table) {
   Stream* stream = table->Transport(moment.path);
   if (stream == nullptr) return;
   const std::vector<ReportedPacket> packets = PacketsOf(feedback, &stream->feedback_clock);
   AddNews(stream->feedback.Add(packets), moment.seconds, stream);
 }
 
-void ObserveCcfb(const ZunRtcpRtpfbCcfb& feedback, const Moment& moment, StreamTable* table) {
-  for (const ZunRtcpRtpfbCcfbStream& block : Elements(feedback.streams)) {
-    Stream* stream = table->About(block.ssrc, moment.path);
+void Observe(View<Ccfb> feedback, const Moment& moment, StreamTable* table) {
+  for (const auto block : feedback.streams()) {
+    Stream* stream = table->About(block.ssrc(), moment.path);
     if (stream == nullptr) continue;
-    const auto time = static_cast<double>(stream->feedback_clock.Next(feedback.sendTimestamp));
+    const auto time = static_cast<double>(stream->feedback_clock.Next(feedback.send_timestamp()));
     const std::vector<ReportedPacket> packets = PacketsOf(block, time / kReportTimesPerSecond);
     AddNews(stream->feedback.Add(packets), moment.seconds, stream);
   }
 }
 
-// How often the numbers of one NACK come up.
-struct Nacked {
-  Stream* stream;
-  std::size_t numbers = 0;
-  std::size_t repeated = 0;
-};
-
-void CountNacked(std::uint16_t sequence, Nacked* nacked) {
-  SequenceStates& states = *nacked->stream->nacked;
-  const bool again = states.Get(sequence) != SequenceStates::State::Unknown;
-  states.Set(sequence, SequenceStates::State::Missing);
-  ++nacked->numbers;
-  if (again) ++nacked->repeated;
-}
-
-void ObserveNack(const ZunRtcpRtpfbNack& nack, const Moment& moment, StreamTable* table) {
-  Stream* stream = table->About(nack.source, moment.path);
+void Observe(View<Nack> nack, const Moment& moment, StreamTable* table) {
+  Stream* stream = table->About(nack.source(), moment.path);
   if (stream == nullptr) return;
   if (stream->nacked == nullptr) stream->nacked = std::make_unique<SequenceStates>();
-  Nacked nacked{stream};
-  ZunRtcpRtpfbNackGenerateSeqNumbers(
-      &nack,
-      [](const ZunRtcpRtpfbNack*, ZunUint16 sequence, ZunVoidPtr data) {
-        CountNacked(sequence, static_cast<Nacked*>(data));
-      },
-      &nacked);
+  std::size_t numbers = 0;
+  std::size_t repeated = 0;
+  for (const std::uint16_t sequence : nack.lost()) {
+    ++numbers;
+    if (stream->nacked->Get(sequence) != SequenceStates::State::Unknown) ++repeated;
+    stream->nacked->Set(sequence, SequenceStates::State::Missing);
+  }
   ++stream->nack.messages;
-  stream->nack.numbers += nacked.numbers - nacked.repeated;
-  stream->nack.repeated += nacked.repeated;
-  (*stream)[Metric::Nacked].Add(moment.seconds, static_cast<double>(nacked.numbers));
-  (*stream)[Metric::Repeated].Add(moment.seconds, static_cast<double>(nacked.repeated));
+  stream->nack.numbers += numbers - repeated;
+  stream->nack.repeated += repeated;
+  (*stream)[Metric::Nacked].Add(moment.seconds, static_cast<double>(numbers));
+  (*stream)[Metric::Repeated].Add(moment.seconds, static_cast<double>(repeated));
 }
 
-void ObserveEvent(EventKind kind, std::uint32_t source, std::uint32_t sender, const Moment& moment,
-                  StreamTable* table) {
-  Stream* stream = table->About(source, moment.path);
-  if (stream != nullptr) stream->AddEvent(kind, sender, moment.seconds);
+void Observe(View<Pli> pli, const Moment& moment, StreamTable* table) {
+  AddEvent(EventKind::Pli, pli.source(), pli.sender(), moment, table);
 }
 
-void ObserveRemb(const ZunRtcpPsfbAfbRemb& remb, const Moment& moment, StreamTable* table) {
-  for (const std::uint32_t ssrc : Elements(remb.sources)) {
+void Observe(View<Fir> fir, const Moment& moment, StreamTable* table) {
+  for (const FirEntry& entry : fir.fci()) AddEvent(EventKind::Fir, entry.ssrc, fir.sender(), moment, table);
+}
+
+void Observe(View<Remb> remb, const Moment& moment, StreamTable* table) {
+  for (const Ssrc ssrc : remb.sources()) {
     Stream* stream = table->About(ssrc, moment.path);
-    if (stream != nullptr) (*stream)[Metric::Remb].Add(moment.seconds, remb.bitrate / kKilo);
-  }
-}
-
-}  // namespace
-
-void ObserveTransportFeedback(const ZunRtcpRtpfb& feedback, const Moment& moment, StreamTable* table) {
-  switch (feedback.unk.fmt) {
-    case ZUN_RTCPRTPFB_TYPE_NACK:
-      return ObserveNack(feedback.nack, moment, table);
-    case ZUN_RTCPRTPFB_TYPE_TransportCC:
-      return ObserveTransportCc(feedback.transportCc, moment, table);
-    case ZUN_RTCPRTPFB_TYPE_CCFB:
-      return ObserveCcfb(feedback.ccfb, moment, table);
-    default:
-      return;
-  }
-}
-
-void ObservePayloadFeedback(const ZunRtcpPsfb& feedback, const Moment& moment, StreamTable* table) {
-  switch (feedback.unk.fmt) {
-    case ZUN_RTCPPSFB_TYPE_PLI:
-      return ObserveEvent(EventKind::Pli, feedback.pli.source, feedback.pli.sender, moment, table);
-    case ZUN_RTCPPSFB_TYPE_FIR:
-      for (const ZunRtcpPsfbFirEntry& entry : Elements(feedback.fir.fci)) {
-        ObserveEvent(EventKind::Fir, entry.ssrc, feedback.fir.sender, moment, table);
-      }
-      return;
-    case ZUN_RTCPPSFB_TYPE_AFB:
-      if (feedback.afb.unk.afbType == ZUN_RTCPPSFBAFB_TYPE_REMB) ObserveRemb(feedback.afb.remb, moment, table);
-      return;
-    default:
-      return;
+    if (stream != nullptr) (*stream)[Metric::Remb].Add(moment.seconds, remb.bitrate() / kKilo);
   }
 }
 
 void ObserveLimit(const SubpacketView& view, const Moment& moment, StreamTable* table) {
-  ZunRtcpTmmb message;
-  if (!ZunRtcpTmmbRead(&message, view.bytes.data(), view.bytes.size(), nullptr)) return;
-  if (message.type != ZUN_RTCP_TMMB_TYPE_TMMBR) return;
-  ZunRtcpTmmbEntry entry;
-  for (std::size_t i = 0; ZunRtcpTmmbGetEntry(&message, i, &entry); ++i) {
+  const TmmbMessage message(octets_of(view.bytes));
+  if (message.type() != ZUN_RTCP_TMMB_TYPE_TMMBR) return;
+  for (const TmmbEntry& entry : message) {
     Stream* stream = table->About(entry.ssrc, moment.path);
-    if (stream != nullptr) (*stream)[Metric::Limit].Add(moment.seconds, ZunRtcpTmmbEntryGetBitrate(&entry) / kKilo);
+    if (stream != nullptr) (*stream)[Metric::Limit].Add(moment.seconds, bitrate(entry) / kKilo);
   }
 }
 

@@ -1,7 +1,8 @@
-#include "tools/zunrtcp/Packet/LibraryValues.h"
 #include "tools/zunrtcp/Stats/StatsCollector.h"
 
 namespace zunrtcp {
+
+using namespace zun::rtcp;
 
 namespace {
 
@@ -9,10 +10,10 @@ constexpr double kPercentPerFraction = 100.0 / 256;
 constexpr double kBitsPerKilobit = 1000.0 / 8;
 
 // The block's round trip, loss and jitter.
-void ObserveBlock(const ZunRtcpReportBlock& block, std::uint32_t reporter, const Moment& moment, Stream* stream) {
+void ObserveBlock(const ReportBlock& block, std::uint32_t reporter, const Moment& moment, Stream* stream) {
   const double now = moment.seconds;
   ++stream->reporter.blocks;
-  stream->reporter.lost = ZunRtcpReportBlockGetPacketsLost(&block);
+  stream->reporter.lost = packets_lost(block);
   stream->reporter.highest_sequence = block.highest_seq_num_rcvd;
   (*stream)[Metric::FractionLost].Add(now, block.fraction_lost * kPercentPerFraction);
   (*stream)[Metric::Jitter].Add(now, block.inter_arrival_jitter);
@@ -24,10 +25,10 @@ void ObserveBlock(const ZunRtcpReportBlock& block, std::uint32_t reporter, const
   if (loss) (*stream)[Metric::Loss].Add(now, *loss);
 }
 
-void ObserveBlocks(std::span<const ZunRtcpReportBlock> blocks, std::uint32_t reporter, const Moment& moment,
+void ObserveBlocks(std::span<const ReportBlock> blocks, std::uint32_t reporter, const Moment& moment,
                    StreamTable* table) {
   Participant* participant = table->Find(reporter, moment.path);
-  for (const ZunRtcpReportBlock& block : blocks) {
+  for (const ReportBlock& block : blocks) {
     Stream* stream = table->About(block.ssrc, moment.path);
     if (stream == nullptr) continue;
     const bool is_new = !stream->reporters.contains(reporter);
@@ -38,12 +39,12 @@ void ObserveBlocks(std::span<const ZunRtcpReportBlock> blocks, std::uint32_t rep
   }
 }
 
-void ObserveCounts(const ZunRtcpSr& report, const Moment& moment, Stream* stream) {
+void ObserveCounts(View<Sr> report, const Moment& moment, Stream* stream) {
   SenderTotals& totals = stream->sender;
   if (totals.reports > 0) {
     // The counts wrap, and begin again when the sender does.
-    const std::uint32_t packets = report.sender_packet_cnt - stream->last_packets;
-    const std::uint32_t octets = report.sender_octet_cnt - stream->last_octets;
+    const std::uint32_t packets = report.sender_packet_cnt() - stream->last_packets;
+    const std::uint32_t octets = report.sender_octet_cnt() - stream->last_octets;
     const double seconds = moment.seconds - stream->last_report;
     if (packets <= INT32_MAX && octets <= INT32_MAX && seconds > 0) {
       totals.packets += packets;
@@ -52,40 +53,40 @@ void ObserveCounts(const ZunRtcpSr& report, const Moment& moment, Stream* stream
     }
   }
   ++totals.reports;
-  stream->last_packets = report.sender_packet_cnt;
-  stream->last_octets = report.sender_octet_cnt;
+  stream->last_packets = report.sender_packet_cnt();
+  stream->last_octets = report.sender_octet_cnt();
   stream->last_report = moment.seconds;
 }
 
 }  // namespace
 
-void ObserveReport(const ZunRtcpSr& report, const Moment& moment, StreamTable* table) {
-  if (Stream* stream = table->Sent(report.sender_source, moment.path); stream != nullptr) {
+void Observe(View<Sr> report, const Moment& moment, StreamTable* table) {
+  if (Stream* stream = table->Sent(report.sender_source(), moment.path); stream != nullptr) {
     ObserveCounts(report, moment, stream);
-    stream->clock.Add(report.ntp_timestamp, report.rtp_timestamp);
-    stream->sent_reports.Add(CompactNtp(report.ntp_timestamp), moment.seconds);
+    stream->clock.Add(report.ntp_timestamp(), report.rtp_timestamp());
+    stream->sent_reports.Add(CompactNtp(report.ntp_timestamp()), moment.seconds);
   }
-  ObserveBlocks(Elements(report.report_blocks), report.sender_source, moment, table);
+  ObserveBlocks(report.report_blocks(), report.sender_source(), moment, table);
 }
 
-void ObserveReport(const ZunRtcpRr& report, const Moment& moment, StreamTable* table) {
-  ObserveBlocks(Elements(report.report_blocks), report.sender_source, moment, table);
+void Observe(View<Rr> report, const Moment& moment, StreamTable* table) {
+  ObserveBlocks(report.report_blocks(), report.sender_source(), moment, table);
 }
 
-void ObserveDescription(const ZunRtcpSdes& description, const Moment& moment, StreamTable* table) {
-  for (const ZunRtcpSdesChunk& chunk : Elements(description.chunks)) {
-    const Participant* participant = table->Find(chunk.ssrc, moment.path);
+void Observe(View<Sdes> description, const Moment& moment, StreamTable* table) {
+  for (const auto chunk : description.chunks()) {
+    const Participant* participant = table->Find(chunk.ssrc(), moment.path);
     if (participant == nullptr) continue;
-    for (const ZunRtcpSdesItem& item : Elements(chunk.items)) {
-      if (item.type != ZUN_RTCPSDESITEM_TYPE_CNAME) continue;
-      for (Stream* stream : participant->streams) stream->cname = BytesOf(item.text);
+    for (const auto item : chunk.items()) {
+      if (item.type() != ZUN_RTCPSDESITEM_TYPE_CNAME) continue;
+      for (Stream* stream : participant->streams) stream->cname = item.text();
     }
   }
 }
 
 // The leaving of a receiver is told with the streams that it reported on.
-void ObserveBye(const ZunRtcpBye& bye, const Moment& moment, StreamTable* table) {
-  for (const std::uint32_t ssrc : Elements(bye.sources)) {
+void Observe(View<Bye> bye, const Moment& moment, StreamTable* table) {
+  for (const Ssrc ssrc : bye.sources()) {
     const Participant* participant = table->Find(ssrc, moment.path);
     if (participant == nullptr) continue;
     const auto& streams = participant->streams.empty() ? participant->reports_on : participant->streams;

@@ -1,47 +1,39 @@
-#include "Zun/Rtp/Dialect/ZunRtcpXr.h"
 #include "tools/zunrtcp/Stats/StatsCollector.h"
 
 namespace zunrtcp {
 
+using namespace zun::rtcp;
+
 namespace {
 
-void ObserveReferenceTime(const ZunRtcpXrBlock& block, std::uint32_t sender, const Moment& moment, StreamTable* table) {
-  ZunRtcpXrRrtr rrtr;
-  if (!ZunRtcpXrBlockGetRrtr(&block, &rrtr)) return;
+void ObserveReferenceTime(const XrRrtr& rrtr, Ssrc sender, const Moment& moment, StreamTable* table) {
   Participant* receiver = table->Find(sender, moment.path);
   if (receiver != nullptr) receiver->reference_times.Add(CompactNtp(rrtr.ntpTimestamp), moment.seconds);
 }
 
 // The answer comes from the sender of the stream, and names the receiver who asked.
-void ObserveAnswers(const ZunRtcpXrBlock& block, std::uint32_t sender, const Moment& moment, StreamTable* table) {
-  ZunRtcpXrDlrr answer;
-  for (std::size_t i = 0; ZunRtcpXrBlockGetDlrr(&block, i, &answer); ++i) {
-    const Participant* receiver = table->Find(answer.ssrc, moment.path);
-    if (receiver == nullptr) continue;
-    const auto ms = receiver->reference_times.Answer(answer.lastRr, answer.delaySinceLastRr, moment.seconds);
-    if (!ms) continue;
-    Stream* stream = table->Sent(sender, moment.path);
-    if (stream != nullptr) (*stream)[Metric::RoundTripXr].Add(moment.seconds, *ms);
-  }
+void ObserveAnswer(const XrDlrr& answer, Ssrc sender, const Moment& moment, StreamTable* table) {
+  const Participant* receiver = table->Find(answer.ssrc, moment.path);
+  if (receiver == nullptr) return;
+  const auto ms = receiver->reference_times.Answer(answer.lastRr, answer.delaySinceLastRr, moment.seconds);
+  if (!ms) return;
+  Stream* stream = table->Sent(sender, moment.path);
+  if (stream != nullptr) (*stream)[Metric::RoundTripXr].Add(moment.seconds, *ms);
 }
 
-void ObserveVoip(const ZunRtcpXrBlock& block, const Moment& moment, StreamTable* table) {
-  ZunRtcpXrVoip voip;
-  if (!ZunRtcpXrBlockGetVoip(&block, &voip)) return;
+void ObserveVoip(const XrVoip& voip, const Moment& moment, StreamTable* table) {
   Stream* stream = table->About(voip.source, moment.path);
   if (stream != nullptr) (*stream)[Metric::RoundTripVoip].Add(moment.seconds, voip.roundTripDelay);
 }
 
 }  // namespace
 
-void ObserveExtendedReport(const ZunRtcpSubpacket& report, const Moment& moment, StreamTable* table) {
-  ZunRtcpXrReader reader;
-  if (ZunRtcpXrReaderConstruct(&reader, &report) == nullptr) return;
-  ZunRtcpXrBlock block;
-  while (ZunRtcpXrReaderNext(&reader, &block)) {
-    ObserveReferenceTime(block, reader.sender, moment, table);
-    ObserveAnswers(block, reader.sender, moment, table);
-    ObserveVoip(block, moment, table);
+void Observe(XrReport report, const Moment& moment, StreamTable* table) {
+  const Ssrc sender = report.sender();
+  for (const XrBlock& block : report) {
+    if (const auto rrtr = block.rrtr()) ObserveReferenceTime(*rrtr, sender, moment, table);
+    block.for_each_dlrr([&](const XrDlrr& answer) { ObserveAnswer(answer, sender, moment, table); });
+    if (const auto voip = block.voip()) ObserveVoip(*voip, moment, table);
   }
 }
 

@@ -2,10 +2,11 @@
 
 #include <algorithm>
 
-#include "tools/zunrtcp/Packet/LibraryMessages.h"
 #include "tools/zunrtcp/Packet/Srtcp.h"
 
 namespace zunrtcp {
+
+using namespace zun::rtcp;
 
 namespace {
 
@@ -64,12 +65,11 @@ void StatsCollector::Add(const RtcpDatagram& datagram) {
 }
 
 bool StatsCollector::AddPackets(std::string_view payload, const SubpacketWalk& walk, const Moment& moment) {
-  const LibraryMessages unheard;
   const LibraryPacket packet(payload, dialect_, Reading::Tolerant);
   bool all_read = walk.fault.empty();
   for (const SubpacketView& view : walk.subpackets) {
-    if (const ZunRtcpSubpacket* subpacket = packet.Find(view.index); subpacket != nullptr) Add(*subpacket, moment);
-    const ZunRtcpDecodeRefusal* refusal = packet.RefusalOf(view.index);
+    if (const std::optional<ObjectView> object = packet.Find(view.index)) Add(*object, moment);
+    const DecodeRefusal* refusal = packet.RefusalOf(view.index);
     if (refusal == nullptr) continue;
     if (refusal->reason == ZUN_RTCP_DECODE_REASON_NO_OBJECT) {
       ObserveLimit(view, moment, &table_);
@@ -80,23 +80,14 @@ bool StatsCollector::AddPackets(std::string_view payload, const SubpacketWalk& w
   return all_read;
 }
 
-void StatsCollector::Add(const ZunRtcpSubpacket& subpacket, const Moment& moment) {
-  switch (subpacket.unk.type) {
-    case ZUN_RTCPSUBPACKET_TYPE_SR:
-      return ObserveReport(subpacket.sr, moment, &table_);
-    case ZUN_RTCPSUBPACKET_TYPE_RR:
-      return ObserveReport(subpacket.rr, moment, &table_);
-    case ZUN_RTCPSUBPACKET_TYPE_SDES:
-      return ObserveDescription(subpacket.sdes, moment, &table_);
-    case ZUN_RTCPSUBPACKET_TYPE_BYE:
-      return ObserveBye(subpacket.bye, moment, &table_);
-    case ZUN_RTCPSUBPACKET_TYPE_RTPFB:
-      return ObserveTransportFeedback(subpacket.rtpfb, moment, &table_);
-    case ZUN_RTCPSUBPACKET_TYPE_PSFB:
-      return ObservePayloadFeedback(subpacket.psfb, moment, &table_);
-    default:
-      return ObserveExtendedReport(subpacket, moment, &table_);
-  }
+void StatsCollector::Add(ObjectView object, const Moment& moment) {
+  const auto observe = [&](auto told) { Observe(told, moment, &table_); };
+  visit(object, Overloaded{[&](View<Sr> sr) { observe(sr); }, [&](View<Rr> rr) { observe(rr); },
+                           [&](View<Sdes> sdes) { observe(sdes); }, [&](View<Bye> bye) { observe(bye); },
+                           [&](View<Nack> nack) { observe(nack); }, [&](View<TransportCc> twcc) { observe(twcc); },
+                           [&](View<Ccfb> ccfb) { observe(ccfb); }, [&](View<Pli> pli) { observe(pli); },
+                           [&](View<Fir> fir) { observe(fir); }, [&](View<Remb> remb) { observe(remb); },
+                           [&](View<Unknown>) { observe(XrReport(object)); }, [](const auto&) {}});
 }
 
 void StatsCollector::Finish() {

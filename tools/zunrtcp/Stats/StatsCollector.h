@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "Zun/Rtp/Cpp/Xr.h"
 #include "tools/zunrtcp/Capture/RtcpFinder.h"
 #include "tools/zunrtcp/Packet/LibraryPacket.h"
 #include "tools/zunrtcp/Packet/SubpacketWalk.h"
@@ -23,7 +24,7 @@ struct Moment {
 
 class StatsCollector {
  public:
-  explicit StatsCollector(ZunRtcpDialect dialect) : dialect_(dialect) {}
+  explicit StatsCollector(Dialect dialect) : dialect_(dialect) {}
 
   // Decodes the datagram within the library's budget. What is refused of it is counted, the rest is told of.
   void Add(const RtcpDatagram& datagram);
@@ -44,9 +45,9 @@ class StatsCollector {
   double SecondsInto(const RtcpDatagram& datagram);
   // True when nothing of it was refused.
   bool AddPackets(std::string_view payload, const SubpacketWalk& walk, const Moment& moment);
-  void Add(const ZunRtcpSubpacket& subpacket, const Moment& moment);
+  void Add(ObjectView object, const Moment& moment);
 
-  const ZunRtcpDialect dialect_;
+  const Dialect dialect_;
   StreamTable table_;
   std::size_t datagrams_ = 0;
   std::size_t refused_ = 0;
@@ -57,14 +58,18 @@ class StatsCollector {
 };
 
 // What each kind tells, into the streams of the table.
-void ObserveReport(const ZunRtcpSr& report, const Moment& moment, StreamTable* table);
-void ObserveReport(const ZunRtcpRr& report, const Moment& moment, StreamTable* table);
-void ObserveDescription(const ZunRtcpSdes& description, const Moment& moment, StreamTable* table);
-void ObserveBye(const ZunRtcpBye& bye, const Moment& moment, StreamTable* table);
-void ObserveTransportFeedback(const ZunRtcpRtpfb& feedback, const Moment& moment, StreamTable* table);
-void ObservePayloadFeedback(const ZunRtcpPsfb& feedback, const Moment& moment, StreamTable* table);
-// An XR; nothing for another subpacket that the library keeps as it is.
-void ObserveExtendedReport(const ZunRtcpSubpacket& report, const Moment& moment, StreamTable* table);
+void Observe(zun::rtcp::View<zun::rtcp::Sr> report, const Moment& moment, StreamTable* table);
+void Observe(zun::rtcp::View<zun::rtcp::Rr> report, const Moment& moment, StreamTable* table);
+void Observe(zun::rtcp::View<zun::rtcp::Sdes> description, const Moment& moment, StreamTable* table);
+void Observe(zun::rtcp::View<zun::rtcp::Bye> bye, const Moment& moment, StreamTable* table);
+void Observe(zun::rtcp::View<zun::rtcp::Nack> nack, const Moment& moment, StreamTable* table);
+void Observe(zun::rtcp::View<zun::rtcp::TransportCc> feedback, const Moment& moment, StreamTable* table);
+void Observe(zun::rtcp::View<zun::rtcp::Ccfb> feedback, const Moment& moment, StreamTable* table);
+void Observe(zun::rtcp::View<zun::rtcp::Pli> pli, const Moment& moment, StreamTable* table);
+void Observe(zun::rtcp::View<zun::rtcp::Fir> fir, const Moment& moment, StreamTable* table);
+void Observe(zun::rtcp::View<zun::rtcp::Remb> remb, const Moment& moment, StreamTable* table);
+// Nothing when it is none.
+void Observe(zun::rtcp::XrReport report, const Moment& moment, StreamTable* table);
 // A registered TMMBR, which no object holds; nothing for other bytes.
 void ObserveLimit(const SubpacketView& view, const Moment& moment, StreamTable* table);
 

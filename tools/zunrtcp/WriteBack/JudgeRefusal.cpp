@@ -23,7 +23,7 @@ std::optional<Rule> RuleOfRefusal(const SubpacketView& subpacket, const Kinds& k
 }
 
 // What only costs too much is in good form, so no rule speaks of it.
-std::string WhyMalformed(const ZunRtcpDecodeRefusal& refusal) {
+std::string WhyMalformed(const zun::rtcp::DecodeRefusal& refusal) {
   return refusal.reason == ZUN_RTCP_DECODE_REASON_LIMIT ? ZunRtcpDecodeReasonGetText(refusal.reason)
                                                         : "its body is malformed";
 }
@@ -35,7 +35,7 @@ std::string PlaceWords(const SubpacketView& subpacket, const Kinds& kinds) {
                  subpacket.offset);
 }
 
-Verdict JudgeRefused(const SubpacketView& subpacket, const ZunRtcpDecodeRefusal& refusal, const Kinds& kinds) {
+Verdict JudgeRefused(const SubpacketView& subpacket, const zun::rtcp::DecodeRefusal& refusal, const Kinds& kinds) {
   const std::string place = PlaceWords(subpacket, kinds);
   const std::optional<Rule> rule = RuleOfRefusal(subpacket, kinds);
   if (rule) return {Outcome::RefusedByRule, {*rule}, {place + Sentence(*rule)}};
@@ -45,7 +45,7 @@ Verdict JudgeRefused(const SubpacketView& subpacket, const ZunRtcpDecodeRefusal&
 Verdict JudgeRefusal(const SubpacketWalk& walk, const LibraryPacket& packet, const Kinds& kinds) {
   Verdict verdict{Outcome::RefusedByRule, {}, {}};
   for (const SubpacketView& subpacket : walk.subpackets) {
-    const ZunRtcpDecodeRefusal* refusal = packet.RefusalOf(subpacket.index);
+    const zun::rtcp::DecodeRefusal* refusal = packet.RefusalOf(subpacket.index);
     if (refusal == nullptr) continue;
     const Verdict judged = JudgeRefused(subpacket, *refusal, kinds);
     if (judged.outcome == Outcome::RefusedUnexplained) verdict.outcome = judged.outcome;

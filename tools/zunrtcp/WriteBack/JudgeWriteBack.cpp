@@ -73,7 +73,7 @@ Verdict JudgeWriteBack(std::string_view datagram, const SubpacketWalk& walk, con
 }
 
 Verdict JudgeSubpacket(const SubpacketView& subpacket, const LibraryPacket& packet, const Kinds& kinds) {
-  if (const ZunRtcpDecodeRefusal* refusal = packet.RefusalOf(subpacket.index)) {
+  if (const zun::rtcp::DecodeRefusal* refusal = packet.RefusalOf(subpacket.index)) {
     return JudgeRefused(subpacket, *refusal, kinds);
   }
   SubpacketView alone = subpacket;

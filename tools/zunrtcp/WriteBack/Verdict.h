@@ -43,7 +43,7 @@ Verdict JudgeWriteBack(std::string_view datagram, const SubpacketWalk& walk, con
 Verdict JudgeRefusal(const SubpacketWalk& walk, const LibraryPacket& packet, const Kinds& kinds = AllKinds());
 
 // Why the library refuses a subpacket.
-Verdict JudgeRefused(const SubpacketView& subpacket, const ZunRtcpDecodeRefusal& refusal,
+Verdict JudgeRefused(const SubpacketView& subpacket, const zun::rtcp::DecodeRefusal& refusal,
                      const Kinds& kinds = AllKinds());
 
 // What becomes of one subpacket of the datagram that `packet` has read tolerantly: refused, or written back by itself.

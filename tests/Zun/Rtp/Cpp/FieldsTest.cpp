@@ -133,6 +133,25 @@ TEST(Fields, Sdes) {
   EXPECT_EQ(read->text(7, ZUN_RTCPSDESITEM_TYPE_CNAME), "");
 }
 
+TEST(Fields, SdesPrivInItsParts) {
+  SdesItem item;
+  item.type(ZUN_RTCPSDESITEM_TYPE_PRIV);
+  const auto parts = [&](std::string_view text) {
+    EXPECT_TRUE(item.text(text));
+    const auto priv = item.priv();
+    return priv ? std::string(priv->prefix) + "=" + std::string(priv->value) : "none";
+  };
+  EXPECT_EQ(parts("\003abc-----"), "abc=-----");
+  EXPECT_EQ(parts("\003abc"), "abc=");
+  EXPECT_EQ(parts(std::string_view("\000x", 2)), "=x");
+  EXPECT_EQ(parts("\004abc"), "none");
+  EXPECT_EQ(parts(std::string_view("\000", 1)), "none");
+  EXPECT_EQ(parts(""), "none");
+  EXPECT_EQ(parts("\003abc-----"), "abc=-----");
+  item.type(ZUN_RTCPSDESITEM_TYPE_NOTE);
+  EXPECT_FALSE(item.priv());
+}
+
 TEST(Fields, SdesByItsLists) {
   SdesChunk chunk(1);
   chunk.ssrc(0x01020304);

@@ -260,6 +260,7 @@ TEST(Packet, DatagramsEndWhereOneDoesNotFitOrCannotBeEncoded) {
   EXPECT_EQ(count(too_small), 1U);
   ASSERT_TRUE(too_small.error());
   EXPECT_EQ(too_small.error()->needed(), Golden("SrTwoBlocks").size());
+  EXPECT_EQ(too_small.error()->index(), 1U);
 
   ASSERT_TRUE(packet.emplace<Nack>(1U, 2U));
   Datagrams unencodable = packet.datagrams(1200);

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "Zun/Rtp/Cpp/Xr.h"
 #include "tests/support/Captured.h"
 #include "tests/support/OpenDoor.h"
 #include "tests/support/RandomDatagrams.h"
@@ -49,28 +50,18 @@ std::string Contents(const ZunRtcpXrBlock& block) {
   return std::string(reinterpret_cast<const char*>(block.octets), block.size);
 }
 
-class Builder {
+class Builder : public zun::rtcp::XrBuilder {
  public:
-  explicit Builder(ZunAllocator* a = ZunAllocatorGetSystem()) {
-    EXPECT_EQ(ZunRtcpXrBuilderConstruct(&builder_, kSender, a), &builder_);
-  }
-  ~Builder() { ZunRtcpXrBuilderDestruct(&builder_); }
-  Builder(const Builder&) = delete;
-  Builder& operator=(const Builder&) = delete;
+  explicit Builder(ZunRtpSourceId sender = kSender) : XrBuilder(sender) {}
 
-  operator ZunRtcpXrBuilder*() { return &builder_; }
-  ZunSizeT size() const { return builder_.data.size; }
+  operator ZunRtcpXrBuilder*() { return get(); }
+  ZunSizeT size() const { return get()->data.size; }
   // The report as it is written.
   std::string bytes() const {
-    ZunRtcpSubpacket sp;
-    EXPECT_EQ(ZunRtcpXrBuilderMakeSubpacket(&builder_, &sp, ZunAllocatorGetSystem()), &sp);
-    const std::string written = Written(sp);
-    ZunRtcpSubpacketDestruct(&sp);
-    return written;
+    const auto sp = subpacket();
+    EXPECT_TRUE(sp);
+    return Written(*sp->get());
   }
-
- private:
-  ZunRtcpXrBuilder builder_;
 };
 
 // What a block tells of packets, as the callback is called.
@@ -366,11 +357,9 @@ TEST(ZunRtcpXrBuilder, RebuildsWhatPeersSend) {
     for (ZunSizeT i = 0; i < p.count(); ++i) {
       if (ZunRtcpSubpacketGetType(&p[i]) != ZUN_RTCPSUBPACKET_TYPE_XR) continue;
       Report report(Written(p[i]));
-      ZunRtcpXrBuilder b;
-      ASSERT_NE(ZunRtcpXrBuilderConstruct(&b, report.reader.sender, ZunAllocatorGetSystem()), nullptr);
-      for (const ZunRtcpXrBlock& block : report.Blocks()) EXPECT_TRUE(Add(&b, block));
-      EXPECT_EQ(ToHex(Str(&b.data)), ToHex(Written(p[i]).substr(4)));
-      ZunRtcpXrBuilderDestruct(&b);
+      Builder builder(report.reader.sender);
+      for (const ZunRtcpXrBlock& block : report.Blocks()) EXPECT_TRUE(Add(builder, block));
+      EXPECT_EQ(ToHex(Str(&builder.get()->data)), ToHex(Written(p[i]).substr(4)));
     }
   }
 }

@@ -4,7 +4,6 @@
 
 #include <sstream>
 
-#include "Zun/Rtp/Dialect/ZunRtcpCodec.h"
 #include "tests/support/Bytes.h"
 #include "tests/support/Samples.h"
 #include "tests/tools/zunrtcp/Decoded.h"
@@ -16,7 +15,7 @@ namespace zunrtcp {
 namespace {
 
 // What decode --json prints.
-nlohmann::json JsonOf(const std::string& wire, ZunRtcpDialect dialect) {
+nlohmann::json JsonOf(const std::string& wire, Dialect dialect) {
   RtcpDatagram datagram;
   datagram.payload = wire;
   std::ostringstream out;
@@ -24,30 +23,21 @@ nlohmann::json JsonOf(const std::string& wire, ZunRtcpDialect dialect) {
   return nlohmann::json::parse(out.str());
 }
 
-std::string Encoded(const nlohmann::json& datagram, ZunRtcpDialect dialect) {
+std::string Encoded(const nlohmann::json& datagram, Dialect dialect) {
   return EncodeDatagram(JsonField(datagram, ""), dialect);
 }
 
 // The same objects on the registered wire; empty when they have no form there.
 std::string RegisteredWire(const std::string& house) {
-  ZunRtcpPacket packet;
-  ZunRtcpPacketConstructDefault(&packet, ZunAllocatorGetSystem());
-  ZunRtcpPacketDecode(&packet, house.data(), house.size(), ZUN_RTCP_DIALECT_HOUSE, nullptr, nullptr);
-  std::string wire(ZunRtcpPacketGetEncodedLength(&packet, ZUN_RTCP_DIALECT_REGISTERED), '\0');
-  ZunSizeT size = 0;
-  if (!wire.empty()) {
-    ZunRtcpPacketEncode(&packet, wire.data(), wire.size(), ZUN_RTCP_DIALECT_REGISTERED, &size);
-  }
-  ZunRtcpPacketDestruct(&packet);
-  return wire;
+  return zunrtcp::Encoded(LibraryPacket(house).objects(), Dialect::registered).value_or("");
 }
 
 TEST(Encoder, EverySampleComesBackInTheHouseDialect) {
   std::size_t compared = 0;
   for (const test::Sample& sample : test::Samples()) {
     if (!sample.comes_back) continue;
-    const nlohmann::json json = JsonOf(sample.wire, ZUN_RTCP_DIALECT_HOUSE);
-    EXPECT_EQ(Encoded(json, ZUN_RTCP_DIALECT_HOUSE), sample.wire) << sample.name << ": " << json;
+    const nlohmann::json json = JsonOf(sample.wire, Dialect::house);
+    EXPECT_EQ(Encoded(json, Dialect::house), sample.wire) << sample.name << ": " << json;
     ++compared;
   }
   EXPECT_GT(compared, 50U);
@@ -57,9 +47,9 @@ TEST(Encoder, EverySampleComesBackInTheRegisteredDialect) {
   std::size_t compared = 0;
   for (const test::Sample& sample : test::Samples()) {
     const std::string wire = RegisteredWire(sample.wire);
-    const nlohmann::json json = JsonOf(wire, ZUN_RTCP_DIALECT_REGISTERED);
+    const nlohmann::json json = JsonOf(wire, Dialect::registered);
     if (wire.empty() || json["verdict"]["outcome"] != "read") continue;
-    EXPECT_EQ(Encoded(json, ZUN_RTCP_DIALECT_REGISTERED), wire) << sample.name << ": " << json;
+    EXPECT_EQ(Encoded(json, Dialect::registered), wire) << sample.name << ": " << json;
     ++compared;
   }
   EXPECT_GT(compared, 50U);
@@ -87,9 +77,9 @@ const char* const kRegistered[] = {
 TEST(Encoder, WhatNoObjectKeepsComesBack) {
   for (const char* hex : kRegistered) {
     const std::string wire = test::Hex(hex);
-    const nlohmann::json json = JsonOf(wire, ZUN_RTCP_DIALECT_REGISTERED);
+    const nlohmann::json json = JsonOf(wire, Dialect::registered);
     ASSERT_EQ(json["verdict"]["outcome"], "read") << json;
-    EXPECT_EQ(test::ToHex(Encoded(json, ZUN_RTCP_DIALECT_REGISTERED)), test::ToHex(wire)) << json;
+    EXPECT_EQ(test::ToHex(Encoded(json, Dialect::registered)), test::ToHex(wire)) << json;
   }
 }
 
@@ -137,7 +127,7 @@ const Refused kRefused[] = {
 TEST(Encoder, WhatCannotBeWrittenIsRefusedWithItsPathAndLimit) {
   for (const Refused& refused : kRefused) {
     try {
-      Encoded(nlohmann::json::parse(refused.json), ZUN_RTCP_DIALECT_REGISTERED);
+      Encoded(nlohmann::json::parse(refused.json), Dialect::registered);
       ADD_FAILURE() << "is not refused: " << refused.json;
     } catch (const InputError& error) {
       EXPECT_STREQ(error.what(), refused.words) << refused.json;
@@ -148,9 +138,9 @@ TEST(Encoder, WhatCannotBeWrittenIsRefusedWithItsPathAndLimit) {
 TEST(Encoder, MoreThanACountCanSayIsRefused) {
   nlohmann::json bye = {{"kind", "BYE"}, {"sources", std::vector<int>(31, 1)}};
   nlohmann::json datagram = {{"subpackets", {bye}}};
-  EXPECT_EQ(Encoded(datagram, ZUN_RTCP_DIALECT_REGISTERED).size(), 4 + 31 * 4U);
+  EXPECT_EQ(Encoded(datagram, Dialect::registered).size(), 4 + 31 * 4U);
   datagram["subpackets"][0]["sources"].push_back(1);
-  EXPECT_THROW(Encoded(datagram, ZUN_RTCP_DIALECT_REGISTERED), InputError);
+  EXPECT_THROW(Encoded(datagram, Dialect::registered), InputError);
 }
 
 }  // namespace

@@ -216,7 +216,7 @@ TEST(Kinds, EveryRowTellsSomething) {
     const KindRow* const own = RowOfKind(*row);
     if (own == nullptr || row == &test::kRowOf<ZunRtcpPsfbAfb>) continue;
     KindRow silent = *own;
-    silent.describe = [](const ZunRtcpSubpacket&, Description*) {};
+    silent.describe = [](ObjectView, Description*) {};
     const OtherKinds kinds = WithSilent(&silent);
     const auto tells = [&](const test::Sample& sample) { return Told(sample) != Told(sample, kinds.Get()); };
     EXPECT_TRUE(std::ranges::any_of(test::SamplesOf(*row), tells)) << row->kind;

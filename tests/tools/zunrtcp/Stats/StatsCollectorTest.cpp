@@ -38,7 +38,7 @@ class Call {
   }
 
  private:
-  StatsCollector stats_{ZUN_RTCP_DIALECT_REGISTERED};
+  StatsCollector stats_{Dialect::registered};
 };
 
 // SR of 0xA at NTP 100 s, RTP 8000, 50 packets, 8000 octets; at 102 s, RTP 24000, 150 packets, 24000 octets.

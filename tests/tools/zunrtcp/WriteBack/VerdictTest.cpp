@@ -265,7 +265,7 @@ TEST(Verdict, OneMalformedSubpacketAmongThoseRefusedByRuleIsNotExplained) {
 TEST(Verdict, ADatagramThatTheCaptureCutOffIsNotJudged) {
   RtcpDatagram datagram = test::DatagramOf("80C90001 0000");
   datagram.missing = 2;
-  const DecodedDatagram decoded(datagram, ZUN_RTCP_DIALECT_HOUSE, false);
+  const DecodedDatagram decoded(datagram, Dialect::house, false);
   EXPECT_EQ(decoded.verdict.outcome, Outcome::CutOff);
   EXPECT_EQ(decoded.verdict.remarks, std::vector<std::string>{"the capture holds 6 of its 8 bytes"});
 }

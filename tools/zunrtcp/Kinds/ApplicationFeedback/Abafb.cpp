@@ -4,18 +4,19 @@
 
 namespace zunrtcp {
 
+using namespace zun::rtcp;
+
 namespace {
 
-void DescribeAbafb(const ZunRtcpPsfbAfbAbafb& abafb, Description* description) {
-  const int difference = ZunRtcpPsfbAfbAbafbGetAverageDelayDifference(&abafb);
-  description->AddNumber("timestamp", "timestamp", ZunRtcpPsfbAfbAbafbGetTimestamp(&abafb));
-  description->AddNumber("delay", "delay", ZunRtcpPsfbAfbAbafbGetDelay(&abafb), "us");
-  description->AddNumber("dataRate", "data rate", ZunRtcpPsfbAfbAbafbGetDataRate(&abafb));
-  description->AddNumber("lossRate", "loss rate", ZunRtcpPsfbAfbAbafbGetLossRate(&abafb));
-  description->AddNumber("abaDataRate", "ABA data rate", ZunRtcpPsfbAfbAbafbGetAbaDataRate(&abafb));
+void DescribeAbafb(View<AfbAbafb> abafb, Description* description) {
+  const int difference = abafb.average_delay_difference();
+  description->AddNumber("timestamp", "timestamp", abafb.timestamp());
+  description->AddNumber("delay", "delay", abafb.delay(), "us");
+  description->AddNumber("dataRate", "data rate", abafb.data_rate());
+  description->AddNumber("lossRate", "loss rate", abafb.loss_rate());
+  description->AddNumber("abaDataRate", "ABA data rate", abafb.aba_data_rate());
   description->Add("averageDelayDifference", difference, Printed("average delay difference %d", difference));
-  description->AddNumber("averageArrivalDifference", "average arrival difference",
-                         ZunRtcpPsfbAfbAbafbGetAverageArrivalDifference(&abafb));
+  description->AddNumber("averageArrivalDifference", "average arrival difference", abafb.average_arrival_difference());
 }
 
 }  // namespace

@@ -3,10 +3,12 @@
 
 namespace zunrtcp {
 
+using namespace zun::rtcp;
+
 namespace {
 
-void DescribeAlbr(const ZunRtcpPsfbAfbAlbr& albr, Description* description) {
-  description->AddNumber("availableBitRate", "available link bit rate", albr.available_bit_rate);
+void DescribeAlbr(View<Albr> albr, Description* description) {
+  description->AddNumber("availableBitRate", "available link bit rate", albr.available_bit_rate());
 }
 
 }  // namespace

@@ -1,22 +1,23 @@
 #include "tools/zunrtcp/Kinds/ApplicationFeedback/Rows.h"
 #include "tools/zunrtcp/Kinds/FeedbackLayout.h"
-#include "tools/zunrtcp/Packet/LibraryValues.h"
 
 namespace zunrtcp {
+
+using namespace zun::rtcp;
 
 namespace {
 
 constexpr std::size_t kEntryHeadSize = kSourceSize + 2;  // with a sequence number and a payload type
 constexpr std::size_t kLengthInHeader = kAfbBodyOffset + 8;
 
-void DescribeLir(const ZunRtcpPsfbAfbLir& lir, Description* description) {
+void DescribeLir(View<Lir> lir, Description* description) {
   description->AddList("entries");
-  for (const ZunRtcpPsfbAfbLirEntry& entry : Elements(lir.fci)) {
+  for (const auto entry : lir.fci()) {
     Description& described = description->AddItem("entries");
-    described.AddSource("source", "source", entry.ssrc);
-    described.AddNumber("sequence", "sequence", entry.seqno);
-    described.AddNumber("payloadType", "payload type", entry.payloadType);
-    described.AddBytes("layerData", "layer data", BytesOf(entry.layerData));
+    described.AddSource("source", "source", entry.ssrc());
+    described.AddNumber("sequence", "sequence", entry.seqno());
+    described.AddNumber("payloadType", "payload type", entry.payload_type());
+    described.AddBytes("layerData", "layer data", entry.layer_data());
   }
 }
 

@@ -1,9 +1,10 @@
 #include "tools/zunrtcp/Kinds/ApplicationFeedback/Rows.h"
 #include "tools/zunrtcp/Kinds/FeedbackLayout.h"
-#include "tools/zunrtcp/Packet/LibraryValues.h"
 #include "tools/zunrtcp/Text.h"
 
 namespace zunrtcp {
+
+using namespace zun::rtcp;
 
 namespace {
 
@@ -15,9 +16,9 @@ constexpr std::size_t kSourcesOffset = kAfbBodyOffset + 4;
 constexpr unsigned kMantissaBits = 18;
 constexpr std::size_t kFirstRefusedCount = 128;
 
-void DescribeRemb(const ZunRtcpPsfbAfbRemb& remb, Description* description) {
-  const double bitrate = ZunRtcpPsfbAfbRembGetBitrate(&remb);
-  const auto sources = Elements(remb.sources);
+void DescribeRemb(View<Remb> remb, Description* description) {
+  const double bitrate = remb.bitrate();
+  const auto sources = remb.sources();
   description->Add("bitrate", bitrate, Printed("%.3f kbit/s", bitrate / 1000));
   description->AddSources("sources", sources, "for " + (sources.empty() ? "no source" : SourceNames(sources)));
 }

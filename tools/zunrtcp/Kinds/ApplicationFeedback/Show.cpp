@@ -1,49 +1,18 @@
+#include "Zun/Rtp/Cpp/Print.h"
 #include "tools/zunrtcp/Kinds/ApplicationFeedback/Rows.h"
 #include "tools/zunrtcp/Kinds/FeedbackLayout.h"
-#include "tools/zunrtcp/Packet/LibraryValues.h"
 
 namespace zunrtcp {
 
+using namespace zun::rtcp;
+
 namespace {
 
-std::string ParameterName(ZunRtcpPsfbAfbShowParameterType type) {
-  switch (type) {
-    case ZUN_RTCPPSFBAFBSHOWPARAMETER_TYPE_Enable:
-      return "enable";
-    case ZUN_RTCPPSFBAFBSHOWPARAMETER_TYPE_Preference:
-      return "preference";
-    case ZUN_RTCPPSFBAFBSHOWPARAMETER_TYPE_Width:
-      return "width";
-    case ZUN_RTCPPSFBAFBSHOWPARAMETER_TYPE_Height:
-      return "height";
-    case ZUN_RTCPPSFBAFBSHOWPARAMETER_TYPE_FrameRate:
-      return "frame rate";
-    case ZUN_RTCPPSFBAFBSHOWPARAMETER_TYPE_PixelRate:
-      return "pixel rate";
-    case ZUN_RTCPPSFBAFBSHOWPARAMETER_TYPE_Bandwidth:
-      return "bandwidth";
-    case ZUN_RTCPPSFBAFBSHOWPARAMETER_TYPE_MinWidth:
-      return "min width";
-    case ZUN_RTCPPSFBAFBSHOWPARAMETER_TYPE_MinHeight:
-      return "min height";
-    case ZUN_RTCPPSFBAFBSHOWPARAMETER_TYPE_MinFrameRate:
-      return "min frame rate";
-    case ZUN_RTCPPSFBAFBSHOWPARAMETER_TYPE_MinPixelRate:
-      return "min pixel rate";
-    case ZUN_RTCPPSFBAFBSHOWPARAMETER_TYPE_MinBandwidth:
-      return "min bandwidth";
-    case ZUN_RTCPPSFBAFBSHOWPARAMETER_TYPE_PacketSize:
-      return "packet size";
-    default:
-      return "parameter of type " + std::to_string(type);
-  }
-}
-
-void DescribeShow(const ZunRtcpPsfbAfbShow& show, Description* description) {
-  description->AddNumber("sequence", "request", ZunRtcpPsfbAfbShowGetSequenceNumber(&show));
+void DescribeShow(View<Show> show, Description* description) {
+  description->AddNumber("sequence", "request", show.seqno());
   Description::Value values = Description::Value::array();
-  for (const ZunRtcpPsfbAfbShowParameter& parameter : Elements(*ZunRtcpPsfbAfbShowGetParameters(&show))) {
-    const std::string name = ParameterName(parameter.type);
+  for (const ShowParameter& parameter : show.parameters()) {
+    const std::string name = words::ShowParameterName(parameter.type);
     values.push_back({{"type", parameter.type}, {"name", name}, {"value", parameter.value}});
     description->AddWords(name + " " + std::to_string(parameter.value));
   }

@@ -3,11 +3,13 @@
 
 namespace zunrtcp {
 
+using namespace zun::rtcp;
+
 namespace {
 
-void DescribeShowAck(const ZunRtcpPsfbAfbShowAck& ack, Description* description) {
-  description->AddNumber("sequence", "request", ZunRtcpPsfbAfbShowAckGetSequenceNumber(&ack));
-  description->AddSource("showSender", "of", ZunRtcpPsfbAfbShowAckGetShowSender(&ack));
+void DescribeShowAck(View<ShowAck> ack, Description* description) {
+  description->AddNumber("sequence", "request", ack.seqno());
+  description->AddSource("showSender", "of", ack.show_sender());
 }
 
 // An SSRC, a sequence number and three reserved bytes.

@@ -5,17 +5,16 @@
 #include "tools/zunrtcp/Kinds/Description.h"
 #include "tools/zunrtcp/Kinds/FeedbackLayout.h"
 #include "tools/zunrtcp/Kinds/Rewrite.h"
-#include "tools/zunrtcp/Packet/LibraryValues.h"
 
 namespace zunrtcp {
 
 inline constexpr unsigned kTradeOffIndexMask = 0x1F;
 
 // The entries of a TSTR or TSTA, which have an index.
-template <class Kind>
-void DescribeTradeOffs(const Kind& object, Description* description) {
+template <class Message>
+void DescribeTradeOffs(Message message, Description* description) {
   description->AddList("entries");
-  for (const auto& entry : Elements(object.fci)) {
+  for (const auto& entry : message.fci()) {
     Description& described = description->AddItem("entries");
     described.AddSource("source", "to", entry.ssrc);
     described.AddNumber("sequence", "request", entry.seqno);

@@ -3,11 +3,13 @@
 
 namespace zunrtcp {
 
+using namespace zun::rtcp;
+
 namespace {
 
-void DescribeFir(const ZunRtcpPsfbFir& fir, Description* description) {
+void DescribeFir(View<Fir> fir, Description* description) {
   description->AddList("entries");
-  for (const ZunRtcpPsfbFirEntry& entry : Elements(fir.fci)) {
+  for (const FirEntry& entry : fir.fci()) {
     Description& described = description->AddItem("entries");
     described.AddSource("source", "to", entry.ssrc);
     described.AddNumber("sequence", "command", entry.seqno);

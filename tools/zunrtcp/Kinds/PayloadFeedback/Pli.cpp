@@ -1,12 +1,13 @@
 #include "tools/zunrtcp/Kinds/PayloadFeedback/Rows.h"
-#include "tools/zunrtcp/Packet/LibraryValues.h"
 
 namespace zunrtcp {
 
+using namespace zun::rtcp;
+
 namespace {
 
-void DescribePli(const ZunRtcpPsfbPli& pli, Description* description) {
-  description->AddBytes("extension", "extension", BytesOf(pli.profile_specific_ext));
+void DescribePli(View<Pli> pli, Description* description) {
+  description->AddBytes("extension", "extension", pli.profile_specific_ext());
 }
 
 }  // namespace

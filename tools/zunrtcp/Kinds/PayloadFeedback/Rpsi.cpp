@@ -1,8 +1,9 @@
 #include "tools/zunrtcp/Kinds/FeedbackLayout.h"
 #include "tools/zunrtcp/Kinds/PayloadFeedback/Rows.h"
-#include "tools/zunrtcp/Packet/LibraryValues.h"
 
 namespace zunrtcp {
+
+using namespace zun::rtcp;
 
 namespace {
 
@@ -12,10 +13,10 @@ constexpr std::size_t kPayloadTypeOffset = kFciOffset + 1;
 constexpr std::size_t kStringOffset = kFciOffset + 2;
 constexpr std::size_t kMinSize = kFciOffset + 4;
 
-void DescribeRpsi(const ZunRtcpPsfbRpsi& rpsi, Description* description) {
-  description->AddNumber("payloadType", "payload type", ZunRtcpPsfbRpsiGetPt(&rpsi));
-  description->AddNumber("unusedBits", "unused bits", ZunRtcpPsfbRpsiGetUnusedBits(&rpsi));
-  description->AddBytes("bitString", "bit string", BytesOf(rpsi.rpsi));
+void DescribeRpsi(View<Rpsi> rpsi, Description* description) {
+  description->AddNumber("payloadType", "payload type", rpsi.pt());
+  description->AddNumber("unusedBits", "unused bits", rpsi.unbits());
+  description->AddBytes("bitString", "bit string", rpsi.rpsi());
 }
 
 // The octets that the number of padding bits covers are dropped; its rest, bits of the last octet, is kept.

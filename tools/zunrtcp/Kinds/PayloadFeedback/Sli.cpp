@@ -1,17 +1,18 @@
 #include "tools/zunrtcp/Kinds/PayloadFeedback/Rows.h"
-#include "tools/zunrtcp/Packet/LibraryValues.h"
 
 namespace zunrtcp {
 
+using namespace zun::rtcp;
+
 namespace {
 
-void DescribeSli(const ZunRtcpPsfbSli& sli, Description* description) {
+void DescribeSli(View<Sli> sli, Description* description) {
   description->AddList("items");
-  for (const ZunRtcpPsfbSliItem& item : Elements(sli.items)) {
+  for (const SliItem& item : sli.items()) {
     Description& described = description->AddItem("items");
-    described.AddNumber("firstLost", "lost from macroblock", ZunRtcpPsfbSliItemGetFirstLostMblock(&item));
-    described.AddNumber("lostCount", "as many as", ZunRtcpPsfbSliItemGetNumLostMblocks(&item));
-    described.AddNumber("pictureId", "in picture", ZunRtcpPsfbSliItemGetPictureId(&item));
+    described.AddNumber("firstLost", "lost from macroblock", item.lost_mblock);
+    described.AddNumber("lostCount", "as many as", item.num_lost_mblocks);
+    described.AddNumber("pictureId", "in picture", item.picture_id);
   }
 }
 

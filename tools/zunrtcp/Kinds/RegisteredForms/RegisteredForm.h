@@ -3,17 +3,18 @@
 #define TOOLS_ZUNRTCP_KINDS_REGISTEREDFORMS_REGISTEREDFORM_H
 
 #include <cstddef>
+#include <optional>
 
-#include "Zun/Rtp/Dialect/ZunRtcpCodec.h"
 #include "tools/zunrtcp/Kinds/Description.h"
+#include "tools/zunrtcp/Packet/LibraryPacket.h"
 #include "tools/zunrtcp/Packet/SubpacketWalk.h"
 
 namespace zunrtcp {
 
 struct FormBytes {
   const SubpacketView& view;
-  const ZunRtcpSubpacket* object;  // that keeps the body; null when the library has none
-  std::size_t* packets_left;       // how many packets may still be told of one by one; a few octets may stand for many
+  const std::optional<ObjectView>& object;  // that keeps the body, when the library has one
+  std::size_t* packets_left;  // how many packets may still be told of one by one; a few octets may stand for many
 };
 
 // What is wrong with a form.

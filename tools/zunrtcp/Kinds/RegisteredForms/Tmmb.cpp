@@ -1,3 +1,4 @@
+#include "Zun/Rtp/Dialect/ZunRtcpTmmb.h"
 #include "tools/zunrtcp/Kinds/FeedbackLayout.h"
 #include "tools/zunrtcp/Kinds/RegisteredForms/RegisteredForm.h"
 #include "tools/zunrtcp/Text.h"

@@ -4,6 +4,8 @@
 
 namespace zunrtcp {
 
+using namespace zun::rtcp;
+
 namespace {
 
 constexpr double kPerSecond = 65536;
@@ -11,26 +13,21 @@ constexpr unsigned kNotKnown = 127;
 
 // What is told of packets one by one.
 struct ToldPackets {
-  std::vector<ZunUint16> sequences;
-  std::vector<ZunUint32> values;
+  std::vector<std::uint16_t> sequences;
+  std::vector<std::uint32_t> values;
 };
 
-ToldPackets PacketsOf(const ZunRtcpXrBlock& block) {
+ToldPackets PacketsOf(const XrBlock& block) {
   ToldPackets told;
-  ZunRtcpXrBlockGeneratePackets(
-      &block,
-      [](ZunVoidPtr data, ZunUint16 sequence, ZunUint32 value) {
-        auto* packets = static_cast<ToldPackets*>(data);
-        packets->sequences.push_back(sequence);
-        packets->values.push_back(value);
-      },
-      &told);
+  block.for_each_packet([&](std::uint16_t sequence, std::uint32_t value) {
+    told.sequences.push_back(sequence);
+    told.values.push_back(value);
+  });
   return told;
 }
 
-ZunRtcpXrRange DescribeRange(const ZunRtcpXrBlock& block, Description* description) {
-  ZunRtcpXrRange range{};
-  ZunRtcpXrBlockGetRange(&block, &range);
+XrRange DescribeRange(const XrBlock& block, Description* description) {
+  const XrRange range = block.range().value_or(XrRange{});
   description->AddSource("source", "of", range.source);
   description->AddValue("thinning", range.thinning);
   description->AddValue("beginSequence", range.beginSeq);
@@ -41,13 +38,11 @@ ZunRtcpXrRange DescribeRange(const ZunRtcpXrBlock& block, Description* descripti
 }
 
 // The packets of a block, unless they are more than may still be told of: then the block stays bytes.
-std::optional<ToldPackets> TakePackets(const ZunRtcpXrBlock& block, std::size_t* packets_left,
-                                       Description* description) {
-  const ZunRtcpXrRange range = DescribeRange(block, description);
-  const std::size_t count = ZunRtcpXrRangeGetCount(&range);
+std::optional<ToldPackets> TakePackets(const XrBlock& block, std::size_t* packets_left, Description* description) {
+  const std::size_t count = packet_count(DescribeRange(block, description));
   if (count > *packets_left) {
     description->AddWords(ZunRtcpDecodeReasonGetText(ZUN_RTCP_DECODE_REASON_LIMIT));
-    description->AddBytes("data", "data", {reinterpret_cast<const char*>(block.octets), block.size});
+    description->AddBytes("data", "data", block.octets());
     return std::nullopt;
   }
   *packets_left -= count;
@@ -55,7 +50,7 @@ std::optional<ToldPackets> TakePackets(const ZunRtcpXrBlock& block, std::size_t*
 }
 
 // A block that tells yes or no of each packet; for people the numbers of those with "no" are listed.
-void DescribeRle(const ZunRtcpXrBlock& block, std::size_t* packets_left, const char* key, const char* no_words,
+void DescribeRle(const XrBlock& block, std::size_t* packets_left, const char* key, const char* no_words,
                  Description* description) {
   const std::optional<ToldPackets> told = TakePackets(block, packets_left, description);
   if (!told) return;
@@ -73,15 +68,15 @@ void DescribeRle(const ZunRtcpXrBlock& block, std::size_t* packets_left, const c
                        (count == 0 ? "" : ":" + numbers));
 }
 
-void DescribeLossRle(const ZunRtcpXrBlock& block, std::size_t* packets_left, Description* description) {
+void DescribeLossRle(const XrBlock& block, std::size_t* packets_left, Description* description) {
   DescribeRle(block, packets_left, "received", "lost", description);
 }
 
-void DescribeDuplicateRle(const ZunRtcpXrBlock& block, std::size_t* packets_left, Description* description) {
+void DescribeDuplicateRle(const XrBlock& block, std::size_t* packets_left, Description* description) {
   DescribeRle(block, packets_left, "once", "came more than once", description);
 }
 
-void DescribeReceiptTimes(const ZunRtcpXrBlock& block, std::size_t* packets_left, Description* description) {
+void DescribeReceiptTimes(const XrBlock& block, std::size_t* packets_left, Description* description) {
   const std::optional<ToldPackets> told = TakePackets(block, packets_left, description);
   if (!told) return;
   std::string words = "RTP times";
@@ -91,20 +86,16 @@ void DescribeReceiptTimes(const ZunRtcpXrBlock& block, std::size_t* packets_left
   description->Add("times", told->values, words);
 }
 
-void DescribeRrtr(const ZunRtcpXrBlock& block, std::size_t*, Description* description) {
-  ZunRtcpXrRrtr rrtr{};
-  ZunRtcpXrBlockGetRrtr(&block, &rrtr);
-  const std::uint64_t seconds = rrtr.ntpTimestamp >> 32;
-  const std::uint64_t fraction = rrtr.ntpTimestamp & 0xFFFFFFFF;
-  description->AddValue("ntpSeconds", seconds);
-  description->AddValue("ntpFraction", fraction);
-  description->AddWords(NtpWords(seconds, fraction));
+void DescribeRrtr(const XrBlock& block, std::size_t*, Description* description) {
+  const std::uint64_t ntp = block.rrtr().value_or(XrRrtr{}).ntpTimestamp;
+  description->AddValue("ntpSeconds", ntp >> 32);
+  description->AddValue("ntpFraction", ntp & 0xFFFFFFFF);
+  description->AddWords(NtpWords(ntp));
 }
 
-void DescribeDlrr(const ZunRtcpXrBlock& block, std::size_t*, Description* description) {
+void DescribeDlrr(const XrBlock& block, std::size_t*, Description* description) {
   description->AddList("receivers");
-  ZunRtcpXrDlrr dlrr;
-  for (std::size_t i = 0; ZunRtcpXrBlockGetDlrr(&block, i, &dlrr); ++i) {
+  block.for_each_dlrr([&](const XrDlrr& dlrr) {
     Description& item = description->AddItem("receivers");
     item.AddSource("source", "to", dlrr.ssrc);
     item.AddValue("lastRr", dlrr.lastRr);
@@ -112,10 +103,10 @@ void DescribeDlrr(const ZunRtcpXrBlock& block, std::size_t*, Description* descri
     item.AddWords(dlrr.lastRr == 0
                       ? "no RRTR yet"
                       : Printed("last RRTR 0x%08x, %.6f s ago", dlrr.lastRr, dlrr.delaySinceLastRr / kPerSecond));
-  }
+  });
 }
 
-void DescribeHops(const ZunRtcpXrStatistics& statistics, Description* description) {
+void DescribeHops(const XrStatistics& statistics, Description* description) {
   description->AddValue("hopKind", statistics.hopKind);
   description->AddValue("minHops", statistics.minHops);
   description->AddValue("maxHops", statistics.maxHops);
@@ -127,10 +118,9 @@ void DescribeHops(const ZunRtcpXrStatistics& statistics, Description* descriptio
                                 statistics.meanHops, statistics.hopsDeviation));
 }
 
-void DescribeStatistics(const ZunRtcpXrBlock& block, std::size_t*, Description* description) {
+void DescribeStatistics(const XrBlock& block, std::size_t*, Description* description) {
   DescribeRange(block, description);
-  ZunRtcpXrStatistics statistics{};
-  ZunRtcpXrBlockGetStatistics(&block, &statistics);
+  const XrStatistics statistics = block.statistics().value_or(XrStatistics{});
   description->AddValue("hasLoss", statistics.hasLoss != 0);
   description->AddValue("hasDuplicates", statistics.hasDuplicates != 0);
   description->AddValue("hasJitter", statistics.hasJitter != 0);
@@ -162,9 +152,8 @@ void AddMos(const char* key, const char* label, unsigned mos, Description* descr
   AddKnown(key, label, static_cast<int>(mos), Printed("%.1f", mos / 10.0).c_str(), description);
 }
 
-void DescribeVoip(const ZunRtcpXrBlock& block, std::size_t*, Description* description) {
-  ZunRtcpXrVoip voip{};
-  ZunRtcpXrBlockGetVoip(&block, &voip);
+void DescribeVoip(const XrBlock& block, std::size_t*, Description* description) {
+  const XrVoip voip = block.voip().value_or(XrVoip{});
   description->AddSource("source", "of", voip.source);
   AddRate("lossRate", "lost", voip.lossRate, description);
   AddRate("discardRate", "discarded", voip.discardRate, description);

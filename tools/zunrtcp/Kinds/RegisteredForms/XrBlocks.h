@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <span>
 
-#include "Zun/Rtp/Dialect/ZunRtcpXr.h"
+#include "Zun/Rtp/Cpp/Xr.h"
 #include "tools/zunrtcp/Kinds/Description.h"
 
 namespace zunrtcp {
@@ -14,7 +14,7 @@ struct XrBlockRow {
   ZunRtcpXrBlockType type;
   const char* name;
   // Asked only about a block of this type that has the length of its type. `packets_left`: see FormBytes.
-  void (*describe)(const ZunRtcpXrBlock& block, std::size_t* packets_left, Description* description);
+  void (*describe)(const zun::rtcp::XrBlock& block, std::size_t* packets_left, Description* description);
 };
 
 std::span<const XrBlockRow> XrBlockRows();

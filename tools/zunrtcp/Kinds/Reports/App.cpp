@@ -1,17 +1,18 @@
 #include "tools/zunrtcp/Kinds/Reports/Rows.h"
-#include "tools/zunrtcp/Packet/LibraryValues.h"
 #include "tools/zunrtcp/Text.h"
 
 namespace zunrtcp {
 
+using namespace zun::rtcp;
+
 namespace {
 
-void DescribeApp(const ZunRtcpApp& app, Description* description) {
-  description->AddSource("source", "source", app.source);
-  description->AddText("name", "name", BytesOf(app.name));
-  description->AddValue("dataLength", app.data.size);
-  description->AddWords(Counted(app.data.size, "byte") + " of data");
-  description->AddBytes("data", "data", BytesOf(app.data));
+void DescribeApp(View<App> app, Description* description) {
+  description->AddSource("source", "source", app.source());
+  description->AddText("name", "name", app.name());
+  description->AddValue("dataLength", app.data().size());
+  description->AddWords(Counted(app.data().size(), "byte") + " of data");
+  description->AddBytes("data", "data", app.data());
 }
 
 void RewriteApp(Rewrite* rewrite) { rewrite->Mask(0, ~kCountMask, Rule::AppSubtype); }

@@ -1,15 +1,15 @@
 #include "tools/zunrtcp/Kinds/Reports/Rows.h"
-#include "tools/zunrtcp/Packet/LibraryValues.h"
 #include "tools/zunrtcp/Text.h"
 
 namespace zunrtcp {
 
+using namespace zun::rtcp;
+
 namespace {
 
-void DescribeBye(const ZunRtcpBye& bye, Description* description) {
-  const auto sources = Elements(bye.sources);
-  description->AddSources("sources", sources, SourceNames(sources) + " left");
-  if (bye.reason.size > 0) description->AddText("reason", "reason", BytesOf(bye.reason));
+void DescribeBye(View<Bye> bye, Description* description) {
+  description->AddSources("sources", bye.sources(), SourceNames(bye.sources()) + " left");
+  if (!bye.reason().empty()) description->AddText("reason", "reason", bye.reason());
 }
 
 // Sources, then, when there is more, a reason after its length and zeros to a multiple of 4.

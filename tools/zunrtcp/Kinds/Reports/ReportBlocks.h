@@ -2,12 +2,15 @@
 #ifndef TOOLS_ZUNRTCP_KINDS_REPORTS_REPORTBLOCKS_H
 #define TOOLS_ZUNRTCP_KINDS_REPORTS_REPORTBLOCKS_H
 
-#include "Zun/Rtp/Reports/ZunRtcpReportBlock.h"
+#include <cstddef>
+#include <span>
+
+#include "Zun/Rtp/Cpp/Reports.h"
 #include "tools/zunrtcp/Kinds/Description.h"
 
 namespace zunrtcp {
 
-void DescribeReportBlocks(const ZunVector_ZunRtcpReportBlock& blocks, const ZunString& extension,
+void DescribeReportBlocks(std::span<const zun::rtcp::ReportBlock> blocks, std::span<const std::byte> extension,
                           Description* description);
 
 }  // namespace zunrtcp

@@ -3,11 +3,13 @@
 
 namespace zunrtcp {
 
+using namespace zun::rtcp;
+
 namespace {
 
-void DescribeRr(const ZunRtcpRr& rr, Description* description) {
-  description->AddSource("sender", "sender", rr.sender_source);
-  DescribeReportBlocks(rr.report_blocks, rr.profile_specific_ext, description);
+void DescribeRr(View<Rr> rr, Description* description) {
+  description->AddSource("sender", "sender", rr.sender_source());
+  DescribeReportBlocks(rr.report_blocks(), rr.profile_specific_ext(), description);
 }
 
 }  // namespace

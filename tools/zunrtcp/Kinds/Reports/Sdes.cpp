@@ -1,80 +1,37 @@
+#include "Zun/Rtp/Cpp/Print.h"
 #include "tools/zunrtcp/Kinds/Reports/Rows.h"
-#include "tools/zunrtcp/Packet/LibraryValues.h"
 #include "tools/zunrtcp/Text.h"
 
 namespace zunrtcp {
+
+using namespace zun::rtcp;
 
 namespace {
 
 constexpr unsigned kMaxItemType = 15;
 constexpr std::size_t kItemHeaderSize = 2;  // type and length
 
-std::string ItemName(ZunRtcpSdesItemType type) {
-  switch (type) {
-    case ZUN_RTCPSDESITEM_TYPE_CNAME:
-      return "CNAME";
-    case ZUN_RTCPSDESITEM_TYPE_NAME:
-      return "NAME";
-    case ZUN_RTCPSDESITEM_TYPE_EMAIL:
-      return "EMAIL";
-    case ZUN_RTCPSDESITEM_TYPE_PHONE:
-      return "PHONE";
-    case ZUN_RTCPSDESITEM_TYPE_LOC:
-      return "LOC";
-    case ZUN_RTCPSDESITEM_TYPE_TOOL:
-      return "TOOL";
-    case ZUN_RTCPSDESITEM_TYPE_NOTE:
-      return "NOTE";
-    case ZUN_RTCPSDESITEM_TYPE_PRIV:
-      return "PRIV";
-    case ZUN_RTCPSDESITEM_TYPE_H323CADDR:
-      return "H323-CADDR";
-    case ZUN_RTCPSDESITEM_TYPE_APSI:
-      return "APSI";
-    case ZUN_RTCPSDESITEM_TYPE_RGRP:
-      return "RGRP";
-    case ZUN_RTCPSDESITEM_TYPE_RID:
-      return "RtpStreamId";
-    case ZUN_RTCPSDESITEM_TYPE_RRID:
-      return "RepairedRtpStreamId";
-    case ZUN_RTCPSDESITEM_TYPE_CCID:
-      return "CCID";
-    case ZUN_RTCPSDESITEM_TYPE_MID:
-      return "MID";
-    default:
-      return "type " + std::to_string(type);
+void DescribeItem(View<SdesItem> item, Description* description) {
+  description->AddValue("type", item.type());
+  description->AddValue("name", words::SdesItemName(item.type()));
+  if (const auto priv = item.priv()) {
+    description->AddTextValue("prefix", priv->prefix);
+    description->AddTextValue("text", priv->value);
+  } else {
+    description->AddTextValue("text", item.text());
   }
+  description->AddWords(words::SdesItemWords(item));
 }
 
-// A PRIV item in its two parts; as it stands when its prefix does not fit.
-void DescribePriv(const ZunRtcpSdesItem& item, Description* description) {
-  ZunRtcpSdesItemPriv priv;
-  if (ZunRtcpSdesItemPrivConstructItem(&priv, &item) == nullptr) {
-    return description->AddText("text", "PRIV", BytesOf(item.text));
-  }
-  description->AddTextValue("prefix", BytesOf(priv.prefix));
-  description->AddTextValue("text", BytesOf(priv.text));
-  description->AddWords("PRIV " + Quoted(BytesOf(priv.prefix)) + " = " + Quoted(BytesOf(priv.text)));
-  ZunRtcpSdesItemPrivDestruct(&priv);
-}
-
-void DescribeItem(const ZunRtcpSdesItem& item, Description* description) {
-  const std::string name = ItemName(item.type);
-  description->AddValue("type", item.type);
-  description->AddValue("name", name);
-  if (item.type == ZUN_RTCPSDESITEM_TYPE_PRIV) return DescribePriv(item, description);
-  description->AddText("text", name, BytesOf(item.text));
-}
-
-void DescribeChunk(const ZunRtcpSdesChunk& chunk, Description* description) {
-  description->AddSource("source", "chunk of", chunk.ssrc);
+void DescribeChunk(View<SdesChunk> chunk, Description* description) {
+  description->AddSource("source", "chunk of", chunk.ssrc());
   description->AddList("items");
-  for (const ZunRtcpSdesItem& item : Elements(chunk.items)) DescribeItem(item, &description->AddItem("items"));
+  for (const auto item : chunk.items()) DescribeItem(item, &description->AddItem("items"));
 }
 
-void DescribeSdes(const ZunRtcpSdes& sdes, Description* description) {
+void DescribeSdes(View<Sdes> sdes, Description* description) {
   description->AddList("chunks");
-  for (const ZunRtcpSdesChunk& chunk : Elements(sdes.chunks)) DescribeChunk(chunk, &description->AddItem("chunks"));
+  for (const auto chunk : sdes.chunks()) DescribeChunk(chunk, &description->AddItem("chunks"));
 }
 
 // Copies chunk after chunk: an SSRC, items of (type, length, text) up to a type of 0, and zeros to a multiple of 4.

@@ -4,19 +4,19 @@
 
 namespace zunrtcp {
 
+using namespace zun::rtcp;
+
 namespace {
 
-void DescribeSr(const ZunRtcpSr& sr, Description* description) {
-  const std::uint64_t seconds = sr.ntp_timestamp >> 32;
-  const std::uint64_t fraction = sr.ntp_timestamp & 0xFFFFFFFF;
-  description->AddSource("sender", "sender", sr.sender_source);
-  description->AddValue("ntpSeconds", seconds);
-  description->AddValue("ntpFraction", fraction);
-  description->AddWords(NtpWords(seconds, fraction));
-  description->AddNumber("rtpTimestamp", "RTP time", sr.rtp_timestamp);
-  description->Add("packets", sr.sender_packet_cnt, Counted(sr.sender_packet_cnt, "packet"));
-  description->Add("octets", sr.sender_octet_cnt, Counted(sr.sender_octet_cnt, "octet"));
-  DescribeReportBlocks(sr.report_blocks, sr.profile_specific_ext, description);
+void DescribeSr(View<Sr> sr, Description* description) {
+  description->AddSource("sender", "sender", sr.sender_source());
+  description->AddValue("ntpSeconds", sr.ntp_timestamp() >> 32);
+  description->AddValue("ntpFraction", sr.ntp_timestamp() & 0xFFFFFFFF);
+  description->AddWords(NtpWords(sr.ntp_timestamp()));
+  description->AddNumber("rtpTimestamp", "RTP time", sr.rtp_timestamp());
+  description->Add("packets", sr.sender_packet_cnt(), Counted(sr.sender_packet_cnt(), "packet"));
+  description->Add("octets", sr.sender_octet_cnt(), Counted(sr.sender_octet_cnt(), "octet"));
+  DescribeReportBlocks(sr.report_blocks(), sr.profile_specific_ext(), description);
 }
 
 }  // namespace

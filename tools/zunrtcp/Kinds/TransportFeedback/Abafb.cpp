@@ -2,14 +2,16 @@
 
 namespace zunrtcp {
 
+using namespace zun::rtcp;
+
 namespace {
 
-void DescribeAbafb(const ZunRtcpRtpfbAbafb& abafb, Description* description) {
-  description->AddNumber("timestamp", "timestamp", ZunRtcpRtpfbAbafbGetTimestamp(&abafb));
-  description->AddNumber("delay", "delay", ZunRtcpRtpfbAbafbGetDelay(&abafb), "us");
-  description->AddNumber("dataRate", "data rate", ZunRtcpRtpfbAbafbGetDataRate(&abafb));
-  description->AddNumber("lossRate", "loss rate", ZunRtcpRtpfbAbafbGetLossRate(&abafb));
-  description->AddNumber("abaDataRate", "ABA data rate", ZunRtcpRtpfbAbafbGetAbaDataRate(&abafb));
+void DescribeAbafb(View<Abafb> abafb, Description* description) {
+  description->AddNumber("timestamp", "timestamp", abafb.timestamp());
+  description->AddNumber("delay", "delay", abafb.delay(), "us");
+  description->AddNumber("dataRate", "data rate", abafb.data_rate());
+  description->AddNumber("lossRate", "loss rate", abafb.loss_rate());
+  description->AddNumber("abaDataRate", "ABA data rate", abafb.aba_data_rate());
 }
 
 }  // namespace

@@ -2,10 +2,11 @@
 
 #include "tools/zunrtcp/Kinds/FeedbackLayout.h"
 #include "tools/zunrtcp/Kinds/TransportFeedback/Rows.h"
-#include "tools/zunrtcp/Packet/LibraryValues.h"
 #include "tools/zunrtcp/Text.h"
 
 namespace zunrtcp {
+
+using namespace zun::rtcp;
 
 namespace {
 
@@ -23,19 +24,19 @@ constexpr unsigned kReceivedBit = 0x8000;
 constexpr unsigned kOffsetMask = 0x1FFF;
 constexpr std::size_t kMetricSize = 2;
 
-std::size_t Codepoint(const ZunRtcpRtpfbCcfbPacketMetric& metric, ZunRtcpDialect dialect) {
-  return (dialect == ZUN_RTCP_DIALECT_REGISTERED ? metric.ecn : metric.ecn / kEcnFactor) % kEcnNames.size();
+std::size_t Codepoint(const CcfbPacketMetric& metric, Dialect dialect) {
+  return (dialect == Dialect::registered ? metric.ecn : metric.ecn / kEcnFactor) % kEcnNames.size();
 }
 
 // A metric in words: "x" when the packet did not arrive, "?" when nobody knows when, else the milliseconds from its
 // arrival to the report.
-std::string OffsetWords(const ZunRtcpRtpfbCcfbPacketMetric& metric) {
+std::string OffsetWords(const CcfbPacketMetric& metric) {
   if (!metric.received) return "x";
   if (metric.arrivalTimeOffset >= kOffsetOverRange) return "?";
   return Printed("%.1f", metric.arrivalTimeOffset / kOffsetsPerMillisecond);
 }
 
-Description::Value ValueOf(const ZunRtcpRtpfbCcfbPacketMetric& metric) {
+Description::Value ValueOf(const CcfbPacketMetric& metric) {
   return {{"received", metric.received != 0}, {"ecn", metric.ecn}, {"offset", metric.arrivalTimeOffset}};
 }
 
@@ -54,13 +55,13 @@ std::string EcnWords(const std::array<std::size_t, kEcnNames.size()>& counts) {
   return words.empty() ? words : "ECN" + words;
 }
 
-void DescribeStream(const ZunRtcpRtpfbCcfbStream& stream, Description* description) {
-  const auto metrics = Elements(stream.packetMetrics);
+void DescribeStream(View<CcfbStream> stream, Description* description) {
+  const auto metrics = stream.packet_metrics();
   std::size_t lost = 0;
   std::array<std::size_t, kEcnNames.size()> ecn{};
   std::vector<std::string> offsets;
   Description::Value values = Description::Value::array();
-  for (const ZunRtcpRtpfbCcfbPacketMetric& metric : metrics) {
+  for (const CcfbPacketMetric& metric : metrics) {
     if (metric.received) {
       ++ecn[Codepoint(metric, description->dialect())];
     } else {
@@ -69,19 +70,19 @@ void DescribeStream(const ZunRtcpRtpfbCcfbStream& stream, Description* descripti
     offsets.push_back(OffsetWords(metric));
     values.push_back(ValueOf(metric));
   }
-  description->AddSource("source", "stream", stream.ssrc);
-  description->AddNumber("beginSequence", "from sequence", stream.beginSeq);
+  description->AddSource("source", "stream", stream.ssrc());
+  description->AddNumber("beginSequence", "from sequence", stream.begin_seq());
   description->AddWords(LossWords(metrics.size(), lost));
   if (lost < metrics.size()) description->AddWords(EcnWords(ecn));
   description->AddValue("metrics", std::move(values));
   if (description->verbose()) description->AddWords("ms before the report: " + Joined(offsets, " "));
 }
 
-void DescribeCcfb(const ZunRtcpRtpfbCcfb& ccfb, Description* description) {
-  description->Add("timestamp", ccfb.sendTimestamp,
-                   Printed("report time %.6f s (16.16)", ccfb.sendTimestamp / kTimestampPerSecond));
+void DescribeCcfb(View<Ccfb> ccfb, Description* description) {
+  description->Add("timestamp", ccfb.send_timestamp(),
+                   Printed("report time %.6f s (16.16)", ccfb.send_timestamp() / kTimestampPerSecond));
   description->AddList("streams");
-  for (const ZunRtcpRtpfbCcfbStream& stream : Elements(ccfb.streams)) {
+  for (const auto stream : ccfb.streams()) {
     DescribeStream(stream, &description->AddItem("streams"));
   }
 }

@@ -3,19 +3,18 @@
 
 namespace zunrtcp {
 
+using namespace zun::rtcp;
+
 namespace {
 
-void DescribeNack(const ZunRtcpRtpfbNack& nack, Description* description) {
-  std::vector<ZunUint16> lost;
-  ZunRtcpRtpfbNackGenerateSeqNumbers(
-      &nack,
-      [](const ZunRtcpRtpfbNack*, ZunUint16 number, ZunVoidPtr numbers) {
-        static_cast<std::vector<ZunUint16>*>(numbers)->push_back(number);
-      },
-      &lost);
+void DescribeNack(View<Nack> nack, Description* description) {
+  Description::Value numbers = Description::Value::array();
   std::string words = "lost";
-  for (const ZunUint16 number : lost) words += " " + std::to_string(number);
-  description->Add("lost", lost, words);
+  for (const std::uint16_t number : nack.lost()) {
+    numbers.push_back(number);
+    words += " " + std::to_string(number);
+  }
+  description->Add("lost", std::move(numbers), std::move(words));
 }
 
 }  // namespace

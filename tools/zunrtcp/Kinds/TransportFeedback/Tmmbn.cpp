@@ -3,13 +3,15 @@
 
 namespace zunrtcp {
 
+using namespace zun::rtcp;
+
 namespace {
 
 constexpr std::size_t kSize = kFciOffset + 4;  // one bit rate
 constexpr std::size_t kRegisteredEntrySize = 8;
 
-void DescribeTmmbn(const ZunRtcpRtpfbTmmbn& tmmbn, Description* description) {
-  description->AddNumber("maxBitrate", "at most", tmmbn.max_bitrate, "bit/s");
+void DescribeTmmbn(View<Tmmbn> tmmbn, Description* description) {
+  description->AddNumber("maxBitrate", "at most", tmmbn.max_bitrate(), "bit/s");
 }
 
 std::optional<Rule> WhyRefused(const SubpacketView& tmmbn) {

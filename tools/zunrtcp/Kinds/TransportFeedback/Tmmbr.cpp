@@ -1,14 +1,15 @@
 #include "tools/zunrtcp/Kinds/FeedbackLayout.h"
 #include "tools/zunrtcp/Kinds/TransportFeedback/Rows.h"
-#include "tools/zunrtcp/Packet/LibraryValues.h"
 
 namespace zunrtcp {
 
+using namespace zun::rtcp;
+
 namespace {
 
-void DescribeTmmbr(const ZunRtcpRtpfbTmmbr& tmmbr, Description* description) {
+void DescribeTmmbr(View<Tmmbr> tmmbr, Description* description) {
   description->AddList("entries");
-  for (const ZunRtcpRtpfbTmmbrEntry& entry : Elements(tmmbr.fci)) {
+  for (const TmmbrEntry& entry : tmmbr.fci()) {
     Description& described = description->AddItem("entries");
     described.AddSource("source", "of", entry.ssrc);
     described.AddNumber("maxBitrate", "at most", entry.max_bitrate, "bit/s");
