@@ -1,0 +1,64 @@
+// The tool's decode and encode: any datagram is described, in words and in JSON, and what encode makes of that JSON is
+// described in the same way. The first byte chooses the dialect.
+#include <algorithm>
+#include <sstream>
+#include <string>
+
+#include "fuzz/Check.h"
+#include "tools/zunrtcp/Encode/Encoder.h"
+#include "tools/zunrtcp/InputError.h"
+#include "tools/zunrtcp/Output/Printer.h"
+
+namespace {
+
+using nlohmann::json;
+using zunrtcp::Dialect;
+
+json JsonOf(const std::string& payload, Dialect dialect) {
+  zunrtcp::RtcpDatagram datagram;
+  datagram.payload = payload;
+  const zunrtcp::DecodedDatagram decoded(std::move(datagram), dialect, true);
+  std::ostringstream words;
+  zunrtcp::TextPrinter(&words, dialect, true).Print(decoded);
+  fuzz::Check(!words.str().empty(), "a datagram is described in words");
+  std::ostringstream printed;
+  zunrtcp::JsonPrinter(&printed, dialect).Print(decoded);
+  json parsed = json::parse(printed.str(), nullptr, false);
+  fuzz::Check(!parsed.is_discarded(), "what is printed is JSON");
+  return parsed;
+}
+
+// Whether what is encoded may be read as something else: the bytes of an LIR need not be as many as its header says.
+bool MayDiffer(const json& datagram) {
+  const json& packets = datagram["subpackets"];
+  return std::any_of(packets.begin(), packets.end(), [](const json& packet) { return packet["kind"] == "LIR"; });
+}
+
+// What is told of the packets, but for how their bytes lie, which encode chooses itself.
+json PacketsOf(const json& datagram) {
+  json packets = datagram.value("subpackets", json::array());
+  for (json& packet : packets) {
+    for (const char* const layout : {"offset", "length", "padded", "paddingLength"}) packet.erase(layout);
+    if (packet["kind"] == "CCFB") packet.erase("count");  // one of two numbers is read, the registered one written
+  }
+  return packets;
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* octets, std::size_t size) {
+  if (size == 0) return 0;
+  const Dialect dialect = (octets[0] & 1) != 0 ? Dialect::registered : Dialect::house;
+  const std::string payload(reinterpret_cast<const char*>(octets + 1), size - 1);
+  const json described = JsonOf(payload, dialect);
+  try {
+    const std::string encoded = zunrtcp::EncodeDatagram(zunrtcp::JsonField(described, ""), dialect);
+    if (dialect == Dialect::registered && !MayDiffer(described)) {
+      fuzz::Check(PacketsOf(JsonOf(encoded, dialect)) == PacketsOf(described),
+                  "what is encoded is described as before");
+    }
+  } catch (const zunrtcp::InputError& complaint) {
+    fuzz::Check(*complaint.what() != '\0', "a complaint says something");
+  }
+  return 0;
+}
