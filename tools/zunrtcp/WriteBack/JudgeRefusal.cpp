@@ -22,8 +22,8 @@ std::optional<Rule> RuleOfRefusal(const SubpacketView& subpacket, const Kinds& k
   return std::nullopt;
 }
 
-// What only costs too much is in good form, so no rule speaks of it. The forms of the house are told apart by rules, the
-// registered ones by the library's reasons.
+// What only costs too much is in good form, so no rule speaks of it. The forms of the house are told apart by rules,
+// the registered ones by the library's reasons.
 std::string WhyMalformed(const SubpacketView& subpacket, const zun::rtcp::DecodeRefusal& refusal, const Kinds& kinds) {
   Description nobody_reads(false, subpacket.dialect);
   std::size_t packets_left = 0;
