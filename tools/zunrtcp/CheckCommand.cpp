@@ -25,14 +25,14 @@ struct Trouble {
 
 class Checker {
  public:
-  explicit Checker(std::size_t most_troubles) : most_troubles_(most_troubles) {}
+  Checker(Dialect dialect, std::size_t most_troubles) : dialect_(dialect), most_troubles_(most_troubles) {}
 
   void Check(const RtcpDatagram& datagram) {
     ++datagrams_;
     if (datagram.missing > 0) return static_cast<void>(++cut_off_);
-    const SubpacketWalk walk = WalkSubpackets(datagram.payload);
+    const SubpacketWalk walk = WalkSubpackets(datagram.payload, dialect_);
     if (!walk.fault.empty() && RecogniseSrtcp(datagram.payload)) return static_cast<void>(++srtcp_);
-    const LibraryPacket packet(datagram.payload, Dialect::house, Reading::Tolerant);
+    const LibraryPacket packet(datagram.payload, dialect_, Reading::Tolerant);
     for (const SubpacketView& view : walk.subpackets) {
       Add(datagram, {view.type(), AllKinds().NameOf(view)}, JudgeSubpacket(view, packet));
     }
@@ -41,6 +41,7 @@ class Checker {
     Add(datagram, {kNoType, "no packet"}, {Outcome::RefusedUnexplained, {}, {fault}});
   }
 
+  Dialect dialect() const { return dialect_; }
   std::size_t datagrams() const { return datagrams_; }
   std::size_t cut_off() const { return cut_off_; }
   std::size_t srtcp() const { return srtcp_; }
@@ -61,6 +62,7 @@ class Checker {
     }
   }
 
+  Dialect dialect_;
   std::size_t most_troubles_;
   std::size_t datagrams_ = 0;
   std::size_t cut_off_ = 0;
@@ -87,7 +89,9 @@ std::size_t CountIn(const Tally::Counts& counts, Outcome outcome) {
 }
 
 void PrintText(const Checker& checker, const std::string& path, std::ostream* out) {
-  *out << path << ": " << Counted(checker.datagrams(), "datagram") << "\n\n";
+  *out << path << ": " << Counted(checker.datagrams(), "datagram");
+  if (checker.dialect() == Dialect::registered) *out << ", in the registered dialect";
+  *out << "\n\n";
   *out << Printed("  %-18s %10s %10s %10s %12s %10s\n", "kind", kColumns[0], kColumns[1], kColumns[2], kColumns[3],
                   kColumns[4]);
   for (const auto& [kind, counts] : checker.tally().kinds()) {
@@ -121,6 +125,7 @@ void PrintJson(const Checker& checker, const std::string& path, std::ostream* ou
              {"kinds", Json::object()},
              {"rules", Json::object()},
              {"troubles", Json::array()}};
+  if (checker.dialect() == Dialect::registered) value["dialect"] = "registered";
   for (const auto& [kind, counts] : checker.tally().kinds()) value["kinds"][kind.second] = CountsValue(counts);
   for (const auto& [rule, count] : checker.tally().rules()) value["rules"][Sentence(rule)] = count;
   for (const Trouble& trouble : checker.troubles()) {
@@ -133,7 +138,7 @@ void PrintJson(const Checker& checker, const std::string& path, std::ostream* ou
 
 ExitStatus RunCheck(const CheckOptions& options, std::ostream* out) {
   const std::unique_ptr<DatagramSource> source = OpenSource(options.input);
-  Checker checker(options.troubles);
+  Checker checker(options.dialect, options.troubles);
   std::string complaint;  // said when all that can be told is
   try {
     while (const std::optional<RtcpDatagram> datagram = source->Next()) checker.Check(*datagram);

@@ -1,4 +1,4 @@
-// zunrtcp check: reads every packet in the house's dialect, writes it back, and counts what became of each kind.
+// zunrtcp check: reads every packet in a dialect, writes it back in the same, and counts what became of each kind.
 #ifndef TOOLS_ZUNRTCP_CHECKCOMMAND_H
 #define TOOLS_ZUNRTCP_CHECKCOMMAND_H
 
@@ -6,12 +6,14 @@
 #include <ostream>
 
 #include "tools/zunrtcp/Capture/OpenSource.h"
+#include "tools/zunrtcp/Dialect.h"
 #include "tools/zunrtcp/ExitStatus.h"
 
 namespace zunrtcp {
 
 struct CheckOptions {
   InputOptions input;
+  Dialect dialect = Dialect::house;
   bool json = false;
   std::size_t troubles = 20;  // to be told one by one; all are counted
 };

@@ -90,8 +90,8 @@ class EncodeError {
   static EncodeError unencodable(ZunRtcpEncodeReason reason, std::size_t index) noexcept {
     return EncodeError(reason, index, 0);
   }
-  // `needed` octets are; the allocator did not grant them, or the caller has less. `index` is of the subpacket that does
-  // not fit, where they are written one by one.
+  // `needed` octets are; the allocator did not grant them, or the caller has less. `index` is of the subpacket that
+  // does not fit, where they are written one by one.
   static EncodeError no_room(std::size_t needed, std::size_t index = 0) noexcept {
     return EncodeError(ZUN_RTCP_ENCODE_REASON_NONE, index, needed);
   }

@@ -1,5 +1,5 @@
-// Extended reports (RFC 3611), packet type 207: read block by block, and built. A packet keeps a report as Unknown, so it
-// comes and goes unchanged. The fields have the names, units and ranges of Zun/Rtp/Dialect/ZunRtcpXr.h.
+// Extended reports (RFC 3611), packet type 207: read block by block, and built. A packet keeps a report as Unknown, so
+// it comes and goes unchanged. The fields have the names, units and ranges of Zun/Rtp/Dialect/ZunRtcpXr.h.
 #ifndef ZUN_RTP_CPP_XR_H
 #define ZUN_RTP_CPP_XR_H
 
@@ -50,9 +50,9 @@ class XrBlock {
     XrDlrr dlrr;
     for (std::size_t n = 0; ZunRtcpXrBlockGetDlrr(&block_, n, &dlrr); ++n) take(std::as_const(dlrr));
   }
-  // Calls `take(std::uint16_t seq, std::uint32_t value)` for each packet that a loss RLE, duplicate RLE or receipt times
-  // block tells of, in order: whether it was received, whether it came no more than once, when it came. It must not
-  // throw.
+  // Calls `take(std::uint16_t seq, std::uint32_t value)` for each packet that a loss RLE, duplicate RLE or receipt
+  // times block tells of, in order: whether it was received, whether it came no more than once, when it came. It must
+  // not throw.
   template <class Take>
   void for_each_packet(Take&& take) const noexcept {
     using Callable = std::remove_reference_t<Take>;
@@ -112,8 +112,8 @@ class XrReport {
   }
   std::default_sentinel_t end() const noexcept { return {}; }
 
-  // After a walk: why it ended before the end of the report, and at which octet of the blocks. Where there is no report:
-  // why not.
+  // After a walk: why it ended before the end of the report, and at which octet of the blocks. Where there is no
+  // report: why not.
   ZunRtcpDecodeReason reason() const noexcept { return next_.reason; }
   std::size_t position() const noexcept { return next_.position; }
 

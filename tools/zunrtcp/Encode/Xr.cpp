@@ -32,6 +32,7 @@ bool AddRle(const JsonField& block, ZunRtcpXrBlockType type, const char* key, Xr
   const std::vector<JsonField> elements = block[key].Elements();
   CheckCount(block[key], elements.size(), range);
   std::vector<ZunBool> told;
+  told.reserve(elements.size());
   for (const JsonField& element : elements) told.push_back(element.Bool());
   return report->add_rle(type, range, told);
 }

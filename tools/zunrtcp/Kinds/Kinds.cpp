@@ -97,9 +97,18 @@ std::optional<FormFault> Kinds::DescribeRegisteredForm(const std::optional<Objec
   return form->describe({bytes, object, packets_left}, description);
 }
 
+std::optional<std::string> Kinds::WriteRegisteredForm(const SubpacketView& bytes) const {
+  const UnmodelledKind* form = PathOf(bytes).Unmodelled();
+  return form == nullptr || form->write == nullptr ? std::nullopt : form->write(bytes);
+}
+
 void Kinds::Apply(const SubpacketView& received, Rewrite* rewrite) const {
-  const KindRow* row = RowOfBytes(received);
+  const Path path = PathOf(received);
+  const KindRow* row = path.KindsRow();
   if (row != nullptr && row->rewrite != nullptr) row->rewrite(rewrite);
+  const UnmodelledKind* form = path.Unmodelled();
+  if (form != nullptr && form->rewrite != nullptr) form->rewrite(rewrite);
+  rewrite->FillLastWord();
 }
 
 std::optional<Rule> Kinds::WhyRefused(const SubpacketView& subpacket) const {

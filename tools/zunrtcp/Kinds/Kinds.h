@@ -21,6 +21,10 @@ struct UnmodelledKind {
   const char* remark;  // null when there is none
   // Reads a registered form that no object holds; null when it is shown as bytes.
   DescribeForm describe = nullptr;
+  // Writes it where no object does, and makes the bytes received those that are then to be written; null where the
+  // library has an object of its bytes.
+  WriteForm write = nullptr;
+  void (*rewrite)(Rewrite* rewrite) = nullptr;
 };
 
 // The kinds of one level.
@@ -62,6 +66,9 @@ class Kinds {
   // when the library refused it), and what is wrong with it. Nothing when it is not one: Describe is for all others.
   std::optional<FormFault> DescribeRegisteredForm(const std::optional<ObjectView>& object, const SubpacketView& bytes,
                                                   std::size_t* packets_left, Description* description) const;
+
+  // What the library writes of a form that no object holds; nothing when it is malformed, or no such form.
+  std::optional<std::string> WriteRegisteredForm(const SubpacketView& bytes) const;
 
   // Makes the bytes received those that the library is to write; OctetsEnd when a field is not there.
   void Apply(const SubpacketView& received, Rewrite* rewrite) const;

@@ -2,8 +2,18 @@
 
 namespace zunrtcp {
 
-Rewrite::Rewrite(const SubpacketView& received, std::size_t bytes_before) : bytes(received.bytes), base(bytes_before) {
-  Mask(0, ~kPaddingBit, Rule::PaddingBit);
+Rewrite::Rewrite(const SubpacketView& received, std::size_t bytes_before)
+    : bytes(received.WithoutPadding().bytes), base(bytes_before), is_registered(received.registered()) {
+  if (bytes.size() == received.bytes.size()) {
+    Mask(0, ~kPaddingBit, Rule::PaddingBit);
+    return;
+  }
+  Mask(0, ~kPaddingBit, Rule::PaddingOctetsDropped);
+  PutLength(bytes.size() + PaddingAfter(bytes.size()));
+}
+
+void Rewrite::FillLastWord() {
+  if (rules.contains(Rule::PaddingOctetsDropped)) bytes.append(PaddingAfter(bytes.size()), '\0');
 }
 
 void Rewrite::Put(std::size_t offset, std::size_t size, std::uint64_t value, Rule rule) {

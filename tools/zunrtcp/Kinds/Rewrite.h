@@ -15,9 +15,10 @@ namespace zunrtcp {
 // One subpacket on its way from the bytes received to those expected. A kind changes `bytes` and names each rule that
 // changed something.
 struct Rewrite {
-  std::string bytes;  // as received at first, without the padding bit
+  std::string bytes;  // as received at first, without the padding bit, and without what the dialect calls padding
   std::set<Rule> rules;
   std::size_t base;  // bytes written before this subpacket; some kinds pad the whole string
+  bool is_registered;
 
   Rewrite(const SubpacketView& received, std::size_t bytes_before);
 
@@ -30,6 +31,8 @@ struct Rewrite {
   void Mask(std::size_t offset, unsigned mask, Rule rule);
   // Replaces everything from `offset` on, by `rule` when that changes it.
   void PutRest(std::size_t offset, const std::string& rest, Rule rule);
+  // What padding octets left of the last word is filled with zeros.
+  void FillLastWord();
   // Makes the header's length field say `size` bytes.
   void PutLength(std::size_t size);
   // How many zeros are missing to a multiple of 4 when `size` bytes are written after `base`.

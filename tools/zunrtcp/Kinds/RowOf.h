@@ -43,8 +43,8 @@ ZUN_RTCPPSFBAFB_KINDS(ZUNRTCP_LISTED_AFB_)
 #undef ZUNRTCP_LISTED_TYPE_
 #undef ZUNRTCP_LISTED_
 
-// What an object of the kind is described as: a View of it, or for a kind that holds others, as feedback does, the object
-// of the library itself.
+// What an object of the kind is described as: a View of it, or for a kind that holds others, as feedback does, the
+// object of the library itself.
 template <class Type, bool = zun::rtcp::HasFace<Type>>
 struct Described {
   using As = zun::rtcp::LookingAt<const Type>;

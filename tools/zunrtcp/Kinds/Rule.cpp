@@ -14,6 +14,8 @@ struct Row {
 // In the order of the enumeration.
 constexpr Row kRows[] = {
     {Rule::PaddingBit, "the padding bit is never written"},
+    {Rule::PaddingOctetsDropped, "padding octets are read as such, and never written"},
+    {Rule::NoWholeWords, "data that padding octets leave at no multiple of 4 is read but never written"},
     {Rule::SdesItemSkipped, "SDES items of type 0 or above 15 are skipped"},
     {Rule::SdesPadding, "the padding of an SDES chunk is written as zeros"},
     {Rule::ByePadding, "the padding of a BYE is written as zeros"},
@@ -28,6 +30,9 @@ constexpr Row kRows[] = {
     {Rule::TransportCcPadding, "bytes after the TWCC deltas are written as zeros, only up to a multiple of 4"},
     {Rule::CcfbEcn,
      "the ECN of a CCFB metric is read as four times its value, of which nothing is left in its two bits"},
+    {Rule::CcfbFormat, "a CCFB of FMT 14, the house's, is written with the registered FMT 11"},
+    {Rule::CcfbForeignEcn,
+     "the ECN of a CCFB of FMT 14, the house's, is read as four times its value, which is never written"},
     {Rule::CcfbLostMetric, "a CCFB metric of a packet that did not arrive is written as 0"},
     {Rule::CcfbPadding, "the padding of a CCFB stream is written as zeros"},
     {Rule::ReservedBits, "reserved bits are written as 0"},
@@ -36,6 +41,7 @@ constexpr Row kRows[] = {
     {Rule::BytesAfterFields, "bytes after the last field of ABAFB, ALBR and SHOWACK are not kept"},
     {Rule::ShowWidth, "a SHOW parameter is written in as few bytes as its value needs"},
     {Rule::ShowPadding, "a SHOW is padded to a multiple of 4 and no further"},
+    {Rule::ShowParameterOfType0, "a SHOW parameter that would begin the padding is read but never written"},
     {Rule::LirLayout, "an LIR is written without the lengths of its layer data, under a header that says 24 bytes"},
     {Rule::TmmbnLength, "a TMMBN (FMT 3 here) is exactly 16 bytes"},
     {Rule::ByeWithoutSources, "a BYE without sources is refused"},

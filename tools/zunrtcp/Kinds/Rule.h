@@ -7,6 +7,8 @@ namespace zunrtcp {
 enum class Rule {
   // Written differently.
   PaddingBit,
+  PaddingOctetsDropped,
+  NoWholeWords,
   SdesItemSkipped,
   SdesPadding,
   ByePadding,
@@ -20,6 +22,8 @@ enum class Rule {
   TransportCcDeltasMissing,
   TransportCcPadding,
   CcfbEcn,
+  CcfbFormat,
+  CcfbForeignEcn,
   CcfbLostMetric,
   CcfbPadding,
   ReservedBits,
@@ -28,6 +32,7 @@ enum class Rule {
   BytesAfterFields,
   ShowWidth,
   ShowPadding,
+  ShowParameterOfType0,
   LirLayout,
   // Refused.
   TmmbnLength,

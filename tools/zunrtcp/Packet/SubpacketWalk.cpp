@@ -26,6 +26,13 @@ std::string FaultOf(std::string_view rest) {
 
 }  // namespace
 
+SubpacketView SubpacketView::WithoutPadding() const {
+  SubpacketView bare = *this;
+  const std::size_t padding = registered() && padded() ? U8At(bytes, bytes.size() - 1) : 0;
+  if (padding <= body().size()) bare.bytes.remove_suffix(padding);
+  return bare;
+}
+
 SubpacketWalk WalkSubpackets(std::string_view datagram, Dialect dialect) {
   SubpacketWalk walk;
   for (std::size_t offset = 0; offset < datagram.size();) {

@@ -29,6 +29,10 @@ struct SubpacketView {
   unsigned type() const { return U8At(bytes, 1); }
   std::string_view body() const { return bytes.substr(kHeaderSize); }
   bool registered() const { return dialect == Dialect::registered; }
+
+  // In the registered dialect without the octets that its header calls padding, where these are as many as the last one
+  // says.
+  SubpacketView WithoutPadding() const;
 };
 
 struct SubpacketWalk {

@@ -17,15 +17,21 @@ bool IsAcceptedWithoutPadding(const SubpacketView& subpacket) {
 }
 
 std::optional<Rule> RuleOfRefusal(const SubpacketView& subpacket, const Kinds& kinds) {
-  if (const std::optional<Rule> rule = kinds.WhyRefused(subpacket)) return rule;
-  if (IsAcceptedWithoutPadding(subpacket)) return Rule::PaddingOctets;
+  if (const std::optional<Rule> rule = kinds.WhyRefused(subpacket.WithoutPadding())) return rule;
+  if (!subpacket.registered() && IsAcceptedWithoutPadding(subpacket)) return Rule::PaddingOctets;
   return std::nullopt;
 }
 
-// What only costs too much is in good form, so no rule speaks of it.
-std::string WhyMalformed(const zun::rtcp::DecodeRefusal& refusal) {
-  return refusal.reason == ZUN_RTCP_DECODE_REASON_LIMIT ? ZunRtcpDecodeReasonGetText(refusal.reason)
-                                                        : "its body is malformed";
+// What only costs too much is in good form, so no rule speaks of it. The forms of the house are told apart by rules,
+// the registered ones by the library's reasons.
+std::string WhyMalformed(const SubpacketView& subpacket, const zun::rtcp::DecodeRefusal& refusal, const Kinds& kinds) {
+  Description nobody_reads(false, subpacket.dialect);
+  std::size_t packets_left = 0;
+  const std::optional<FormFault> fault =
+      kinds.DescribeRegisteredForm(std::nullopt, subpacket, &packets_left, &nobody_reads);
+  if (fault && fault->reason != nullptr) return fault->reason;
+  const bool has_reason = subpacket.registered() || refusal.reason == ZUN_RTCP_DECODE_REASON_LIMIT;
+  return has_reason ? ZunRtcpDecodeReasonGetText(refusal.reason) : "its body is malformed";
 }
 
 }  // namespace
@@ -39,7 +45,7 @@ Verdict JudgeRefused(const SubpacketView& subpacket, const zun::rtcp::DecodeRefu
   const std::string place = PlaceWords(subpacket, kinds);
   const std::optional<Rule> rule = RuleOfRefusal(subpacket, kinds);
   if (rule) return {Outcome::RefusedByRule, {*rule}, {place + Sentence(*rule)}};
-  return {Outcome::RefusedUnexplained, {}, {place + WhyMalformed(refusal)}};
+  return {Outcome::RefusedUnexplained, {}, {place + WhyMalformed(subpacket, refusal, kinds)}};
 }
 
 Verdict JudgeRefusal(const SubpacketWalk& walk, const LibraryPacket& packet, const Kinds& kinds) {

@@ -24,9 +24,9 @@ std::string FirstDifference(std::string_view received, std::string_view written,
 
 Verdict JudgeUnwritten(const SubpacketWalk& walk, const Kinds& kinds) {
   for (const SubpacketView& subpacket : walk.subpackets) {
-    if (const std::optional<Rule> rule = kinds.WhyUnwritten(subpacket)) {
-      return {Outcome::Explained, {*rule}, {"not written"}};
-    }
+    std::optional<Rule> rule = kinds.WhyUnwritten(subpacket.WithoutPadding());
+    if (subpacket.WithoutPadding().bytes.size() % 4 != 0) rule = Rule::NoWholeWords;
+    if (rule) return {Outcome::Explained, {*rule}, {"not written"}};
   }
   return {Outcome::Unexplained, {}, {"the library read it but does not write it"}};
 }
@@ -73,12 +73,14 @@ Verdict JudgeWriteBack(std::string_view datagram, const SubpacketWalk& walk, con
 }
 
 Verdict JudgeSubpacket(const SubpacketView& subpacket, const LibraryPacket& packet, const Kinds& kinds) {
+  std::optional<std::string> written = packet.Write(subpacket.index);
   if (const zun::rtcp::DecodeRefusal* refusal = packet.RefusalOf(subpacket.index)) {
-    return JudgeRefused(subpacket, *refusal, kinds);
+    if (refusal->reason == ZUN_RTCP_DECODE_REASON_NO_OBJECT) written = kinds.WriteRegisteredForm(subpacket);
+    if (!written) return JudgeRefused(subpacket, *refusal, kinds);
   }
   SubpacketView alone = subpacket;
   alone.offset = 0;
-  Verdict verdict = JudgeWritten(subpacket.bytes, {{alone}, {}, 0}, packet.Write(subpacket.index), kinds);
+  Verdict verdict = JudgeWritten(subpacket.bytes, {{alone}, {}, 0}, written, kinds);
   for (std::string& remark : verdict.remarks) remark.insert(0, PlaceWords(subpacket, kinds));
   return verdict;
 }

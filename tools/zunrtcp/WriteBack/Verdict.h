@@ -46,7 +46,8 @@ Verdict JudgeRefusal(const SubpacketWalk& walk, const LibraryPacket& packet, con
 Verdict JudgeRefused(const SubpacketView& subpacket, const zun::rtcp::DecodeRefusal& refusal,
                      const Kinds& kinds = AllKinds());
 
-// What becomes of one subpacket of the datagram that `packet` has read tolerantly: refused, or written back by itself.
+// What becomes of one subpacket of the datagram that `packet` has read tolerantly: refused, or written back by itself,
+// in the dialect in which it was read.
 Verdict JudgeSubpacket(const SubpacketView& subpacket, const LibraryPacket& packet, const Kinds& kinds = AllKinds());
 
 }  // namespace zunrtcp

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <set>
 #include <vector>
 
@@ -133,6 +134,66 @@ const char* const kMalformed[][2] = {
     {"87CE0001 00000001", "subpacket 1 (PSFB FMT 7) at byte 8: its body is malformed"},
 };
 
+// The same in the registered dialect.
+const ExplainedCase kExplainedRegistered[] = {
+    {"RR with padding octets", "A0C90002 00000001 00000004", {Rule::PaddingOctetsDropped}},
+    {"unknown type with padding octets", "A0CF0002 00000001 00000004", {Rule::PaddingOctetsDropped}},
+    {"RR with three padding octets, which leave an octet", "A0C90002 00000001 AB000003", {Rule::NoWholeWords}},
+    {"TWCC with two padding octets",
+     "AFCD0006 00000001 00000002 0001 0004 000001 00 2004 04040404 0002",
+     {Rule::PaddingOctetsDropped}},
+    {"APP with subtype 3", "83CC0002 11223344 41424344", {Rule::AppSubtype}},
+    {"BYE with an empty reason", "81CB0002 11223344 00000000", {Rule::ByeEmptyReason}},
+    {"TMMBR with a media source", "83CD0004 00000001 00000005 00000002 00000200", {Rule::MediaSource}},
+    {"house TMMBR with a media source", "82CD0004 00000001 00000005 00000002 000003E8", {Rule::MediaSource}},
+    {"house TMMBR without entries", "82CD0002 00000001 00000000", {Rule::EmptyTmmbr}},
+    {"TWCC vector closed early by a large delta",
+     "8FCD0007 00000001 00000002 0001 0009 000001 00 2001 0007 4001 04 0100 000000",
+     {Rule::TransportCcChunks, Rule::TransportCcPadding}},
+    {"TWCC large delta 0005",
+     "8FCD0005 00000001 00000002 0001 0001 000001 00 4001 0005",
+     {Rule::TransportCcChunks, Rule::TransportCcDeltaSize}},
+    {"CCFB of the house", "8ECD0005 00000001 00000002 0001 0001 8005 0000 00010000", {Rule::CcfbFormat}},
+    {"CCFB of the house with ECN 1", "8ECD0005 00000001 00000002 0001 0001 A005 0000 00010000", {Rule::CcfbForeignEcn}},
+    {"CCFB lost metric with an offset",
+     "8BCD0005 00000001 00000002 0001 0001 0005 0000 00010000",
+     {Rule::CcfbLostMetric}},
+    {"FIR with reserved bits", "84CE0004 00000001 00000000 00000002 07000100", {Rule::ReservedBits}},
+    {"RPSI with three padding octets",
+     "A3CE0005 00000001 00000002 1860 A1A2A3 000000 00 000003",
+     {Rule::PaddingOctetsDropped, Rule::RpsiPadding}},
+    {"SHOW parameter of type 0", "8FCE0004 00000001 00000002 4E720003 2A 01 0000", {Rule::ShowParameterOfType0}},
+};
+
+const char* const kIdenticalRegistered[] = {
+    "80CB0000",                                                  // a BYE of nobody
+    "8BCD0005 00000001 00000002 0001 0001 A005 0000 00010000",   // a CCFB with ECN
+    "83CD0004 00000001 00000000 00000002 00000200",              // a TMMBR
+    "84CD0002 00000001 00000000",                                // a TMMBN that tells of no limit
+    "8FCD0005 00000001 00000002 0001 0001 000001 00 4001 0180",  // a TWCC with a large delta
+    "80CF0004 00000001 04000002 01020304 05060708",              // an XR
+};
+
+struct RefusedRegisteredCase {
+  const char* bytes;
+  Outcome outcome;
+  const char* remark;
+};
+
+const RefusedRegisteredCase kRefusedRegistered[] = {
+    {"81CD0002 00000001 00000002", Outcome::RefusedByRule,
+     "subpacket 0 (NACK, FMT 1) at byte 0: a NACK, FIR, TSTR, TSTA or LIR without entries is refused"},
+    {"A4CE0003 00000001 00000002 00000004", Outcome::RefusedByRule,
+     "subpacket 0 (FIR, FMT 4) at byte 0: a NACK, FIR, TSTR, TSTA or LIR without entries is refused"},
+    {"A1CB0001 11223344", Outcome::RefusedUnexplained,
+     "subpacket 0 (BYE, 1 source) at byte 0: the padding count is 0 or more than the body has"},
+    {"80CB0001 04414243", Outcome::RefusedUnexplained, "subpacket 0 (BYE, 0 sources) at byte 0: the body is too short"},
+    {"8FCD0005 00000001 00000002 0001 0005 000001 00 2005 0404", Outcome::RefusedUnexplained,
+     "subpacket 0 (TWCC, FMT 15) at byte 0: the body is too short"},
+    {"83CD0003 00000001 00000000 00000001", Outcome::RefusedUnexplained,
+     "subpacket 0 (TMMBR, FMT 3) at byte 0: the body is too short"},
+};
+
 constexpr const char* kReport = "80C90001 00000001";
 
 }  // namespace
@@ -140,6 +201,7 @@ constexpr const char* kReport = "80C90001 00000001";
 TEST(Verdict, ThereIsACaseForEveryRule) {
   std::set<Rule> tried{Rule::RembSourceCount};  // below, as its bytes are many
   for (const ExplainedCase& each : kExplained) tried.insert(each.rules.begin(), each.rules.end());
+  for (const ExplainedCase& each : kExplainedRegistered) tried.insert(each.rules.begin(), each.rules.end());
   for (const RefusedCase& each : kRefusedByRule) tried.insert(each.rule);
   for (int rule = 0; rule <= static_cast<int>(Rule::PaddingOctets); ++rule) {
     EXPECT_TRUE(tried.contains(static_cast<Rule>(rule))) << Sentence(static_cast<Rule>(rule));
@@ -226,6 +288,70 @@ TEST(Verdict, APacketThatIsNotWrittenIsUnexplained) {
   const std::string received = test::Hex("80C90001 00000001");
   const LibraryPacket other(test::Hex("82CD0002 00000001 00000000"));  // read, but never written
   EXPECT_EQ(JudgeWriteBack(received, WalkSubpackets(received), other).outcome, Outcome::Unexplained);
+}
+
+// What becomes of the only subpacket in the registered dialect.
+Verdict JudgedRegistered(const std::string& bytes) {
+  const SubpacketWalk walk = WalkSubpackets(bytes, Dialect::registered);
+  if (walk.subpackets.size() != 1) return {Outcome::CutOff, {}, {}};
+  return JudgeSubpacket(walk.subpackets.front(), LibraryPacket(bytes, Dialect::registered, Reading::Tolerant));
+}
+
+TEST(Verdict, OfTheRegisteredDialectNamesTheRulesOfEveryDifference) {
+  for (const ExplainedCase& each : kExplainedRegistered) {
+    SCOPED_TRACE(each.name);
+    const Verdict verdict = JudgedRegistered(test::Hex(each.bytes));
+    EXPECT_STREQ(OutcomeName(verdict.outcome), "explained");
+    EXPECT_EQ(verdict.rules, each.rules);
+  }
+}
+
+TEST(Verdict, OfTheRegisteredDialectNamesNoRuleWhenAllBytesAreTheSame) {
+  for (const char* bytes : kIdenticalRegistered) {
+    SCOPED_TRACE(bytes);
+    const Verdict verdict = JudgedRegistered(test::Hex(bytes));
+    EXPECT_STREQ(OutcomeName(verdict.outcome), "identical");
+    EXPECT_TRUE(verdict.rules.empty());
+  }
+}
+
+TEST(Verdict, OfARefusalInTheRegisteredDialectNamesTheRuleOrTheReason) {
+  for (const auto& [bytes, outcome, remark] : kRefusedRegistered) {
+    const Verdict verdict = JudgedRegistered(test::Hex(bytes));
+    EXPECT_EQ(verdict.outcome, outcome) << bytes;
+    EXPECT_EQ(verdict.remarks, std::vector<std::string>{remark});
+  }
+}
+
+// The variants of a datagram, and it with so many octets of padding at its end.
+std::vector<std::string> PaddedVariants(const std::string& wire) {
+  std::vector<std::string> variants = Variants(wire);
+  for (const std::size_t octets : {1U, 2U, 3U, 4U, 8U}) {
+    std::string padded = wire + std::string(PaddingAfter(octets) + octets, '\0');
+    const std::size_t words = padded.size() / 4 - 1;
+    padded[0] = static_cast<char>(padded[0] | 0x20);
+    padded[2] = static_cast<char>(words >> 8);
+    padded[3] = static_cast<char>(words);
+    padded.back() = static_cast<char>(octets);
+    variants.push_back(padded);
+  }
+  return variants;
+}
+
+TEST(Verdict, WhateverASampleBecomesInTheRegisteredDialectARuleExplainsHowItComesBack) {
+  std::map<Outcome, std::size_t> outcomes;
+  for (const test::Sample& sample : test::Samples()) {
+    std::string wire = sample.wire;
+    const LibraryPacket house(wire);
+    if (const auto registered = Encoded(house.objects(), Dialect::registered)) wire = *registered;
+    for (const std::string& variant : PaddedVariants(wire)) {
+      const Outcome outcome = JudgedRegistered(variant).outcome;
+      EXPECT_STRNE(OutcomeName(outcome), OutcomeName(Outcome::Unexplained)) << test::ToHex(variant);
+      ++outcomes[outcome];
+    }
+  }
+  EXPECT_GT(outcomes[Outcome::Identical], 1000U);
+  EXPECT_GT(outcomes[Outcome::Explained], 500U);
 }
 
 TEST(Verdict, OfARefusalNamesTheSubpacketAndTheRule) {

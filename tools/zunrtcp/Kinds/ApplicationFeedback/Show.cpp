@@ -50,11 +50,24 @@ void RewriteShow(Rewrite* rewrite) {
   rewrite->PutLength(length);
 }
 
+// One of type 0 whose value takes one byte would be written as what begins the padding.
+std::optional<Rule> WhyUnwritten(const SubpacketView& show) {
+  OctetCursor in(show.bytes);
+  in.Take(kAfbBodyOffset + 1);
+  while (!in.AtEnd() && in.Next() != 0) {
+    const unsigned descriptor = in.U8();
+    const std::uint64_t value = in.Number((descriptor & 7U) + 1);
+    if (descriptor >> 3 == 0 && WidthOf(value) == 1) return Rule::ShowParameterOfType0;
+  }
+  return std::nullopt;
+}
+
 }  // namespace
 
 constinit const KindRow show_row = RowOf<Listed<afb_level, ZUN_RTCPPSFBAFB_TYPE_SHOW>, DescribeShow>({
     .name = "SHOW",
     .rewrite = RewriteShow,
+    .why_unwritten = WhyUnwritten,
 });
 
 }  // namespace zunrtcp

@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "tools/zunrtcp/Kinds/Description.h"
+#include "tools/zunrtcp/Kinds/Rewrite.h"
 #include "tools/zunrtcp/Packet/LibraryPacket.h"
 #include "tools/zunrtcp/Packet/SubpacketWalk.h"
 
@@ -26,8 +27,13 @@ struct FormFault {
 // Tells the fields of a form, those in front of a fault included.
 using DescribeForm = FormFault (*)(const FormBytes& form, Description* description);
 
+// What the library's functions for the form write of what they have read; nothing when they read or write none.
+using WriteForm = std::optional<std::string> (*)(const SubpacketView& view);
+
 FormFault DescribeXr(const FormBytes& form, Description* description);    // extended reports, RFC 3611
 FormFault DescribeTmmb(const FormBytes& form, Description* description);  // TMMBR and TMMBN, RFC 5104, section 4.2
+std::optional<std::string> WriteTmmb(const SubpacketView& view);
+void RewriteTmmb(Rewrite* rewrite);
 
 }  // namespace zunrtcp
 

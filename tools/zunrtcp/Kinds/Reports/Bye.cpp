@@ -28,7 +28,7 @@ void RewriteBye(Rewrite* rewrite) {
 }
 
 std::optional<Rule> WhyRefused(const SubpacketView& bye) {
-  if (bye.count() == 0) return Rule::ByeWithoutSources;
+  if (!bye.registered() && bye.count() == 0) return Rule::ByeWithoutSources;
   return std::nullopt;
 }
 

@@ -22,7 +22,13 @@ constexpr unsigned kEcnFactor = 4;
 // The bits of a metric on the wire.
 constexpr unsigned kReceivedBit = 0x8000;
 constexpr unsigned kOffsetMask = 0x1FFF;
+constexpr unsigned kEcnMask = 0x6000;
 constexpr std::size_t kMetricSize = 2;
+
+// The parts of a body, and how a registered one begins: version 2, FMT 11.
+constexpr std::size_t kTimestampSize = 4;
+constexpr std::size_t kStreamHeaderSize = 8;
+constexpr unsigned kRegisteredFirstByte = 0x8B;
 
 std::size_t Codepoint(const CcfbPacketMetric& metric, Dialect dialect) {
   return (dialect == Dialect::registered ? metric.ecn : metric.ecn / kEcnFactor) % kEcnNames.size();
@@ -87,13 +93,13 @@ void DescribeCcfb(View<Ccfb> ccfb, Description* description) {
   }
 }
 
-// Received, 2 bits of ECN, 13 bits of arrival time offset. A value of four times the ECN keeps only the lowest bit of
-// the ECN when it is shifted to its place, in the bit of "received", which is set anyway.
+// Received, 2 bits of ECN, 13 bits of arrival time offset. In the house's dialect a value of four times the ECN keeps
+// only the lowest bit of the ECN when it is shifted to its place, in the bit of "received", which is set anyway.
 void RewriteMetric(Rewrite* rewrite, std::size_t at) {
   const unsigned metric = U16At(rewrite->bytes, at);
   if ((metric & kReceivedBit) == 0) {
     rewrite->Put(at, kMetricSize, 0, Rule::CcfbLostMetric);
-  } else {
+  } else if (!rewrite->is_registered) {
     rewrite->Put(at, kMetricSize, metric & (kReceivedBit | kOffsetMask), Rule::CcfbEcn);
   }
 }
@@ -101,8 +107,7 @@ void RewriteMetric(Rewrite* rewrite, std::size_t at) {
 // Streams of an SSRC, a first sequence number, a count and as many metrics, padded to a multiple of 4; then a
 // timestamp.
 void RewriteCcfb(Rewrite* rewrite) {
-  constexpr std::size_t kTimestampSize = 4;
-  constexpr std::size_t kStreamHeaderSize = 8;
+  if (rewrite->is_registered) rewrite->Put(0, 1, kRegisteredFirstByte, Rule::CcfbFormat);
   for (std::size_t at = kMediaSourceOffset; at + kTimestampSize < rewrite->bytes.size();) {
     const unsigned metrics = U16At(rewrite->bytes, at + 6);
     at += kStreamHeaderSize;
@@ -114,11 +119,31 @@ void RewriteCcfb(Rewrite* rewrite) {
   }
 }
 
+// Whether a packet that arrived has an ECN, in bytes where each metric is.
+bool HasEcn(std::string_view bytes) {
+  for (std::size_t at = kMediaSourceOffset; at + kTimestampSize < bytes.size();) {
+    const unsigned metrics = U16At(bytes, at + 6);
+    at += kStreamHeaderSize;
+    for (unsigned i = 0; i < metrics; ++i, at += kMetricSize) {
+      const unsigned metric = U16At(bytes, at);
+      if ((metric & kReceivedBit) != 0 && (metric & kEcnMask) != 0) return true;
+    }
+    at += metrics % 2 * kMetricSize;
+  }
+  return false;
+}
+
+std::optional<Rule> WhyUnwritten(const SubpacketView& ccfb) {
+  const bool is_foreign = ccfb.registered() && ccfb.count() == ZUN_RTCPRTPFB_TYPE_CCFB;
+  return is_foreign && HasEcn(ccfb.bytes) ? std::optional(Rule::CcfbForeignEcn) : std::nullopt;
+}
+
 }  // namespace
 
 constinit const KindRow ccfb_row = RowOf<Listed<rtpfb_level, ZUN_RTCPRTPFB_TYPE_CCFB>, DescribeCcfb>({
     .name = "CCFB",
     .rewrite = RewriteCcfb,
+    .why_unwritten = WhyUnwritten,
 });
 
 }  // namespace zunrtcp

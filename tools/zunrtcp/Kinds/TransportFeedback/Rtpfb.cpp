@@ -17,7 +17,7 @@ constexpr const KindRow* kRows[] = {&nack_row, &tmmbr_row, &tmmbn_row, &ccfb_row
 
 // Formats that others registered, in the registered dialect and in the house's.
 constexpr UnmodelledKind kUnmodelled[] = {
-    {kRegisteredForm + 3, "TMMBR", nullptr, DescribeTmmb},
+    {kRegisteredForm + 3, "TMMBR", nullptr, DescribeTmmb, WriteTmmb, RewriteTmmb},
     {kRegisteredForm + 4, "TMMBN", nullptr, DescribeTmmb},
     {4, nullptr,
      "FMT 4 is unknown here and kept as bytes; it is the registered number of TMMBN (RFC 5104), which here is FMT 3 in "

@@ -48,9 +48,10 @@ Statuses ReadChunks(OctetCursor* in, std::size_t count) {
   return statuses;
 }
 
-// The low byte of a large delta is read with its sign, and a delta that fits one byte is written in one.
-void ReadLargeDelta(std::uint16_t on_wire, Status* status, std::set<Rule>* rules) {
-  const bool is_negative = (on_wire & 0x80U) != 0;
+// In the house's dialect the low byte of a large delta is read with its sign. A delta that fits one byte is written in
+// one.
+void ReadLargeDelta(std::uint16_t on_wire, bool is_registered, Status* status, std::set<Rule>* rules) {
+  const bool is_negative = !is_registered && (on_wire & 0x80U) != 0;
   status->delta = is_negative ? static_cast<std::uint16_t>(on_wire | 0xFF00U) : on_wire;
   if (status->delta != on_wire) rules->insert(Rule::TransportCcDeltaSign);
   if (status->delta > 0xFF) return;
@@ -59,7 +60,7 @@ void ReadLargeDelta(std::uint16_t on_wire, Status* status, std::set<Rule>* rules
 }
 
 // Reads the deltas into the statuses, with the symbols under which they are written: none where not all are there.
-void ReadDeltas(OctetCursor* in, Statuses* statuses, std::set<Rule>* rules) {
+void ReadDeltas(OctetCursor* in, bool is_registered, Statuses* statuses, std::set<Rule>* rules) {
   std::size_t size = 0;
   for (const Status& status : *statuses) size += status.DeltaSize();
   const bool are_missing = size > in->left();
@@ -74,7 +75,7 @@ void ReadDeltas(OctetCursor* in, Statuses* statuses, std::set<Rule>* rules) {
     } else if (status.symbol == kSmallDelta) {
       status.delta = in->U8();
     } else {
-      ReadLargeDelta(in->U16(), &status, rules);
+      ReadLargeDelta(in->U16(), is_registered, &status, rules);
     }
   }
 }
@@ -107,6 +108,19 @@ Stretch NextStretch(const Statuses& statuses, std::size_t first) {
   return stretch;
 }
 
+// A reader takes a vector of one bit each for 14 statuses, so in the registered dialect one that is followed by others
+// and has fewer gives way to a vector of two bits each, which is full.
+Stretch NextReadableStretch(const Statuses& statuses, std::size_t first) {
+  Stretch stretch = NextStretch(statuses, first);
+  const bool is_one_bit_vector = stretch.is_one_bit && !stretch.is_same;
+  const bool is_followed = first + stretch.length < statuses.size();
+  if (is_one_bit_vector && is_followed && stretch.length < kOneBitSymbols) {
+    stretch.length = kTwoBitSymbols;
+    stretch.is_one_bit = false;
+  }
+  return stretch;
+}
+
 std::uint64_t ChunkOf(const Statuses& statuses, const Stretch& stretch) {
   if (stretch.is_same) return statuses[stretch.first].symbol << 13 | stretch.length;
   const unsigned bits = stretch.is_one_bit ? 1 : 2;
@@ -117,10 +131,10 @@ std::uint64_t ChunkOf(const Statuses& statuses, const Stretch& stretch) {
   return chunk;
 }
 
-std::string WriteChunks(const Statuses& statuses) {
+std::string WriteChunks(const Statuses& statuses, bool is_registered) {
   std::string chunks;
   for (std::size_t first = 0; first < statuses.size();) {
-    const Stretch stretch = NextStretch(statuses, first);
+    const Stretch stretch = is_registered ? NextReadableStretch(statuses, first) : NextStretch(statuses, first);
     AppendNumber(&chunks, ChunkOf(statuses, stretch), 2);
     first += stretch.length;
   }
@@ -140,9 +154,9 @@ void RewriteTransportCc(Rewrite* rewrite) {
   std::string out(in.Take(kChunksOffset));
   Statuses statuses = ReadChunks(&in, U16At(rewrite->bytes, kStatusCountOffset));
   const std::string_view chunks_read = BytesAt(rewrite->bytes, kChunksOffset, in.at() - kChunksOffset);
-  ReadDeltas(&in, &statuses, &rewrite->rules);
+  ReadDeltas(&in, rewrite->is_registered, &statuses, &rewrite->rules);
 
-  const std::string chunks = WriteChunks(statuses);
+  const std::string chunks = WriteChunks(statuses, rewrite->is_registered);
   if (chunks != chunks_read) rewrite->rules.insert(Rule::TransportCcChunks);
   out += chunks + WriteDeltas(statuses);
   const std::size_t length = out.size() + PaddingAfter(out.size());

@@ -5,7 +5,7 @@ const data = JSON.parse(document.getElementById('data').textContent);
 const root = document.documentElement;
 const EVENTS = ['PLI', 'FIR', 'BYE'];
 const MOST_OPEN = 24;  // streams whose charts are drawn at once; the others are drawn when they are opened
-const CHART_HEIGHT = 170;
+const CHART_HEIGHT = 160;
 const charts = [];
 
 function element(name, properties = {}, ...children) {
@@ -148,8 +148,8 @@ function fillOverview() {
   data.streams.forEach((stream, index) => {
     if (pathOf(stream) !== path) {
       path = pathOf(stream);
-      const cell = element('td', {textContent: path});
-      table.append(element('tr', {className: 'path'}, cell, element('td', {colSpan: columns.length})));
+      const cell = element('td', {colSpan: columns.length + 1}, element('span', {textContent: path}));
+      table.append(element('tr', {className: 'path'}, cell));
     }
     table.append(overviewRow(stream, index, columns));
   });
@@ -241,7 +241,7 @@ function optionsFor(lines, events, width) {
       y: {range: (chart, min, max) => [Math.min(0, min ?? 0), max > 0 ? max * (kinds.length > 0 ? 1.2 : 1.08) : 1]},
       event: {range: [0, 1]},
     },
-    axes: [{...AXIS, values: (chart, ticks) => ticks.map(t => `${+t.toFixed(3)} s`)}, {...AXIS, size: 55}],
+    axes: [{...AXIS, size: 36, values: (chart, ticks) => ticks.map(t => `${+t.toFixed(3)} s`)}, {...AXIS, size: 55}],
     series: [
       {label: 'at', value: (chart, value) => value == null ? '–' : `${value.toFixed(3)} s`},
       ...lines.map(lineSeries),
