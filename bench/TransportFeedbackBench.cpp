@@ -165,7 +165,7 @@ void AddTransportCc(const std::string& pattern, const std::vector<Arrival>& arri
          Measure(state, record_and_write);
          ZunRtcpSubpacketDestruct(&sp);
        },
-       yardstick, has_goals ? 6.0 : 0});
+       yardstick, has_goals ? 3.0 : 0, datagram.size(), false});
 }
 
 // ---- CCFB --------------------------------------------------------------------------------------------------------
