@@ -31,13 +31,14 @@ struct Line {
   std::string subject;    // "SR + SDES"
   std::string operation;  // "parse in place"
   std::function<void(benchmark::State&)> run;
-  std::string yardstick = {};     // "subject/operation" of another line
-  double goal = 0;                // at most so many times the yardstick
-  std::size_t bytes = 0;          // of the datagram, where there is one
-  bool allocates = true;          // where not, that it does so is a goal missed
-  double datagrams = 0;           // how many one run takes, where it is more than one: the table shows one of them
-  double throughput_goal = 0;     // at least so many times the datagrams per second of the yardstick
-  bool in_other_threads = false;  // so that the clock on the wall counts, and not what this thread used
+  std::string yardstick = {};      // "subject/operation" of another line
+  double goal = 0;                 // at most so many times the yardstick
+  std::size_t bytes = 0;           // of the datagram, where there is one
+  bool allocates = true;           // where not, that it does so is a goal missed
+  double datagrams = 0;            // how many one run takes, where it is more than one: the table shows one of them
+  double throughput_goal = 0;      // at least so many times the datagrams per second of the yardstick
+  bool in_other_threads = false;   // so that the clock on the wall counts, and not what this thread used
+  bool counts_allocations = true;  // not those of others, who take their memory elsewhere
 };
 void Add(Line line);
 

@@ -45,13 +45,17 @@ int PrintRatio(const Line& line, double ns, double yardstick_ns) {
   return line.goal > 0 ? PrintGoal(line.goal, ratio <= line.goal) : 0;
 }
 
-void PrintCyclesPerByte(const Line& line, const Result& result) {
-  const double cycles = Median(result.cycles) / DatagramsOf(line);
-  if (cycles > 0 && line.bytes > 0) {
-    std::printf(" %8.2f", cycles / static_cast<double>(line.bytes));
+void PrintColumn(double value, bool is_known) {
+  if (is_known) {
+    std::printf(" %8.2f", value);
   } else {
     std::printf(" %8s", "-");
   }
+}
+
+void PrintCyclesPerByte(const Line& line, const Result& result) {
+  const double cycles = Median(result.cycles) / DatagramsOf(line);
+  PrintColumn(cycles / static_cast<double>(line.bytes), cycles > 0 && line.bytes > 0);
 }
 
 }  // namespace
@@ -84,7 +88,7 @@ int PrintTable(const std::vector<Line>& lines, const Results& results) {
     const double allocations = found->second.allocations / DatagramsOf(line);
     std::printf("%-38s %-24s %10.1f", line.subject.c_str(), line.operation.c_str(), ns);
     PrintCyclesPerByte(line, found->second);
-    std::printf(" %8.2f", allocations);
+    PrintColumn(allocations, line.counts_allocations);
     const auto yardstick = results.find(line.yardstick);
     if (yardstick != results.end()) {
       missed += PrintRatio(line, ns, Nanoseconds(*by_name[line.yardstick], yardstick->second));
