@@ -38,6 +38,7 @@ struct Line {
   double datagrams = 0;            // how many one run takes, where it is more than one: the table shows one of them
   double throughput_goal = 0;      // at least so many times the datagrams per second of the yardstick
   bool in_other_threads = false;   // so that the clock on the wall counts, and not what this thread used
+  std::size_t entries = 0;         // of its list, for the plot
   bool counts_allocations = true;  // not those of others, who take their memory elsewhere
 };
 void Add(Line line);
@@ -85,6 +86,10 @@ void AddByHandLines();
 void AddFaceLines();
 // Captures of real peers, replayed.
 void AddCaptureLines();
+// Two threads beside one.
+void AddThreadsLines();
+// Lists of 1 to 10,000 entries: not for the table, but for the plot.
+void AddEntriesLines();
 
 }  // namespace bench
 

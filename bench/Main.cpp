@@ -1,5 +1,6 @@
 // Runs every line and prints one table: time, cycles per byte, allocations per operation, and the ratio to the line's
-// yardstick in the same run. Exits with 1 when a goal is missed and --check is given.
+// yardstick in the same run. Exits with 1 when a goal is missed and --check is given. With --entries it prints what is
+// plotted over the length of lists instead.
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
@@ -66,20 +67,9 @@ ZunUint64 bench::AllocationCount() { return allocation_count; }
 void bench::Add(Line line) { Lines().push_back(std::move(line)); }
 void bench::AddNote(const std::string& note) { Notes().push_back(note); }
 
-int main(int argc, char** argv) {
-  bool check = false;
-  std::vector<char*> arguments;
-  for (int i = 0; i < argc; ++i) {
-    if (std::strcmp(argv[i], "--check") == 0) {
-      check = true;
-    } else {
-      arguments.push_back(argv[i]);
-    }
-  }
-  int count = static_cast<int>(arguments.size());
-  benchmark::Initialize(&count, arguments.data());
-  if (benchmark::ReportUnrecognizedArguments(count, arguments.data())) return 2;
+namespace {
 
+void AddTable() {
   bench::AddByHandLines();
   bench::AddCoreLines();
   bench::AddReportsLines();
@@ -87,11 +77,41 @@ int main(int argc, char** argv) {
   bench::AddPayloadFeedbackLines();
   bench::AddFaceLines();
   bench::AddCaptureLines();
+  bench::AddThreadsLines();
+}
+
+// Returns how many goals were missed.
+int PrintTable(const bench::Results& results) {
+  bench::PrintMachine();
+  const int missed = bench::PrintTable(Lines(), results);
+  for (const std::string& note : Notes()) std::printf("\n%s\n", note.c_str());
+  return missed;
+}
+
+// Takes a flag of ours from the arguments; whether it was there.
+bool Take(const char* flag, std::vector<char*>* arguments) {
+  const auto is_it = [=](const char* argument) { return std::strcmp(argument, flag) == 0; };
+  return std::erase_if(*arguments, is_it) > 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  std::vector<char*> arguments(argv, argv + argc);
+  const bool check = Take("--check", &arguments);
+  const bool entries = Take("--entries", &arguments);
+  int count = static_cast<int>(arguments.size());
+  benchmark::Initialize(&count, arguments.data());
+  if (benchmark::ReportUnrecognizedArguments(count, arguments.data())) return 2;
+
+  entries ? bench::AddEntriesLines() : AddTable();
   for (const bench::Line& line : Lines()) Register(line);
   Collector collector;
   benchmark::RunSpecifiedBenchmarks(&collector);
-  bench::PrintMachine();
-  const int missed = bench::PrintTable(Lines(), collector.results);
-  for (const std::string& note : Notes()) std::printf("\n%s\n", note.c_str());
+  if (entries) {
+    bench::PrintEntries(Lines(), collector.results);
+    return 0;
+  }
+  const int missed = PrintTable(collector.results);
   return check && missed > 0 ? 1 : 0;
 }

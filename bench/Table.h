@@ -26,6 +26,9 @@ void PrintMachine();
 // Prints the lines that were run; returns how many goals were missed.
 int PrintTable(const std::vector<Line>& lines, const Results& results);
 
+// Prints list, operation, entries and nanoseconds of each line, separated by commas.
+void PrintEntries(const std::vector<Line>& lines, const Results& results);
+
 }  // namespace bench
 
 #endif
