@@ -1,6 +1,6 @@
 // Runs every line and prints one table: time, cycles per byte, allocations per operation, and the ratio to the line's
-// yardstick in the same run. Exits with 1 when a goal is missed and --check is given. With --entries it prints what is
-// plotted over the length of lists instead.
+// yardstick in the same run. Exits with 1 when a goal is missed and --check is given. With --entries it runs
+// lists of many lengths instead; with --csv it prints bare numbers, for scripts.
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
@@ -100,6 +100,7 @@ int main(int argc, char** argv) {
   std::vector<char*> arguments(argv, argv + argc);
   const bool check = Take("--check", &arguments);
   const bool entries = Take("--entries", &arguments);
+  const bool csv = Take("--csv", &arguments);
   int count = static_cast<int>(arguments.size());
   benchmark::Initialize(&count, arguments.data());
   if (benchmark::ReportUnrecognizedArguments(count, arguments.data())) return 2;
@@ -108,8 +109,8 @@ int main(int argc, char** argv) {
   for (const bench::Line& line : Lines()) Register(line);
   Collector collector;
   benchmark::RunSpecifiedBenchmarks(&collector);
-  if (entries) {
-    bench::PrintEntries(Lines(), collector.results);
+  if (csv) {
+    bench::PrintCsv(Lines(), collector.results);
     return 0;
   }
   const int missed = PrintTable(collector.results);

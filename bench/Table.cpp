@@ -103,13 +103,12 @@ int PrintTable(const std::vector<Line>& lines, const Results& results) {
   return missed;
 }
 
-void PrintEntries(const std::vector<Line>& lines, const Results& results) {
-  std::printf("list,operation,entries,nanoseconds\n");
+void PrintCsv(const std::vector<Line>& lines, const Results& results) {
+  std::printf("subject,operation,entries,nanoseconds\n");
   for (const Line& line : lines) {
     const auto found = results.find(NameOf(line));
     if (found == results.end()) continue;
-    const std::string operation = line.operation.substr(0, line.operation.find(' '));
-    std::printf("%s,%s,%zu,%.2f\n", line.subject.c_str(), operation.c_str(), line.entries,
+    std::printf("%s,%s,%zu,%.2f\n", line.subject.c_str(), line.operation.c_str(), line.entries,
                 Nanoseconds(line, found->second));
   }
 }

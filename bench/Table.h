@@ -26,8 +26,8 @@ void PrintMachine();
 // Prints the lines that were run; returns how many goals were missed.
 int PrintTable(const std::vector<Line>& lines, const Results& results);
 
-// Prints list, operation, entries and nanoseconds of each line, separated by commas.
-void PrintEntries(const std::vector<Line>& lines, const Results& results);
+// Prints subject, operation, entries and nanoseconds of each line, separated by commas.
+void PrintCsv(const std::vector<Line>& lines, const Results& results);
 
 }  // namespace bench
 
