@@ -1,16 +1,16 @@
-// Runs every line and prints one table: time, allocations per operation, and the ratio to the line's yardstick in
-// the same run. Exits with 1 when a goal is missed and --check is given.
+// Runs every line and prints one table: time, cycles per byte, allocations per operation, and the ratio to the line's
+// yardstick in the same run. Exits with 1 when a goal is missed and --check is given. With --entries it runs
+// lists of many lengths instead; with --csv it prints bare numbers, for scripts.
 #include <benchmark/benchmark.h>
 
-#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <map>
 #include <string>
 #include <vector>
 
 #include "bench/Bench.h"
+#include "bench/Table.h"
 
 namespace {
 
@@ -27,17 +27,9 @@ std::vector<bench::Line>& Lines() {
   static std::vector<bench::Line> lines;
   return lines;
 }
-
-std::string NameOf(const bench::Line& line) { return line.subject + "/" + line.operation; }
-
-struct Result {
-  std::vector<double> nanoseconds;
-  double allocations = 0;
-};
-
-double Median(std::vector<double> values) {
-  std::sort(values.begin(), values.end());
-  return values.empty() ? 0 : values[values.size() / 2];
+std::vector<std::string>& Notes() {
+  static std::vector<std::string> notes;
+  return notes;
 }
 
 // Collects the repetitions of every line; the table is printed when all have run.
@@ -47,40 +39,25 @@ class Collector : public benchmark::BenchmarkReporter {
   void ReportRuns(const std::vector<Run>& runs) override {
     for (const Run& run : runs) {
       if (run.run_type != Run::RT_Iteration) continue;
-      Result& result = results[run.run_name.function_name];
-      result.nanoseconds.push_back(run.GetAdjustedCPUTime());
-      const auto counter = run.counters.find("allocations");
-      if (counter != run.counters.end()) result.allocations = counter->second;
+      bench::Result& result = results[run.run_name.function_name];
+      const bool on_the_wall = run.run_name.time_type == "real_time";
+      result.nanoseconds.push_back(on_the_wall ? run.GetAdjustedRealTime() : run.GetAdjustedCPUTime());
+      const auto counter = [&](const char* name) {
+        const auto found = run.counters.find(name);
+        return found == run.counters.end() ? 0.0 : found->second.value;
+      };
+      result.cycles.push_back(counter("cycles"));
+      result.allocations = counter("allocations");
     }
   }
 
-  std::map<std::string, Result> results;
+  bench::Results results;
 };
 
-// Prints the table; returns how many goals were missed.
-int PrintTable(const std::map<std::string, Result>& results) {
-  int missed = 0;
-  std::printf("%-38s %-16s %11s %8s   %s\n", "subject", "operation", "ns", "allocs",
-              "ratio to its yardstick in this run");
-  std::string last_subject;
-  for (const bench::Line& line : Lines()) {
-    const auto found = results.find(NameOf(line));
-    if (found == results.end()) continue;
-    if (line.subject != last_subject && !last_subject.empty()) std::printf("\n");
-    last_subject = line.subject;
-    const double ns = Median(found->second.nanoseconds);
-    std::printf("%-38s %-16s %11.1f %8.2f", line.subject.c_str(), line.operation.c_str(), ns,
-                found->second.allocations);
-    const auto yardstick = results.find(line.yardstick);
-    if (yardstick != results.end()) {
-      const double ratio = ns / Median(yardstick->second.nanoseconds);
-      std::printf("   %5.2f x %s", ratio, line.yardstick.c_str());
-      if (line.goal > 0) std::printf(" (goal %.1f: %s)", line.goal, ratio <= line.goal ? "met" : "MISSED");
-      if (line.goal > 0 && ratio > line.goal) ++missed;
-    }
-    std::printf("\n");
-  }
-  return missed;
+void Register(const bench::Line& line) {
+  benchmark::internal::Benchmark* const registered =
+      benchmark::RegisterBenchmark(bench::NameOf(line).c_str(), line.run);
+  if (line.in_other_threads) registered->UseRealTime();
 }
 
 }  // namespace
@@ -88,30 +65,54 @@ int PrintTable(const std::map<std::string, Result>& results) {
 ZunAllocator* bench::CountingAllocator() { return &counting_allocator; }
 ZunUint64 bench::AllocationCount() { return allocation_count; }
 void bench::Add(Line line) { Lines().push_back(std::move(line)); }
+void bench::AddNote(const std::string& note) { Notes().push_back(note); }
 
-int main(int argc, char** argv) {
-  bool check = false;
-  std::vector<char*> arguments;
-  for (int i = 0; i < argc; ++i) {
-    if (std::strcmp(argv[i], "--check") == 0) {
-      check = true;
-    } else {
-      arguments.push_back(argv[i]);
-    }
-  }
-  int count = static_cast<int>(arguments.size());
-  benchmark::Initialize(&count, arguments.data());
-  if (benchmark::ReportUnrecognizedArguments(count, arguments.data())) return 2;
+namespace {
 
+void AddTable() {
   bench::AddByHandLines();
   bench::AddCoreLines();
   bench::AddReportsLines();
   bench::AddTransportFeedbackLines();
   bench::AddPayloadFeedbackLines();
   bench::AddFaceLines();
-  for (const bench::Line& line : Lines()) benchmark::RegisterBenchmark(NameOf(line).c_str(), line.run);
+  bench::AddCaptureLines();
+  bench::AddThreadsLines();
+}
+
+// Returns how many goals were missed.
+int PrintTable(const bench::Results& results) {
+  bench::PrintMachine();
+  const int missed = bench::PrintTable(Lines(), results);
+  for (const std::string& note : Notes()) std::printf("\n%s\n", note.c_str());
+  return missed;
+}
+
+// Takes a flag of ours from the arguments; whether it was there.
+bool Take(const char* flag, std::vector<char*>* arguments) {
+  const auto is_it = [=](const char* argument) { return std::strcmp(argument, flag) == 0; };
+  return std::erase_if(*arguments, is_it) > 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  std::vector<char*> arguments(argv, argv + argc);
+  const bool check = Take("--check", &arguments);
+  const bool entries = Take("--entries", &arguments);
+  const bool csv = Take("--csv", &arguments);
+  int count = static_cast<int>(arguments.size());
+  benchmark::Initialize(&count, arguments.data());
+  if (benchmark::ReportUnrecognizedArguments(count, arguments.data())) return 2;
+
+  entries ? bench::AddEntriesLines() : AddTable();
+  for (const bench::Line& line : Lines()) Register(line);
   Collector collector;
   benchmark::RunSpecifiedBenchmarks(&collector);
+  if (csv) {
+    bench::PrintCsv(Lines(), collector.results);
+    return 0;
+  }
   const int missed = PrintTable(collector.results);
   return check && missed > 0 ? 1 : 0;
 }

@@ -45,10 +45,12 @@ std::string Rr(std::uint32_t blocks);
 std::string Sr(std::uint32_t blocks);
 std::string Sdes(std::uint32_t chunks);  // one CNAME of 20 bytes each
 std::string Nack(std::uint32_t entries);
-std::string TransportCcRuns(std::size_t count);  // all arrive, 5 ms apart
+std::string TransportCcRuns(std::size_t count);   // all arrive, 5 ms apart
+std::string TransportCcMixed(std::size_t count);  // every fifth is lost
 std::string Ccfb(std::uint32_t streams, std::uint32_t metrics);
 std::string Pli();
 std::string Remb();  // two SSRCs
+std::string Fir(std::uint32_t entries);
 
 }  // namespace bench
 

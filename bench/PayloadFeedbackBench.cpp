@@ -13,12 +13,6 @@ constexpr std::uint32_t kAfb = 15;
 
 Octets Ssrcs() { return Octets().U32(0x11223344).U32(0x55667788); }
 
-std::string Fir(std::uint32_t entries) {
-  Octets body = Ssrcs();
-  for (std::uint32_t i = 0; i < entries; ++i) body.U32(0x55667788 + i).U8(i).U24(0);
-  return RtcpPacket(kPsfb, kFir, body);
-}
-
 std::string Show() {
   Octets body = Ssrcs();
   body.Text("Nr").U16(3).U8(7);
@@ -46,6 +40,12 @@ std::string Pli() { return RtcpPacket(kPsfb, kPli, Ssrcs()); }
 
 std::string Remb() {
   return RtcpPacket(kPsfb, kAfb, Ssrcs().Text("REMB").U8(2).U24(2U << 18 | 250000).U32(0x55667788).U32(0x55667789));
+}
+
+std::string Fir(std::uint32_t entries) {
+  Octets body = Ssrcs();
+  for (std::uint32_t i = 0; i < entries; ++i) body.U32(0x55667788 + i).U8(i).U24(0);
+  return RtcpPacket(kPsfb, kFir, body);
 }
 
 void AddPayloadFeedbackLines() {

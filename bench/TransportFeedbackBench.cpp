@@ -165,7 +165,7 @@ void AddTransportCc(const std::string& pattern, const std::vector<Arrival>& arri
          Measure(state, record_and_write);
          ZunRtcpSubpacketDestruct(&sp);
        },
-       yardstick, has_goals ? 6.0 : 0});
+       yardstick, has_goals ? 3.0 : 0, datagram.size(), false});
 }
 
 // ---- CCFB --------------------------------------------------------------------------------------------------------
@@ -212,7 +212,7 @@ std::string Ccfb(std::uint32_t streams, std::uint32_t metrics) {
   body.U32(0x11223344);
   for (std::uint32_t s = 0; s < streams; ++s) {
     body.U32(0x55667788 + s).U16(1000).U16(metrics);
-    for (std::uint32_t i = 0; i < metrics; ++i) body.U16(i % 7 == 0 ? 0 : 0x8000 | i);
+    for (std::uint32_t i = 0; i < metrics; ++i) body.U16(i % 7 == 0 ? 0 : 0x8000 | (i & 0x1FFF));
     body.PadTo4();
   }
   body.U32(0x12345678);
@@ -220,6 +220,7 @@ std::string Ccfb(std::uint32_t streams, std::uint32_t metrics) {
 }
 
 std::string TransportCcRuns(std::size_t count) { return TransportCc(Runs(count)); }
+std::string TransportCcMixed(std::size_t count) { return TransportCc(Mixed(count)); }
 
 std::string Nack(std::uint32_t entries) {
   Octets body;
