@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include "tests/support/Bytes.h"
 
 namespace zunrtcp {
@@ -16,8 +18,9 @@ class Call {
  public:
   void Say(double seconds, const Path& path, const std::string& hex) {
     RtcpDatagram datagram;
-    datagram.seconds = 1795222299 + static_cast<std::int64_t>(seconds);
-    datagram.microseconds = static_cast<std::uint32_t>((seconds - static_cast<std::int64_t>(seconds)) * 1e6 + 0.5);
+    const double whole = std::floor(seconds);
+    datagram.seconds = 1795222299 + static_cast<std::int64_t>(whole);
+    datagram.microseconds = static_cast<std::uint32_t>((seconds - whole) * 1e6 + 0.5);
     datagram.source = path.from;
     datagram.destination = path.to;
     datagram.payload = test::Hex(hex);
