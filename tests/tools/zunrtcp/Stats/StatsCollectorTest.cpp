@@ -20,7 +20,7 @@ class Call {
     RtcpDatagram datagram;
     const double whole = std::floor(seconds);
     datagram.seconds = 1795222299 + static_cast<std::int64_t>(whole);
-    datagram.microseconds = static_cast<std::uint32_t>((seconds - whole) * 1e6 + 0.5);
+    datagram.microseconds = static_cast<std::uint32_t>(std::lround((seconds - whole) * 1e6));
     datagram.source = path.from;
     datagram.destination = path.to;
     datagram.payload = test::Hex(hex);
