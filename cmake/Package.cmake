@@ -61,7 +61,7 @@ set(documents ${made}/changelog.gz)
 
 if(TARGET zunrtcp_tool)
   list(APPEND CPACK_COMPONENTS_ALL tool)
-  foreach(form man bash fish)
+  foreach(form man bash fish zsh)
     add_custom_command(OUTPUT ${made}/zunrtcp.${form} DEPENDS zunrtcp_tool ${PROJECT_SOURCE_DIR}/packaging/tool/describe-tool
                        VERBATIM COMMAND sh -c "\"$1\" $2 \"$3\" $4 > \"$5\"" sh
                        ${PROJECT_SOURCE_DIR}/packaging/tool/describe-tool ${form} $<TARGET_FILE:zunrtcp_tool>
@@ -74,6 +74,8 @@ if(TARGET zunrtcp_tool)
   install(FILES ${made}/zunrtcp.bash DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/bash-completion/completions COMPONENT tool
           RENAME zunrtcp)
   install(FILES ${made}/zunrtcp.fish DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/fish/vendor_completions.d COMPONENT tool)
+  install(FILES ${made}/zunrtcp.zsh DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/zsh/vendor-completions COMPONENT tool
+          RENAME _zunrtcp)
 endif()
 add_custom_target(zunrtcp_debian_documents ALL DEPENDS ${documents})
 foreach(component IN LISTS CPACK_COMPONENTS_ALL)

@@ -1,10 +1,13 @@
 #!/usr/bin/env python3
-"""usage: ZUNRTCP_LIBRARY=... python3 python/test_zunrtcp.py   what the module makes of datagrams, and its metadata.
-Exits with 77 when all has passed that could run, and something could not."""
+"""usage: ZUNRTCP_LIBRARY=... ZUNRTCP_TOOL=... python3 python/test_zunrtcp.py   what the module makes of datagrams, and
+its metadata. Exits with 77 when all has passed that could run, and something could not."""
 
 import ctypes
+import json
+import os
 import pathlib
 import re
+import subprocess
 import sys
 import tempfile
 import unittest
@@ -19,6 +22,7 @@ SDES = bytes.fromhex("81CA0004 12345678 0108") + b"zun@host" + bytes(2)
 PLI = bytes.fromhex("81CE0002 11223344 55667788")
 # Congestion control feedback: FMT 11 for the RFCs, another for this system's peers.
 CCFB = bytes.fromhex("8BCD0005 11223344 55667788 00010002 80008001 00000000")
+NACK = bytes.fromhex("81CD0003 11223344 55667788 00640001")
 CUT_OFF = bytes.fromhex("81C90007 11223344")
 
 
@@ -40,7 +44,6 @@ class Decoding(unittest.TestCase):
 
     def test_fields_are_read_by_the_functions_of_a_kind(self):
         datagram = SR
-        # [the README's lines]
         packet = zunrtcp.decode(datagram, "registered")
         kinds = [subpacket.type for subpacket in packet]
         source = zunrtcp.call("ZunRtcpSrGetSource", ctypes.c_void_p(packet[0].address), result=ctypes.c_uint32)
@@ -92,6 +95,83 @@ class Packets(unittest.TestCase):
         self.assertEqual(set(beyond), {0})
 
 
+@unittest.skipUnless(os.environ.get("ZUNRTCP_TOOL"), "ZUNRTCP_TOOL names no tool")
+class Dictionaries(unittest.TestCase):
+    def test_fields_are_read_and_changed_by_their_names(self):
+        datagram = SR + NACK
+        report, nack = zunrtcp.to_dict(datagram, "registered")["subpackets"]
+        lost = nack["lost"]
+        nack["lost"] = [seq + 1 for seq in lost]
+        changed = zunrtcp.from_dict({"dialect": "registered", "subpackets": [report, nack]})
+        self.assertEqual((report["sender"], report["rtpTimestamp"], lost), (0x12345678, 90000, [100, 101]))
+        self.assertEqual(changed, SR + NACK[:-4] + bytes.fromhex("00650001"))
+
+    def test_every_documented_packet_comes_back(self):
+        text = (here.parent / "docs/json.md").read_text()
+        packets = {"registered": [], "house": []}
+        for dialect, block in re.findall(r"^```json(?: (house))?\n(.*?)^```", text, re.MULTILINE | re.DOTALL):
+            packets[dialect or "registered"] += map(json.loads, block.splitlines())
+        self.assertGreater(min(map(len, packets.values())), 3)
+        for dialect, documented in packets.items():
+            datagrams = zunrtcp.from_dicts([{"subpackets": [packet]} for packet in documented], dialect)
+            values = zunrtcp.to_dicts(datagrams, dialect)
+            self.assertEqual([value["subpackets"] for value in values], [[packet] for packet in documented])
+            self.assertEqual(zunrtcp.from_dicts(values), datagrams)
+
+    def test_both_forms_agree(self):
+        for dialect in zunrtcp.DIALECTS:
+            value = zunrtcp.to_dict(SR + SDES + PLI, dialect)
+            self.assertEqual([each["type"] for each in value["subpackets"]],
+                             [each.type for each in zunrtcp.decode(SR + SDES + PLI, dialect)])
+            self.assertEqual((value["dialect"], zunrtcp.from_dict(value)), (dialect, SR + SDES + PLI))
+
+    def test_what_is_refused_is_in_the_dictionary(self):
+        first, second = zunrtcp.to_dicts([SR + CUT_OFF, PLI], "registered")
+        self.assertEqual((first["refused"]["offset"], len(first["subpackets"])), (len(SR), 1))
+        self.assertNotIn("refused", second)
+        outcomes = [value["verdict"]["outcome"] for value in zunrtcp.to_dicts([SR + CUT_OFF, PLI], "house")]
+        self.assertEqual(outcomes, ["refused", "identical"])
+
+    def test_dictionaries_do_without_the_library(self):
+        program = f"import zunrtcp; print(zunrtcp.from_dict(zunrtcp.to_dict(bytes.fromhex('{PLI.hex()}'))).hex())"
+        ran = subprocess.run([sys.executable, "-c", program], cwd=here,
+                             env={**os.environ, "ZUNRTCP_LIBRARY": "/no/such/library", "PYTHONDONTWRITEBYTECODE": "1"},
+                             capture_output=True, text=True, check=True)
+        self.assertEqual(ran.stdout.strip(), PLI.hex())
+
+    def test_what_cannot_be_written_is_told(self):
+        with self.assertRaisesRegex(zunrtcp.ToolError, r"datagram 1: subpackets\[0\]\.source: is missing"):
+            zunrtcp.from_dict({"subpackets": [{"kind": "PLI", "sender": 1}]}, "registered")
+        with self.assertRaisesRegex(ValueError, "names no dialect"):
+            zunrtcp.from_dict({"subpackets": []})
+        with self.assertRaisesRegex(ValueError, "no bytes"):
+            zunrtcp.to_dict(b"")
+        with self.assertRaises(KeyError):
+            zunrtcp.to_dict(PLI, "nobody's")
+        self.assertEqual((zunrtcp.to_dicts([]), zunrtcp.from_dicts([])), ([], []))
+
+    def test_a_capture_is_read_as_it_comes(self):
+        capture, times = here.parent / "samples/ortp_avpf.pcap", []
+        for value in zunrtcp.read_capture(capture, "registered", ["--type", "nack"]):
+            times.append(float(value["time"]))
+        self.assertGreater(len(times), 10)
+        self.assertEqual(times, sorted(times))
+        reader = zunrtcp.read_capture(capture)
+        self.assertEqual(next(reader)["datagram"], 1)
+        reader.close()
+        with self.assertRaisesRegex(zunrtcp.ToolError, "no-such-file"):
+            list(zunrtcp.read_capture("no-such-file"))
+
+    def test_a_tool_that_is_not_there_is_told(self):
+        before = os.environ["ZUNRTCP_TOOL"]
+        os.environ["ZUNRTCP_TOOL"] = "/no/such/tool"
+        try:
+            with self.assertRaisesRegex(zunrtcp.ToolError, "/no/such/tool cannot be run"):
+                zunrtcp.to_dict(PLI)
+        finally:
+            os.environ["ZUNRTCP_TOOL"] = before
+
+
 class Metadata(unittest.TestCase):
     def test_one_version_everywhere(self):
         project = re.search(r"project\(ZunRtcp VERSION ([\d.]+)", (here.parent / "CMakeLists.txt").read_text()).group(1)
@@ -107,10 +187,12 @@ class Metadata(unittest.TestCase):
                              {reason.name: int(reason) for reason in reasons})
 
     def test_the_readme_shows_what_is_run(self):
-        shown = re.search(r"```python\n(.*?)```", (here / "README.md").read_text(), re.DOTALL).group(1).splitlines()
+        blocks = re.findall(r"```python\n(.*?)```", (here / "README.md").read_text(), re.DOTALL)
+        self.assertEqual(len(blocks), 3)
         run = [line.strip() for line in pathlib.Path(__file__).read_text().splitlines()]
-        start = run.index("# [the README's lines]") + 1
-        self.assertEqual(run[start : start + len(shown)], shown)
+        for block in blocks:
+            shown = [line.strip() for line in block.splitlines()]
+            self.assertTrue(any(run[i : i + len(shown)] == shown for i in range(len(run))), block)
 
     def test_a_wheel_is_made_of_it(self):
         try:
@@ -119,7 +201,6 @@ class Metadata(unittest.TestCase):
         except ImportError as missing:
             self.skipTest(str(missing))
         import contextlib
-        import os
         import shutil
         import zipfile
 
@@ -133,7 +214,7 @@ class Metadata(unittest.TestCase):
             finally:
                 os.chdir(before)
             files = zipfile.ZipFile(f"{work}/{name}")
-            self.assertIn("zunrtcp/_packet.py", files.namelist())
+            self.assertLessEqual({f"zunrtcp/{path.name}" for path in here.glob("zunrtcp/*.py")}, set(files.namelist()))
             self.assertIn("Name: zunrtcp\nVersion: 0.1.0\n", files.read("zunrtcp-0.1.0.dist-info/METADATA").decode())
 
 

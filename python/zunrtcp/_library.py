@@ -1,8 +1,8 @@
 """The shared library, its plain structs and the functions that this module calls."""
 
 import ctypes
-import ctypes.util
 import enum
+import functools
 import os
 
 SONAME = "libzunrtcp.so.0.1"
@@ -48,7 +48,6 @@ def library_path():
     return os.environ.get("ZUNRTCP_LIBRARY") or SONAME
 
 
-_functions = ctypes.CDLL(library_path())
 _signatures = {
     "ZunAllocatorGetSystem": (pointer,),
     "ZunRtcpPacketConstructDefault": (pointer, pointer, pointer),
@@ -65,16 +64,23 @@ _signatures = {
     "ZunRtcpEncodeReasonGetText": (ctypes.c_char_p, ctypes.c_int32),
     "ZunRtcpSubpacketGetType": (ctypes.c_int32, pointer),
 }
-for _name, (_result, *_arguments) in _signatures.items():
-    getattr(_functions, _name).restype = _result
-    getattr(_functions, _name).argtypes = _arguments
+
+
+@functools.cache
+def _functions():
+    """The library, loaded when it is first needed: packets as dictionaries do without it."""
+    functions = ctypes.CDLL(library_path())
+    for name, (result, *arguments) in _signatures.items():
+        getattr(functions, name).restype = result
+        getattr(functions, name).argtypes = arguments
+    return functions
 
 
 def call(name, *arguments, result=None):
     """Calls a function of the library by its C name. One that this module does not know itself gets its arguments as
     ctypes converts them, and `result` says what it returns: a ctypes type."""
-    function = getattr(_functions, name)
+    function = getattr(_functions(), name)
     if name not in _signatures:
-        function = _functions[name]  # one of its own, as restype belongs to the object
+        function = _functions()[name]  # one of its own, as restype belongs to the object
         function.restype = result
     return function(*arguments)
