@@ -160,9 +160,10 @@ struct Sdes {
   }
   Sum Total() const {
     Sum sum = 0;
-    for (const Chunk& chunk : chunks)
+    for (const Chunk& chunk : chunks) {
       sum += Sum{chunk.ssrc} + chunk.type + Load<std::uint64_t>(reinterpret_cast<const std::uint8_t*>(chunk.text)) +
              kTextSize;
+    }
     return sum;
   }
 };

@@ -100,104 +100,113 @@ void Require(bool holds) {
   if (!holds) std::abort();
 }
 
-// That both sides read the same is a part of the measurement: they agree on the sum of all fields.
+const std::uint8_t* OctetsOf(const std::string& datagram) {
+  return reinterpret_cast<const std::uint8_t*>(datagram.data());
+}
+
 template <class Hand>
-void AddAgainst(const char* name, const std::string& datagram, double in_place, double fresh, double written) {
-  const std::string subject = name;
-  const auto add = [&](const char* operation, auto run, bool allocates, const std::string& yardstick = "",
-                       double goal = 0) {
+Hand ParsedByHand(const std::string& datagram) {
+  Hand hand;
+  Require(hand.Parse(OctetsOf(datagram), datagram.size()));
+  return hand;
+}
+
+// That both sides read the same is a part of the measurement: they agree on the sum of all fields.
+
+template <class Hand>
+void ParseByHand(benchmark::State& state, const std::string& datagram) {
+  Hand hand;
+  const Sum right = ParsedByHand<Hand>(datagram).Total();
+  Measure(state, [&] {
+    const std::uint8_t* bytes = OctetsOf(datagram);
+    benchmark::DoNotOptimize(bytes);
+    Require(hand.Parse(bytes, datagram.size()));
+    benchmark::ClobberMemory();
+    Require(hand.Total() == right);
+  });
+  benchmark::DoNotOptimize(hand);
+}
+
+template <class Hand>
+void WriteByHand(benchmark::State& state, const std::string& datagram) {
+  Hand hand = ParsedByHand<Hand>(datagram);
+  std::uint8_t written[Hand::kSize];
+  Measure(state, [&] {
+    benchmark::DoNotOptimize(hand);
+    std::uint8_t* bytes = written;
+    benchmark::DoNotOptimize(bytes);
+    hand.Write(bytes);
+    benchmark::ClobberMemory();
+  });
+  Require(std::memcmp(written, datagram.data(), Hand::kSize) == 0);
+}
+
+template <class Hand>
+void ParseAndRead(benchmark::State& state, const std::string& datagram) {
+  const Sum right = ParsedByHand<Hand>(datagram).Total();
+  const Bytes received(datagram);
+  ZunRtcpPacket packet;
+  ZunRtcpPacketConstructDefault(&packet, CountingAllocator());
+  const auto parse = [&] { Require(ZunRtcpPacketParseNetworkPacket(&packet, received.get()) != 0); };
+  parse();
+  Measure(state, [&] {
+    parse();
+    Require(Total(packet) == right);
+  });
+  ZunRtcpPacketDestruct(&packet);
+}
+
+template <class Hand>
+void FreshAndRead(benchmark::State& state, const std::string& datagram) {
+  const Sum right = ParsedByHand<Hand>(datagram).Total();
+  const Bytes received(datagram);
+  Measure(state, [&] {
+    ZunRtcpPacket packet;
+    Require(ZunRtcpPacketConstructFromNetworkPacket(&packet, received.get(), CountingAllocator()) != nullptr);
+    Require(Total(packet) == right);
+    ZunRtcpPacketDestruct(&packet);
+  });
+}
+
+void Written(benchmark::State& state, const std::string& datagram) {
+  const Bytes received(datagram);
+  Bytes out;
+  ZunRtcpPacket packet;
+  Require(ZunRtcpPacketConstructFromNetworkPacket(&packet, received.get(), CountingAllocator()) != nullptr);
+  const auto write = [&] {
+    Require(ZunRtcpPacketGetNetworkPacket(&packet, out.get()) != 0);
+    benchmark::ClobberMemory();
+  };
+  write();
+  Measure(state, write);
+  Require(out.str() == datagram);
+  ZunRtcpPacketDestruct(&packet);
+}
+
+// At most how many times as long as the code by hand.
+struct ByHandGoals {
+  double in_place;
+  double fresh;
+  double written;
+};
+
+template <class Hand>
+void AddAgainst(const std::string& subject, const std::string& datagram, const ByHandGoals& goals) {
+  const auto add = [&](const char* operation, auto run, bool allocates, const std::string& yardstick, double goal) {
     Add({.subject = subject,
          .operation = operation,
-         .run = run,
+         .run = [=](benchmark::State& state) { run(state, datagram); },
          .yardstick = yardstick,
          .goal = goal,
          .bytes = datagram.size(),
          .allocates = allocates});
   };
-  const auto octets = [](const std::string& d) { return reinterpret_cast<const std::uint8_t*>(d.data()); };
-  const auto right_sum = [=] {
-    Hand hand;
-    Require(hand.Parse(octets(datagram), datagram.size()));
-    return hand.Total();
-  };
-  add(
-      "by hand, parse",
-      [=](benchmark::State& state) {
-        Hand hand;
-        const Sum right = right_sum();
-        Measure(state, [&] {
-          const std::uint8_t* bytes = octets(datagram);
-          benchmark::DoNotOptimize(bytes);
-          Require(hand.Parse(bytes, datagram.size()));
-          benchmark::ClobberMemory();
-          Require(hand.Total() == right);
-        });
-        benchmark::DoNotOptimize(hand);
-      },
-      false);
-  add(
-      "by hand, write",
-      [=](benchmark::State& state) {
-        Hand hand;
-        Require(hand.Parse(octets(datagram), datagram.size()));
-        std::uint8_t written_bytes[Hand::kSize];
-        Measure(state, [&] {
-          benchmark::DoNotOptimize(hand);
-          std::uint8_t* bytes = written_bytes;
-          benchmark::DoNotOptimize(bytes);
-          hand.Write(bytes);
-          benchmark::ClobberMemory();
-        });
-        Require(std::memcmp(written_bytes, datagram.data(), Hand::kSize) == 0);
-      },
-      false);
   const std::string parsed_by_hand = subject + "/by hand, parse";
-  add(
-      "parse and read",
-      [=](benchmark::State& state) {
-        const Sum right = right_sum();
-        const Bytes received(datagram);
-        ZunRtcpPacket packet;
-        ZunRtcpPacketConstructDefault(&packet, CountingAllocator());
-        const auto parse = [&] { Require(ZunRtcpPacketParseNetworkPacket(&packet, received.get()) != 0); };
-        parse();
-        Measure(state, [&] {
-          parse();
-          Require(Total(packet) == right);
-        });
-        ZunRtcpPacketDestruct(&packet);
-      },
-      false, parsed_by_hand, in_place);
-  add(
-      "fresh and read",
-      [=](benchmark::State& state) {
-        const Sum right = right_sum();
-        const Bytes received(datagram);
-        Measure(state, [&] {
-          ZunRtcpPacket packet;
-          Require(ZunRtcpPacketConstructFromNetworkPacket(&packet, received.get(), CountingAllocator()) != nullptr);
-          Require(Total(packet) == right);
-          ZunRtcpPacketDestruct(&packet);
-        });
-      },
-      true, parsed_by_hand, fresh);
-  add(
-      "written",
-      [=](benchmark::State& state) {
-        const Bytes received(datagram);
-        Bytes out;
-        ZunRtcpPacket packet;
-        Require(ZunRtcpPacketConstructFromNetworkPacket(&packet, received.get(), CountingAllocator()) != nullptr);
-        const auto write = [&] {
-          Require(ZunRtcpPacketGetNetworkPacket(&packet, out.get()) != 0);
-          benchmark::ClobberMemory();
-        };
-        write();
-        Measure(state, write);
-        Require(out.str() == datagram);
-        ZunRtcpPacketDestruct(&packet);
-      },
-      false, subject + "/by hand, write", written);
+  add("by hand, parse", ParseByHand<Hand>, false, "", 0);
+  add("by hand, write", WriteByHand<Hand>, false, "", 0);
+  add("parse and read", ParseAndRead<Hand>, false, parsed_by_hand, goals.in_place);
+  add("fresh and read", FreshAndRead<Hand>, true, parsed_by_hand, goals.fresh);
+  add("written", Written, false, subject + "/by hand, write", goals.written);
   AddDatagram(subject, datagram, {.copy = 0.5});
 }
 
@@ -216,16 +225,16 @@ void AddByHandLines() {
   const std::string b = bench::Rr(1) + bench::Sdes(1) + bench::Nack(3) + bench::Pli();
   const std::string d = bench::Rr(1) + bench::Sdes(1) + bench::Remb();
   const std::string e = bench::Sr(31) + bench::Sdes(10);
-  AddAgainst<Datagram<by_hand::Sr<1>, by_hand::Sdes<1>>>("A SR + SDES", a, 2.5, 10, 2.5);
+  AddAgainst<Datagram<by_hand::Sr<1>, by_hand::Sdes<1>>>("A SR + SDES", a, {2.5, 10, 2.5});
   AddOtherCodecsAgainst("A SR + SDES", a);
   AddAgainst<Datagram<by_hand::Rr<1>, by_hand::Sdes<1>, by_hand::Nack<3>, by_hand::Pli>>("B RR + SDES + NACK + PLI", b,
-                                                                                         3, 18, 3);
+                                                                                         {3, 18, 3});
   AddOtherCodecsAgainst("B RR + SDES + NACK + PLI", b);
-  AddAgainst<Datagram<by_hand::TransportCc<60>>>("C transport-cc 60", TransportCcRuns(60), 1.1, 1.2, 1.3);
-  AddAgainst<Datagram<by_hand::Rr<1>, by_hand::Sdes<1>, by_hand::Remb>>("D RR + SDES + REMB", d, 3, 14, 3);
-  AddAgainst<Datagram<by_hand::Sr<31>, by_hand::Sdes<10>>>("E SR 31 + SDES 10", e, 1.5, 4, 1.3);
+  AddAgainst<Datagram<by_hand::TransportCc<60>>>("C transport-cc 60", TransportCcRuns(60), {1.1, 1.2, 1.3});
+  AddAgainst<Datagram<by_hand::Rr<1>, by_hand::Sdes<1>, by_hand::Remb>>("D RR + SDES + REMB", d, {3, 14, 3});
+  AddAgainst<Datagram<by_hand::Sr<31>, by_hand::Sdes<10>>>("E SR 31 + SDES 10", e, {1.5, 4, 1.3});
   AddOtherCodecsAgainst("E SR 31 + SDES 10", e);
-  AddAgainst<Datagram<by_hand::Ccfb<2, 30>>>("F CCFB 2 x 30", bench::Ccfb(2, 30), 1, 1.3, 1);
+  AddAgainst<Datagram<by_hand::Ccfb<2, 30>>>("F CCFB 2 x 30", bench::Ccfb(2, 30), {1, 1.3, 1});
   AddNote("C, D and F are beside no other codec: none of them takes the body of such feedback apart.");
   NoteOtherCodecs();
 }

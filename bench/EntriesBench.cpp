@@ -101,7 +101,7 @@ void AddList(const List& list, std::size_t entries) {
 
 void AddEntriesLines() {
   for (const List& list : kLists) {
-    for (const std::size_t entries : {1, 3, 10, 30, 100, 300, 1000, 3000, 10000}) {
+    for (const std::size_t entries : {1U, 3U, 10U, 30U, 100U, 300U, 1000U, 3000U, 10000U}) {
       if (entries <= list.most) AddList(list, entries);
     }
   }

@@ -82,7 +82,6 @@ void AddTable() {
 
 // Returns how many goals were missed.
 int PrintTable(const bench::Results& results) {
-  bench::PrintMachine();
   const int missed = bench::PrintTable(Lines(), results);
   for (const std::string& note : Notes()) std::printf("\n%s\n", note.c_str());
   return missed;
@@ -109,6 +108,7 @@ int main(int argc, char** argv) {
   for (const bench::Line& line : Lines()) Register(line);
   Collector collector;
   benchmark::RunSpecifiedBenchmarks(&collector);
+  bench::PrintMachine();
   if (csv) {
     bench::PrintCsv(Lines(), collector.results);
     return 0;

@@ -67,7 +67,7 @@ void PrintMachine() {
   char date[32] = "";
   (void)std::strftime(date, sizeof(date), "%Y-%m-%d %H:%M UTC", std::gmtime(&now));
   std::printf("library, yardsticks and benchmarks: %s\n", BENCH_COMPILER);
-  std::printf("%s, %u cores; %s\n\n", Processor().c_str(), std::thread::hardware_concurrency(), date);
+  std::printf("%s, %u cores; %s\n", Processor().c_str(), std::thread::hardware_concurrency(), date);
 }
 
 int PrintTable(const std::vector<Line>& lines, const Results& results) {
@@ -75,7 +75,7 @@ int PrintTable(const std::vector<Line>& lines, const Results& results) {
   for (const Line& line : lines) by_name[NameOf(line)] = &line;
 
   int missed = 0;
-  std::printf("%-38s %-24s %10s %8s %8s   %s\n", "subject", "operation", "ns", "cycles/B", "allocs",
+  std::printf("\n%-38s %-24s %10s %8s %8s   %s\n", "subject", "operation", "ns", "cycles/B", "allocs",
               "ratio to its yardstick in this run");
   const Line* last = nullptr;
   for (const Line& line : lines) {
@@ -104,12 +104,13 @@ int PrintTable(const std::vector<Line>& lines, const Results& results) {
 }
 
 void PrintCsv(const std::vector<Line>& lines, const Results& results) {
-  std::printf("subject,operation,entries,nanoseconds\n");
+  std::printf("subject,operation,entries,nanoseconds,allocations,yardstick,goal,throughput goal\n");
   for (const Line& line : lines) {
     const auto found = results.find(NameOf(line));
     if (found == results.end()) continue;
-    std::printf("%s,%s,%zu,%.2f\n", line.subject.c_str(), line.operation.c_str(), line.entries,
-                Nanoseconds(line, found->second));
+    std::printf("\"%s\",\"%s\",%zu,%.2f,%.2f,\"%s\",%g,%g\n", line.subject.c_str(), line.operation.c_str(),
+                line.entries, Nanoseconds(line, found->second), found->second.allocations / DatagramsOf(line),
+                line.yardstick.c_str(), line.goal, line.throughput_goal);
   }
 }
 

@@ -26,7 +26,7 @@ void PrintMachine();
 // Prints the lines that were run; returns how many goals were missed.
 int PrintTable(const std::vector<Line>& lines, const Results& results);
 
-// Prints subject, operation, entries and nanoseconds of each line, separated by commas.
+// Prints what was measured of each line as comma-separated values.
 void PrintCsv(const std::vector<Line>& lines, const Results& results);
 
 }  // namespace bench

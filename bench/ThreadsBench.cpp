@@ -58,6 +58,7 @@ void AddThreads(const std::string& operation, const std::vector<int>& cores, con
            [=](benchmark::State& state) {
              Measure(state, [&] {
                std::vector<std::thread> threads;
+               threads.reserve(cores.size());
                for (const int core : cores) threads.emplace_back(Work, core, std::cref(datagram));
                for (std::thread& thread : threads) thread.join();
              });

@@ -28,9 +28,9 @@ constexpr OtherCodec kOtherCodecs[] = {
 
 }  // namespace
 
-void AddOtherCodecs(const ComparedDatagram& compound) {
+void AddOtherCodecs(const ComparedDatagram& compared) {
   for (const OtherCodec& codec : kOtherCodecs) {
-    if (codec.add != nullptr) codec.add(compound);
+    if (codec.add != nullptr) codec.add(compared);
   }
 }
 
