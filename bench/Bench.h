@@ -67,9 +67,9 @@ struct Goals {
   double copy = 0;  // of what parsing it fresh takes
 };
 
-// Adds the operations that every datagram has, at every door: parsed from a string, decoded from octets, in C++; copied;
-// written to a string, encoded into octets; memcpy of its bytes. With `partial`, also the partial write into datagrams
-// of 1200 bytes. `datagram` must parse.
+// Adds the operations that every datagram has, at every door: parsed from a string, decoded from octets, in C++;
+// copied; written to a string, encoded into octets; memcpy of its bytes. With `partial`, also the partial write into
+// datagrams of 1200 bytes. `datagram` must parse.
 void AddDatagram(const std::string& subject, const std::string& datagram, const Goals& goals = {},
                  bool partial = false);
 

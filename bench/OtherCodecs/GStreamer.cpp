@@ -1,5 +1,5 @@
 // GStreamer's RTCP buffer. The octets stand in one GstBuffer, which is mapped for each reading; writing takes a new
-// buffer, as GStreamer's own users do. What feedback says beyond its SSRCs is read from its octets, which is all it offers.
+// buffer, as GStreamer's own users do. What feedback says beyond its SSRCs is read from its octets: it offers no more.
 #include <gst/rtp/rtp.h>
 
 #include <memory>
