@@ -278,6 +278,7 @@ TEST(SubpacketHeader, LengthIsCountedInWordsModulo16Bits) {
   EXPECT_EQ(Header(false, 0, 207, 0), Hex("80 CF FF FF"));
   EXPECT_EQ(Header(false, 0, 207, 7), Hex("80 CF 00 00"));
   EXPECT_EQ(Header(false, 0, 207, 262148), Hex("80 CF 00 00"));
+  EXPECT_EQ(Header(false, 0, 206, 262148), Hex("80 CE 00 00")) << "what is cut off would be seen in an even type";
 }
 
 TEST(SubpacketHeader, RefusedAppendKeepsTheBytesBeforeIt) {

@@ -257,6 +257,17 @@ TEST_P(EverySampleInCpp, ASubpacketOfAnyKindBehavesAsItsKind) {
   });
 }
 
+TEST(Objects, ACopyThatItsSourcesAllocatorRefusesIsEmptyAndHasThatAllocator) {
+  TestAllocator refusing;
+  Nack source(refusing.get());
+  ASSERT_TRUE(source.add(7));
+  refusing.RefuseOnce(0);
+  Nack copied(source);
+  EXPECT_EQ(SeenOf(copied), SeenOf(Nack()));
+  EXPECT_EQ(copied.allocator(), refusing.get());
+  EXPECT_TRUE(copied.add(7)) << "it can be used as soon as nothing is refused";
+}
+
 TEST(SamplesInCpp, AllKindsAreVisited) {
   std::set<std::string> visited;
   std::set<std::string> expected;

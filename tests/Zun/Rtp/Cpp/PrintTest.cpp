@@ -75,6 +75,37 @@ TEST(Print, WordsThatPeersSendAreEscaped) {
   EXPECT_EQ(to_string(bye), R"(BYE: 0x00000001 left, reason "a\"b\x0a\xff")");
 }
 
+TEST(Print, WhatHasNoNameIsToldByItsNumber) {
+  EXPECT_EQ(LineOf(test::Subpacket(214, 0, "")), "type 214");
+  EXPECT_EQ(LineOf(test::Subpacket(207, 0, "")), "XR (type 207)");
+  Sdes sdes;
+  ASSERT_TRUE(sdes.add(1, ZUN_RTCPSDESITEM_TYPE_MAX, "a"));
+  ASSERT_TRUE(sdes.add(1, ZUN_RTCPSDESITEM_TYPE_EndOfList, "b"));
+  const std::string last = std::to_string(ZUN_RTCPSDESITEM_TYPE_MAX);
+  EXPECT_EQ(to_string(sdes), "SDES: chunk of 0x00000001: type " + last + " \"a\", type 0 \"b\"");
+  EXPECT_EQ(words::ShowParameterName(0), "parameter of type 0");
+  EXPECT_EQ(words::ShowParameterName(13), "packet size");
+  EXPECT_EQ(words::ShowParameterName(14), "parameter of type 14");
+}
+
+TEST(Print, APrivItemWhosePrefixDoesNotFitStandsAsItIs) {
+  EXPECT_EQ(words::SdesItemWords(ZUN_RTCPSDESITEM_TYPE_PRIV, ""), "PRIV \"\"");
+  EXPECT_EQ(words::SdesItemWords(ZUN_RTCPSDESITEM_TYPE_PRIV,
+                                 "\x03"
+                                 "ab"),
+            "PRIV \"\\x03ab\"");
+  EXPECT_EQ(words::SdesItemWords(ZUN_RTCPSDESITEM_TYPE_PRIV,
+                                 "\x02"
+                                 "ab"),
+            "PRIV \"ab\" = \"\"");
+}
+
+TEST(Print, LongTextIsCutAndNotOverrun) {
+  EXPECT_EQ(words::Printed("%s", std::string(300, 'x').c_str()), std::string(255, 'x'));
+  EXPECT_EQ(words::HexDigits(octets_of(std::string(32, '\x01'))).size(), 64U);
+  EXPECT_EQ(words::HexDigits(octets_of(std::string(33, '\x01'))).substr(64), "... (1 more byte)");
+}
+
 TEST(Print, TheMarksOfACcfbAreTheSameInBothDialects) {
   CcfbStream stream(1);
   ASSERT_TRUE(stream.add(1, true, 3, 0));

@@ -424,6 +424,24 @@ TEST(ZunRtcpSdes, ReadOverOneOfTheSameShapeIsAsReadAfresh) {
   }
 }
 
+TEST(ZunRtcpSdes, TextsOfEveryLengthAreReadOverLongerOnes) {
+  const auto wire = [](std::size_t size) {
+    std::string text;
+    for (std::size_t i = 0; i < size; ++i) text += static_cast<char>('a' + (i + size) % 26);
+    const std::string item = Hex("01") + static_cast<char>(size) + text;
+    return Wire(1, Hex("00000007") + item + std::string(4 - item.size() % 4, '\0'));
+  };
+  TestAllocator allocator;
+  Received kept(kRow, wire(255), allocator.get());
+  const std::size_t calls = allocator.calls();
+  for (std::size_t size = 255; size > 0; --size) {
+    ASSERT_TRUE(kept.Read(wire(size))) << size;
+    EXPECT_EQ(Described(In(kept)), Described(In(Received(kRow, wire(size))))) << size;
+    EXPECT_EQ(kept.bytes(), wire(size)) << size;
+  }
+  EXPECT_EQ(allocator.calls(), calls);
+}
+
 TEST(ZunRtcpSdes, AFreshReadAsksForTheChunksOnce) {
   std::string chunks;
   for (int i = 0; i < 10; ++i) chunks += Hex("00000007 0101 61 00");
