@@ -245,6 +245,27 @@ TEST(Print, TypesAndItemsHaveTheirNames) {
             "SNM (type 213), type 214");
 }
 
+TEST(Print, AnApplicationsMessageIsANumberWhereItBeginsWithNr) {
+  const auto name = [](const std::string& data) {
+    UnknownAfb afb(1, 2);
+    EXPECT_TRUE(afb.data(octets_of(data)));
+    return words::NameOf(View<UnknownAfb>(afb));
+  };
+  EXPECT_EQ(name(test::Hex("4E72 0102")), "AFB Nr 258");
+  EXPECT_EQ(name(test::Hex("4E72 FFFF 01020304")), "AFB Nr 65535");
+  EXPECT_EQ(name(test::Hex("4E73 0102")), "AFB");
+  EXPECT_EQ(name(test::Hex("4F72 0102")), "AFB");
+}
+
+TEST(Print, EveryMarkOfACcfbIsCountedByItsName) {
+  CcfbStream stream(1);
+  ASSERT_TRUE(stream.add(1, false, 3, 0));  // what was lost carries none
+  std::uint16_t seq = 2;
+  for (const std::uint8_t ecn : std::initializer_list<std::uint8_t>{0, 1, 1, 2, 2, 2, 4, 8})
+    ASSERT_TRUE(stream.add(seq++, true, ecn, 0));
+  EXPECT_EQ(words::EcnWords(View<CcfbStream>(stream).packet_metrics()), "ECN Not-ECT x1 ECT(1) x3 ECT(0) x4");
+}
+
 TEST(Print, WhatHasNoNameIsToldByItsNumber) {
   Sdes sdes;
   ASSERT_TRUE(sdes.add(1, ZUN_RTCPSDESITEM_TYPE_MAX, "a"));
