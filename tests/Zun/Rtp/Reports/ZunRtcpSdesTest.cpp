@@ -402,7 +402,9 @@ TEST(ZunRtcpSdes, ReadingAgainUsesTheOldTexts) {
 
 // What has as many chunks and items as before is read by a pass of its own; it must be seen in nothing but the time.
 TEST(ZunRtcpSdes, ReadOverOneOfTheSameShapeIsAsReadAfresh) {
-  std::vector<std::string> wires = {Wire(1, Hex("00000001 00014100"))};  // an item that is skipped, and none besides
+  std::vector<std::string> wires = {
+      Wire(1, Hex("00000001 00014100")),             // an item that is skipped, and none besides
+      Wire(1, Hex("00000001 0205 6162006364 00"))};  // a text with a zero where a list would end, were it shorter
   for (const Sample& sample : SamplesOf(kRow)) wires.push_back(sample.wire);
   for (const std::string& first : wires) {
     Received kept(kRow, first);
