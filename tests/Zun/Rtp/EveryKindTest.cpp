@@ -77,6 +77,21 @@ TEST_P(EverySample, IsEncodedAsItIsWritten) {
   EXPECT_EQ(ToHex(octets), ToHex(written));
 }
 
+// A block that is too small is written up to its end at most, and what is needed is told.
+TEST_P(EverySample, IsEncodedIntoNoBlockThatIsTooSmall) {
+  for (const ZunRtcpDialect dialect : {ZUN_RTCP_DIALECT_HOUSE, ZUN_RTCP_DIALECT_REGISTERED}) {
+    const Parsed parsed(sample().wire);
+    const ZunSizeT needed = ZunRtcpPacketGetEncodedLength(&parsed.packet, dialect);
+    for (ZunSizeT capacity = 0; capacity < needed; ++capacity) {
+      ZunSizeT size = 0;
+      std::string octets(needed + 8, 'x');
+      EXPECT_FALSE(ZunRtcpPacketEncode(&parsed.packet, octets.data(), capacity, dialect, &size)) << capacity;
+      EXPECT_EQ(size, needed);
+      EXPECT_EQ(octets.substr(capacity), std::string(octets.size() - capacity, 'x')) << capacity;
+    }
+  }
+}
+
 // Cut to so many words, or followed by a word of zeros, as the header then says, it is read or refused alike, and
 // refused with a reason.
 TEST_P(EverySample, IsDecodedAsItIsRead) {

@@ -58,6 +58,7 @@ TEST(BodyWriter, FieldsAreAppendedMostSignificantFirst) {
   {
     Output out(b);
     BodyWriter w(out, kFieldsSize);
+    EXPECT_FALSE(out.WasRefused());
     EXPECT_EQ(w.Size(), 1U);
     EXPECT_TRUE(WriteFields(w));
     EXPECT_EQ(w.Size(), 1 + kFieldsSize);
@@ -288,6 +289,7 @@ TEST(SubpacketHeader, RefusedAppendKeepsTheBytesBeforeIt) {
       Output out(c.text);
       BodyWriter w(out, zun::kSubpacketHeaderSize);
       EXPECT_FALSE(zun::WriteSubpacketHeader(w, false, 3, 207, 12));
+      EXPECT_TRUE(out.WasRefused());
     }
     EXPECT_EQ(c.text.str(), c.before + Hex("83 CF 00 02").substr(0, room));
   }

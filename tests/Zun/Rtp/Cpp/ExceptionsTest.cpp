@@ -1,5 +1,5 @@
-// What the C++ face throws, and what it keeps from being thrown through the library. Alone in a file, so that everything
-// else can be compiled without exceptions.
+// What the C++ face throws, and what it keeps from being thrown through the library. Alone in a file: everything else
+// can be compiled without exceptions.
 #include <gtest/gtest.h>
 
 #include <memory_resource>

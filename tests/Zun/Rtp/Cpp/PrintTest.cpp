@@ -202,8 +202,8 @@ TEST(Print, ErrorsAreLines) {
 TEST(Print, WordsThatPeersSendAreEscaped) {
   Bye bye;
   ASSERT_TRUE(bye.add(1));
-  ASSERT_TRUE(bye.reason("a\"b\n\xFF"));
-  EXPECT_EQ(to_string(bye), R"(BYE: 0x00000001 left, reason "a\"b\x0a\xff")");
+  ASSERT_TRUE(bye.reason("a\"b\n\xFF\\"));
+  EXPECT_EQ(to_string(bye), R"(BYE: 0x00000001 left, reason "a\"b\x0a\xff\\")");
 }
 
 TEST(Print, ATimeBefore1970IsNoDate) {
@@ -255,6 +255,27 @@ TEST(Print, AnApplicationsMessageIsANumberWhereItBeginsWithNr) {
   EXPECT_EQ(name(test::Hex("4E72 FFFF 01020304")), "AFB Nr 65535");
   EXPECT_EQ(name(test::Hex("4E73 0102")), "AFB");
   EXPECT_EQ(name(test::Hex("4F72 0102")), "AFB");
+}
+
+TEST(Print, AStreamOfWhichNothingArrivedHasNoMarks) {
+  Ccfb ccfb(2);
+  CcfbStream empty(1);
+  ASSERT_TRUE(ccfb.streams().push_back(empty));
+  ASSERT_TRUE(empty.add(7, false, 0, 0));
+  ASSERT_TRUE(ccfb.streams().push_back(empty));
+  EXPECT_EQ(to_string(ccfb),
+            "CCFB: sender 0x00000002, report time 0.000000 s (16.16); stream 0x00000001, from sequence 0, 0 packets, "
+            "0 lost (0.0 %); stream 0x00000001, from sequence 7, 1 packet, 1 lost (100.0 %)");
+}
+
+TEST(Print, ArrivalsAreTimesOrMarks) {
+  TransportCc feedback(1, 2);
+  ASSERT_TRUE(feedback.packet_info().push_back(TransportCcPacketInfo{1, 1, 4}));
+  ASSERT_TRUE(feedback.packet_info().push_back(TransportCcPacketInfo{0, 0, 0}));
+  ASSERT_TRUE(feedback.packet_info().push_back(TransportCcPacketInfo{1, 0, 0}));
+  ASSERT_TRUE(feedback.packet_info().push_back(TransportCcPacketInfo{1, 1, -1}));
+  EXPECT_NE(to_string(feedback).find("4 packets, 3 arrived"), std::string::npos) << to_string(feedback);
+  EXPECT_NE(to_string(feedback).find("arrivals in ms: 1.00 x ? 0.75"), std::string::npos) << to_string(feedback);
 }
 
 TEST(Print, EveryMarkOfACcfbIsCountedByItsName) {

@@ -444,6 +444,28 @@ TEST(ZunRtcpSdes, TextsOfEveryLengthAreReadOverLongerOnes) {
   EXPECT_EQ(allocator.calls(), calls);
 }
 
+TEST(ZunRtcpSdes, ATextOfAnotherAllocatorIsNotReadOver) {
+  TestAllocator own;
+  TestAllocator other;
+  Received kept(kRow, Wire(1, Hex("00000007 0105 6161616161 00")), own.get());
+  ZunRtcpSdesItem* const item = kept.sp()->sdes.chunks.begin->items.begin;
+  ZunRtcpSdesItemDestruct(item);
+  const Text text("a name", other.get());
+  ASSERT_NE(ZunRtcpSdesItemConstruct(item, ZUN_RTCPSDESITEM_TYPE_CNAME, text.get()), nullptr);
+  ASSERT_EQ(item->text.allocator, other.get());
+  ASSERT_TRUE(kept.Read(Wire(1, Hex("00000008 0205 6262626262 00"))));
+  EXPECT_EQ(Described(In(kept)), "8: 2=bbbbb;\n");
+  EXPECT_EQ(In(kept).chunks.begin->items.begin->text.allocator, own.get());
+}
+
+TEST(ZunRtcpSdes, AChunkThatIsNeitherThereNorFindsRoomIsNone) {
+  TestAllocator refusing;
+  refusing.RefuseFrom(0);
+  const Received received(kRow, Wire(1, ""), refusing.get());
+  EXPECT_FALSE(received.ok);
+  EXPECT_EQ(Described(In(received)), "");
+}
+
 TEST(ZunRtcpSdes, AFreshReadAsksForTheChunksOnce) {
   std::string chunks;
   for (int i = 0; i < 10; ++i) chunks += Hex("00000007 0101 61 00");
