@@ -264,6 +264,25 @@ TEST(SubpacketHeader, FieldsStandWhereTheyBelong) {
   EXPECT_EQ(Header(false, 0, 200, 262144), Hex("80 C8 FF FF"));
 }
 
+TEST(BodyWriter, ABlockThatIsTooSmallTakesNothing) {
+  ZunUint8 block[8] = {};
+  Output out(block, sizeof(block), ZUN_RTCP_DIALECT_HOUSE);
+  BodyWriter w(out, sizeof(block) + 1);
+  EXPECT_FALSE(w.Bytes("abc", 3));
+  EXPECT_FALSE(w.U8(1));
+  EXPECT_EQ(w.Block(1), nullptr);
+  EXPECT_EQ(block[0], 0);
+}
+
+TEST(BodyWriter, APlaceIsGivenWhereThereIsRoomForAllOfIt) {
+  ZunUint8 block[8] = {};
+  Output out(block, sizeof(block), ZUN_RTCP_DIALECT_HOUSE);
+  BodyWriter w(out, sizeof(block));
+  EXPECT_EQ(w.Block(9), nullptr);
+  EXPECT_EQ(w.Block(8), block);
+  EXPECT_EQ(w.Block(1), nullptr);
+}
+
 TEST(SubpacketHeader, TypeIsCutTo8Bits) {
   EXPECT_EQ(Header(false, 0, 0x1C9, 8), Hex("80 C9 00 01"));
   EXPECT_EQ(Header(false, 0, -1, 8), Hex("80 FF 00 01"));

@@ -305,6 +305,10 @@ TEST(Print, APrivItemWhosePrefixDoesNotFitStandsAsItIs) {
                                  "ab"),
             "PRIV \"\\x03ab\"");
   EXPECT_EQ(words::SdesItemWords(ZUN_RTCPSDESITEM_TYPE_PRIV,
+                                 "\x01"
+                                 "a"),
+            "PRIV \"a\" = \"\"");
+  EXPECT_EQ(words::SdesItemWords(ZUN_RTCPSDESITEM_TYPE_PRIV,
                                  "\x02"
                                  "ab"),
             "PRIV \"ab\" = \"\"");

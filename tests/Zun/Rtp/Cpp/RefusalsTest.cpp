@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <compare>
 #include <functional>
 #include <initializer_list>
 #include <new>
@@ -112,6 +113,16 @@ TEST(Refusals, ASubpacketWithoutMemoryTakesThatOfTheSystem) {
   EXPECT_EQ(copied.allocator(), ZunAllocatorGetSystem());
 }
 
+TEST(Refusals, ACopyOfASubpacketIsWholeOrEmpty) {
+  Packet packet;
+  ASSERT_TRUE(packet.decode(octets_of(test::Golden("NackThreeMaps"))));
+  EXPECT_GT(ForEveryRefusal([&](TestAllocator& refusing) {
+              const Subpacket copied(packet[0], refusing.get());
+              EXPECT_EQ(holds<Nack>(copied), refusing.refused() == 0);
+            }),
+            0U);
+}
+
 TEST(Refusals, ADatagramWithoutAHeaderHasNoType) {
   Packet packet;
   const auto decoded = packet.decode(octets_of(std::string_view("\x80\xC8", 2)));
@@ -138,6 +149,8 @@ TEST(Iterators, OfListsOfObjectsGoBothWays) {
   EXPECT_LT(chunks.begin(), at);
   EXPECT_GT(at, chunks.begin());
   EXPECT_NE(at, chunks.end());
+  EXPECT_EQ(at <=> at, std::strong_ordering::equal);
+  EXPECT_EQ(at, chunks.end() - 1);
 }
 
 TEST(Iterators, OfLostNumbersKeepTheirPlaceWhenACopyGoesOn) {
