@@ -313,6 +313,7 @@ TEST(Result, AValueOrAnError) {
   EXPECT_FALSE(bad);
   EXPECT_EQ(bad.value_or("other"), "other");
   EXPECT_EQ(bad.error().needed(), 7U);
+  EXPECT_EQ(bad.error().index(), 0U);
 }
 
 }  // namespace
