@@ -299,25 +299,34 @@ TEST(Print, WhatHasNoNameIsToldByItsNumber) {
 }
 
 TEST(Print, APrivItemWhosePrefixDoesNotFitStandsAsItIs) {
-  EXPECT_EQ(words::SdesItemWords(ZUN_RTCPSDESITEM_TYPE_PRIV, ""), "PRIV \"\"");
-  EXPECT_EQ(words::SdesItemWords(ZUN_RTCPSDESITEM_TYPE_PRIV,
-                                 "\x03"
-                                 "ab"),
-            "PRIV \"\\x03ab\"");
-  EXPECT_EQ(words::SdesItemWords(ZUN_RTCPSDESITEM_TYPE_PRIV,
-                                 "\x01"
-                                 "a"),
-            "PRIV \"a\" = \"\"");
-  EXPECT_EQ(words::SdesItemWords(ZUN_RTCPSDESITEM_TYPE_PRIV,
-                                 "\x02"
-                                 "ab"),
-            "PRIV \"ab\" = \"\"");
+  const auto words_of = [](const std::string& text) {
+    SdesItem item;
+    item.type(ZUN_RTCPSDESITEM_TYPE_PRIV);
+    EXPECT_TRUE(item.text(text));
+    return words::SdesItemWords(View<SdesItem>(item));
+  };
+  EXPECT_EQ(words_of(""), R"(PRIV "")");
+  EXPECT_EQ(words_of(std::string("\x03") + "ab"), R"(PRIV "\x03ab")");
+  EXPECT_EQ(words_of(std::string("\x01") + "a"), R"(PRIV "a" = "")");
+  EXPECT_EQ(words_of(std::string("\x02") + "ab"), R"(PRIV "ab" = "")");
 }
 
-TEST(Print, LongTextIsCutAndNotOverrun) {
-  EXPECT_EQ(words::Printed("%s", std::string(300, 'x').c_str()), std::string(255, 'x'));
-  EXPECT_EQ(words::HexDigits(octets_of(std::string(32, '\x01'))).size(), 64U);
-  EXPECT_EQ(words::HexDigits(octets_of(std::string(33, '\x01'))).substr(64), "... (1 more byte)");
+TEST(Print, TextOfAnyLengthIsWhole) {
+  for (const std::size_t size : {0U, 126U, 127U, 128U, 129U, 300U}) {
+    const std::string text(size, 'x');
+    EXPECT_EQ(words::Printed("%s", text.c_str()), text);
+  }
+}
+
+TEST(Print, OctetsAreCutAfter32) {
+  const auto line = [](std::size_t size) { return LineOf(test::Subpacket(214, 0, std::string(size, '\x0A'))); };
+  const auto digits = [](std::size_t size) {
+    std::string text;
+    for (std::size_t i = 0; i < size; ++i) text += "0a";
+    return text;
+  };
+  EXPECT_EQ(line(32), "type 214: data " + digits(32));
+  EXPECT_EQ(line(36), "type 214: data " + digits(32) + "... (4 more bytes)");
 }
 
 TEST(Print, TheMarksOfACcfbAreTheSameInBothDialects) {
