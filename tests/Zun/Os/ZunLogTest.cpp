@@ -37,6 +37,18 @@ TEST(ZunLog, CategoriesHaveNames) {
   EXPECT_NE(ZunLogRtcp_, ZunLogRtcpFeedback_);
 }
 
+TEST(ZunLog, WithoutACategoryThereIsNoLevel) {
+  LogCapture log;
+  EXPECT_STREQ(ZunLogCategoryGetName(nullptr), "");
+  ZunLogSetMaxLevel(nullptr, ZUN_LOG_FATAL);
+  LogText(ZUN_LOG_LEVEL_INVALID, nullptr, "of no category");
+  LogText(ZUN_LOG_DEBUG, ZunLogRtcp_, "of one");
+  ASSERT_EQ(log.entries().size(), 2U);
+  EXPECT_EQ(log.entries()[0].category, nullptr);
+  EXPECT_EQ(log.entries()[0].message, "of no category");
+  EXPECT_EQ(log.entries()[1].category, ZunLogRtcp_);
+}
+
 TEST(ZunLog, HandlerReceivesEverything) {
   LogCapture log;
   ZunLogDo_(ZUN_LOG_WARNING, ZunLogRtcpFeedback_, "some/file", 42, "SomeFunction", "100% text, %s %d as it stands");

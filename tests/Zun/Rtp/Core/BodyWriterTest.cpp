@@ -58,6 +58,7 @@ TEST(BodyWriter, FieldsAreAppendedMostSignificantFirst) {
   {
     Output out(b);
     BodyWriter w(out, kFieldsSize);
+    EXPECT_FALSE(out.WasRefused());
     EXPECT_EQ(w.Size(), 1U);
     EXPECT_TRUE(WriteFields(w));
     EXPECT_EQ(w.Size(), 1 + kFieldsSize);
@@ -263,6 +264,25 @@ TEST(SubpacketHeader, FieldsStandWhereTheyBelong) {
   EXPECT_EQ(Header(false, 0, 200, 262144), Hex("80 C8 FF FF"));
 }
 
+TEST(BodyWriter, ABlockThatIsTooSmallTakesNothing) {
+  ZunUint8 block[8] = {};
+  Output out(block, sizeof(block), ZUN_RTCP_DIALECT_HOUSE);
+  BodyWriter w(out, sizeof(block) + 1);
+  EXPECT_FALSE(w.Bytes("abc", 3));
+  EXPECT_FALSE(w.U8(1));
+  EXPECT_EQ(w.Block(1), nullptr);
+  EXPECT_EQ(block[0], 0);
+}
+
+TEST(BodyWriter, APlaceIsGivenWhereThereIsRoomForAllOfIt) {
+  ZunUint8 block[8] = {};
+  Output out(block, sizeof(block), ZUN_RTCP_DIALECT_HOUSE);
+  BodyWriter w(out, sizeof(block));
+  EXPECT_EQ(w.Block(9), nullptr);
+  EXPECT_EQ(w.Block(8), block);
+  EXPECT_EQ(w.Block(1), nullptr);
+}
+
 TEST(SubpacketHeader, TypeIsCutTo8Bits) {
   EXPECT_EQ(Header(false, 0, 0x1C9, 8), Hex("80 C9 00 01"));
   EXPECT_EQ(Header(false, 0, -1, 8), Hex("80 FF 00 01"));
@@ -278,6 +298,7 @@ TEST(SubpacketHeader, LengthIsCountedInWordsModulo16Bits) {
   EXPECT_EQ(Header(false, 0, 207, 0), Hex("80 CF FF FF"));
   EXPECT_EQ(Header(false, 0, 207, 7), Hex("80 CF 00 00"));
   EXPECT_EQ(Header(false, 0, 207, 262148), Hex("80 CF 00 00"));
+  EXPECT_EQ(Header(false, 0, 206, 262148), Hex("80 CE 00 00")) << "what is cut off would be seen in an even type";
 }
 
 TEST(SubpacketHeader, RefusedAppendKeepsTheBytesBeforeIt) {
@@ -287,6 +308,7 @@ TEST(SubpacketHeader, RefusedAppendKeepsTheBytesBeforeIt) {
       Output out(c.text);
       BodyWriter w(out, zun::kSubpacketHeaderSize);
       EXPECT_FALSE(zun::WriteSubpacketHeader(w, false, 3, 207, 12));
+      EXPECT_TRUE(out.WasRefused());
     }
     EXPECT_EQ(c.text.str(), c.before + Hex("83 CF 00 02").substr(0, room));
   }

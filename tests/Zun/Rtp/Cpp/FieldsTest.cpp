@@ -199,6 +199,9 @@ TEST(Fields, App) {
 TEST(Fields, Unknown) {
   const ReadFrom<Unknown> read("UnknownWithData");
   Unknown unknown;
+  ASSERT_TRUE(unknown.type(0));
+  ASSERT_TRUE(unknown.type(255));
+  EXPECT_EQ(unknown.type(), 255);
   ASSERT_TRUE(unknown.type(read->type()));
   EXPECT_FALSE(unknown.type(ZUN_RTCPSUBPACKET_TYPE_SR));
   EXPECT_FALSE(unknown.type(256));

@@ -65,6 +65,16 @@ TEST(PlainList, RefusedGrowthIsToldAndChangesNothing) {
   });
 }
 
+TEST(ObjectList, GrowsByDoublingAsInC) {
+  Sdes sdes;
+  std::vector<std::size_t> capacities;
+  for (int i = 0; i < 5; ++i) {
+    ASSERT_TRUE(sdes.chunks().push_back(SdesChunk(7)));
+    capacities.push_back(sdes.chunks().capacity());
+  }
+  EXPECT_EQ(capacities, (std::vector<std::size_t>{2, 2, 4, 4, 8}));
+}
+
 TEST(ObjectList, IsARandomAccessRangeOfViewsOrRefs) {
   using Chunks = decltype(std::declval<Sdes&>().chunks());
   using ConstChunks = decltype(std::declval<const Sdes&>().chunks());

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <cstring>
 #include <functional>
 #include <set>
 #include <string>
@@ -93,6 +95,24 @@ TEST_P(EverySampleInCpp, BothFacesWriteTheSameOctets) {
   EXPECT_EQ(packet.encoded_length(), expected.size());
   if (!is_written) return;
   EXPECT_EQ(ToHex(std::string(reinterpret_cast<const char*>(encoded->data()), encoded->size())), ToHex(expected));
+}
+
+// What is not set would be what the memory was before.
+TEST_P(EverySampleInCpp, IsBuiltAlikeInAnyStorage) {
+  WithView([](const auto& view) {
+    using C = ObjectOf<std::remove_cvref_t<decltype(view)>>;
+    const auto built_in = [](int filling) {
+      alignas(C) std::array<std::byte, sizeof(ZunRtcpSubpacket)> storage;
+      std::memset(storage.data(), filling, storage.size());
+      C* const object = reinterpret_cast<C*>(storage.data());
+      Functions<C>::ConstructDefault(object, ZunAllocatorGetSystem());
+      const std::string seen = test::Seen(kRowOf<C>, *AsSubpacket(object));
+      Functions<C>::Destruct(object);
+      return seen;
+    };
+    EXPECT_EQ(built_in(0xFF), built_in(0));
+    EXPECT_EQ(built_in(0x55), built_in(0));
+  });
 }
 
 TEST_P(EverySampleInCpp, IsCopiedWithTheAllocatorsOfItsSource) {
@@ -255,6 +275,17 @@ TEST_P(EverySampleInCpp, ASubpacketOfAnyKindBehavesAsItsKind) {
     EXPECT_EQ(SeenOf(*get_if<Class>(first)), SeenOf(view));
     EXPECT_EQ(SeenOf(*get_if<Class>(second)), SeenOf(view));
   });
+}
+
+TEST(Objects, ACopyThatItsSourcesAllocatorRefusesIsEmptyAndHasThatAllocator) {
+  TestAllocator refusing;
+  Nack source(refusing.get());
+  ASSERT_TRUE(source.add(7));
+  refusing.RefuseOnce(0);
+  Nack copied(source);
+  EXPECT_EQ(SeenOf(copied), SeenOf(Nack()));
+  EXPECT_EQ(copied.allocator(), refusing.get());
+  EXPECT_TRUE(copied.add(7)) << "it can be used as soon as nothing is refused";
 }
 
 TEST(SamplesInCpp, AllKindsAreVisited) {

@@ -46,7 +46,10 @@ TEST(ZunRtcpApp, SetNameTakesFourBytesOnlyWithoutAMessage) {
     EXPECT_EQ(NameOf(app), "name");
   }
   log.ExpectNone();
+  App unnamed(allocator);
   allocator.RefuseFrom(0);
+  EXPECT_FALSE(ZunRtcpAppSetName(unnamed, Text("name")));
+  EXPECT_EQ(NameOf(unnamed), "");
   EXPECT_FALSE(ZunRtcpAppSetData(app, Text("data")));
   EXPECT_EQ(DataOf(app), "");
 }

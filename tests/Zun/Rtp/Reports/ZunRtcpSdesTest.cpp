@@ -402,7 +402,9 @@ TEST(ZunRtcpSdes, ReadingAgainUsesTheOldTexts) {
 
 // What has as many chunks and items as before is read by a pass of its own; it must be seen in nothing but the time.
 TEST(ZunRtcpSdes, ReadOverOneOfTheSameShapeIsAsReadAfresh) {
-  std::vector<std::string> wires = {Wire(1, Hex("00000001 00014100"))};  // an item that is skipped, and none besides
+  std::vector<std::string> wires = {
+      Wire(1, Hex("00000001 00014100")),             // an item that is skipped, and none besides
+      Wire(1, Hex("00000001 0205 6162006364 00"))};  // a text with a zero where a list would end, were it shorter
   for (const Sample& sample : SamplesOf(kRow)) wires.push_back(sample.wire);
   for (const std::string& first : wires) {
     Received kept(kRow, first);
@@ -422,6 +424,46 @@ TEST(ZunRtcpSdes, ReadOverOneOfTheSameShapeIsAsReadAfresh) {
       }
     }
   }
+}
+
+TEST(ZunRtcpSdes, TextsOfEveryLengthAreReadOverLongerOnes) {
+  const auto wire = [](std::size_t size) {
+    std::string text;
+    for (std::size_t i = 0; i < size; ++i) text += static_cast<char>('a' + (i + size) % 26);
+    const std::string item = Hex("01") + static_cast<char>(size) + text;
+    return Wire(1, Hex("00000007") + item + std::string(4 - item.size() % 4, '\0'));
+  };
+  TestAllocator allocator;
+  Received kept(kRow, wire(255), allocator.get());
+  const std::size_t calls = allocator.calls();
+  for (std::size_t size = 255; size > 0; --size) {
+    ASSERT_TRUE(kept.Read(wire(size))) << size;
+    EXPECT_EQ(Described(In(kept)), Described(In(Received(kRow, wire(size))))) << size;
+    EXPECT_EQ(kept.bytes(), wire(size)) << size;
+  }
+  EXPECT_EQ(allocator.calls(), calls);
+}
+
+TEST(ZunRtcpSdes, ATextOfAnotherAllocatorIsNotReadOver) {
+  TestAllocator own;
+  TestAllocator other;
+  Received kept(kRow, Wire(1, Hex("00000007 0105 6161616161 00")), own.get());
+  ZunRtcpSdesItem* const item = kept.sp()->sdes.chunks.begin->items.begin;
+  ZunRtcpSdesItemDestruct(item);
+  const Text text("a name", other.get());
+  ASSERT_NE(ZunRtcpSdesItemConstruct(item, ZUN_RTCPSDESITEM_TYPE_CNAME, text.get()), nullptr);
+  ASSERT_EQ(item->text.allocator, other.get());
+  ASSERT_TRUE(kept.Read(Wire(1, Hex("00000008 0205 6262626262 00"))));
+  EXPECT_EQ(Described(In(kept)), "8: 2=bbbbb;\n");
+  EXPECT_EQ(In(kept).chunks.begin->items.begin->text.allocator, own.get());
+}
+
+TEST(ZunRtcpSdes, AChunkThatIsNeitherThereNorFindsRoomIsNone) {
+  TestAllocator refusing;
+  refusing.RefuseFrom(0);
+  const Received received(kRow, Wire(1, ""), refusing.get());
+  EXPECT_FALSE(received.ok);
+  EXPECT_EQ(Described(In(received)), "");
 }
 
 TEST(ZunRtcpSdes, AFreshReadAsksForTheChunksOnce) {

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <tuple>
 #include <vector>
 
@@ -32,6 +33,7 @@ void Add(Stream* stream, ZunUint16 seq, int count) {
 TEST(ZunRtcpRtpfbCcfbStream, IsBuiltWithoutMetrics) {
   TestAllocator allocator;
   Stream stream;
+  std::memset(static_cast<void*>(&stream), 0xFF, sizeof(stream));  // what is not set would stay
   ASSERT_EQ(ZunRtcpRtpfbCcfbStreamConstructDefault(&stream, 0x01020304, allocator), &stream);
   EXPECT_EQ(ZunRtcpRtpfbCcfbStreamGetSsrc(&stream), 0x01020304U);
   EXPECT_EQ(ZunRtcpRtpfbCcfbStreamGetBeginSeq(&stream), 0U);

@@ -124,6 +124,16 @@ TEST(ZunRtcpRtpfbTransportCcWrite, ALongMessageThatIsRefusedItsFirstBlocksWrites
     EXPECT_EQ(refusing.refused(), 2U);
     EXPECT_EQ(ToHex(out.str()), ToHex(whole.str().substr(0, out->size)));
   }
+  // Wherever the room ends, among the chunks that were kept and among those that are made again.
+  for (ZunSizeT room = 20; room < 20 + 2 * 80; ++room) {
+    TestAllocator refusing;
+    Text out(std::string(room, 'x'), refusing);
+    const ZunSizeT spare = out->capacity - out->size;
+    out->size = spare;  // so much less room, and so much in front
+    refusing.RefuseFrom(0);
+    EXPECT_FALSE(ZunRtcpRtpfbTransportCcWritePacket(p.sp(), out, 0));
+    EXPECT_EQ(ToHex(out.str().substr(spare)), ToHex(whole.str().substr(0, room)));
+  }
 }
 
 }  // namespace
