@@ -46,8 +46,8 @@ ZunSizeT CountFrom(const T* first, const T* end) {
   return static_cast<ZunSizeT>(end - first);
 }
 
-// Makes chunks of a list of packets, one after the other. It tells the status of each packet once, but for those of long
-// runs, and keeps those that no chunk has told of yet.
+// Makes chunks of a list of packets, one after the other. It tells the status of each packet once, but for those of
+// long runs, and keeps those that no chunk has told of yet.
 class ChunkMaker {
  public:
   ChunkMaker(const PacketInfo* first, const PacketInfo* last, bool is_registered)

@@ -425,8 +425,8 @@ TEST_P(EverySample, ReadingTakesAFewTimesTheSizeOfTheWire) {
   }
 }
 
-// These rows read over an object that they are told to be of their kind, whatever it says of itself. The others leave its
-// type alone.
+// These rows read over an object that they are told to be of their kind, whatever it says of itself. The others leave
+// its type alone.
 TEST(EveryKind, AMessageMarksWhatItReads) {
   const std::set<const Row*> marks_nothing = {&kRowOf<ZunRtcpRtpfbUnknown>, &kRowOf<ZunRtcpPsfbUnknown>,
                                               &kRowOf<ZunRtcpRtpfbTransportCc>, &kRowOf<ZunRtcpPsfbAfbShow>};
