@@ -318,6 +318,11 @@ TEST(Print, TextOfAnyLengthIsWhole) {
   }
 }
 
+TEST(Print, ATimeThatNoCalendarHasIsNone) {
+  EXPECT_EQ(words::UtcTime(INT64_MAX, 0), "(no such time)");
+  EXPECT_EQ(words::UtcTime(-1, 5), "1969-12-31 23:59:59.000005");
+}
+
 TEST(Print, OctetsAreCutAfter32) {
   const auto line = [](std::size_t size) { return LineOf(test::Subpacket(214, 0, std::string(size, '\x0A'))); };
   const auto digits = [](std::size_t size) {

@@ -60,6 +60,9 @@ TEST(Tmmb, OfATmmbnIsReadFromThePacket) {
   EXPECT_EQ(message.type(), ZUN_RTCP_TMMB_TYPE_TMMBN);
   EXPECT_EQ(message[0].ssrc, 7U);
   EXPECT_EQ(bitrate(message[0]), 2000.0);
+  auto at = message.begin();
+  EXPECT_EQ((*at++).ssrc, 7U);
+  EXPECT_EQ(at, message.end());
 }
 
 TEST(Tmmb, TellsWhyItIsNone) {

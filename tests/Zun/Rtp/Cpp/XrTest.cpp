@@ -69,6 +69,9 @@ TEST(XrReport, IsARangeOfItsBlocks) {
     EXPECT_EQ(types, (std::vector<int>{1, 2, 3, 4, 5, 6, 7, 99}));
     EXPECT_EQ(report.reason(), ZUN_RTCP_DECODE_REASON_NONE);
   }
+  auto at = report.begin();
+  at++;
+  EXPECT_EQ((*at).type(), 2);
 }
 
 TEST(XrReport, EachBlockHasTheFieldsOfItsType) {
@@ -150,6 +153,32 @@ TEST(XrBuilder, SaysWhereMemoryIsRefused) {
     }
   });
   EXPECT_GT(allocations, 2U);
+}
+
+// Whether it is the sender that finds no memory or the block after it.
+TEST(XrBuilder, NothingIsAddedWithoutMemory) {
+  for (const bool is_begun : {false, true}) {
+    const auto expect_refused = [is_begun](auto add) {
+      test::TestAllocator refusing;
+      refusing.RefuseFrom(is_begun ? 1 : 0);
+      XrBuilder builder(kReporter, refusing);
+      EXPECT_FALSE(add(builder));
+      EXPECT_EQ(builder.subpacket().has_value(), is_begun);
+    };
+    const XrRange range{kSource, 0, 65535, 2};
+    const std::array<ZunBool, 3> told{1, 0, 1};
+    const std::array<std::uint32_t, 3> times{7, 8, 9};
+    const std::array<XrDlrr, 2> dlrrs{{{1, 2, 3}, {4, 5, 6}}};
+    XrStatistics statistics{};
+    statistics.range = {kSource, 0, 10, 0};
+    expect_refused([&](XrBuilder& b) { return b.add_rle(ZUN_RTCPXR_TYPE_LOSS_RLE, range, told); });
+    expect_refused([&](XrBuilder& b) { return b.add_receipt_times(range, times); });
+    expect_refused([&](XrBuilder& b) { return b.add(XrRrtr{1}); });
+    expect_refused([&](XrBuilder& b) { return b.add(dlrrs); });
+    expect_refused([&](XrBuilder& b) { return b.add(statistics); });
+    expect_refused([&](XrBuilder& b) { return b.add(XrVoip{}); });
+    expect_refused([&](XrBuilder& b) { return b.add_block(99, 3, octets_of(std::string(64, 'x'))); });
+  }
 }
 
 }  // namespace
