@@ -173,7 +173,7 @@ TEST(XrBuilder, NothingIsAddedWithoutMemory) {
     statistics.range = {kSource, 0, 10, 0};
     expect_refused([&](XrBuilder& b) { return b.add_rle(ZUN_RTCPXR_TYPE_LOSS_RLE, range, told); });
     expect_refused([&](XrBuilder& b) { return b.add_receipt_times(range, times); });
-    expect_refused([&](XrBuilder& b) { return b.add(XrRrtr{1}); });
+    expect_refused([&](XrBuilder& b) { return b.add(XrRrtr{1}) && b.add(XrRrtr{1}); });  // one fits
     expect_refused([&](XrBuilder& b) { return b.add(dlrrs); });
     expect_refused([&](XrBuilder& b) { return b.add(statistics); });
     expect_refused([&](XrBuilder& b) { return b.add(XrVoip{}); });
