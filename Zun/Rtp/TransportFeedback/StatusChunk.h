@@ -57,9 +57,6 @@ constexpr ZunUint32 DeltaSizeOf(ZunUint32 status) {
   return kMaxStatus == kNoDelta && status == kNoDelta ? 0 : status;
 }
 
-// Whether it takes two bits to tell the status.
-constexpr bool IsWide(ZunUint32 status) { return status > kSmallDelta; }
-
 inline constexpr ZunSizeT kChunkSize = 2;
 
 // The sum of the eight numbers of two bits, each at most 2, that `pairs` consists of.
