@@ -43,7 +43,7 @@ struct Wire : zun::AlwaysEncodable {
     }
     const ZunUint32 delay = zun::CurrentDelay(p);
     zun::BodyWriter w(out, kSize);
-    return zun::WriteNorviHead(w, pad, kIdentity, p, kSize) && w.Fields<28>([&](zun::FieldWriter& f) {
+    return zun::WriteNorviHead(w, pad, kIdentity, p, kSize) && w.Fields<28>([&p, delay](zun::FieldWriter& f) {
       f.U32(p.timestamp);
       f.U32(delay);
       f.U32(p.data_rate);

@@ -38,7 +38,7 @@ void ConstructEmpty(Entry* p, ZunAllocator* a) {
 
 bool WriteEntry(zun::BodyWriter& w, const Entry& entry) {
   const ZunSizeT size = entry.layerData.size;
-  return w.Fields<kWrittenEntryHeadSize>([&](zun::FieldWriter& f) {
+  return w.Fields<kWrittenEntryHeadSize>([&entry](zun::FieldWriter& f) {
     f.U32(entry.ssrc);
     f.U8(entry.seqno);
     f.U8(entry.payloadType);

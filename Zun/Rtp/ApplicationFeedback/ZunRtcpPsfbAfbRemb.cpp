@@ -66,7 +66,7 @@ bool ToWire(ZunFloat32 bitrate, WireBitrate* wire) {
 }
 
 bool WriteIdentifierAndCount(zun::BodyWriter& w, const ZunVector_ZunRtpSourceId& sources) {
-  return w.Fields<5>([&](zun::FieldWriter& f) {
+  return w.Fields<5>([&sources](zun::FieldWriter& f) {
     f.U32(zun::kRembAfbIdentifier);
     f.U8(static_cast<ZunUint8>(Sources::Size(&sources) & 0xFF));
   });

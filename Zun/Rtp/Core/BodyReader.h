@@ -186,7 +186,7 @@ class UsualReader {
     return read(f);
   }
   const ZunUint8* Take(ZunSizeT count) { return HasReadable(count) ? Advance(count) : nullptr; }
-  bool StringToEnd(ZunString* s) {
+  bool StringToEnd(ZunString* s) const {
     if (!AtEnd()) return false;
     ZunStringClear(s);
     return true;

@@ -104,16 +104,14 @@ class BodyWriter {
   BodyWriter(const BodyWriter&) = delete;
   BodyWriter& operator=(const BodyWriter&) = delete;
 
-  // Runs of fields of kSize octets in all, which fill(FieldWriter&) writes.
+  // Runs of fields of kSize octets in all, which fill(FieldWriter&) writes. It had better hold values, not references to
+  // what the writer of a kind has in registers.
   template <ZunSizeT kSize, class Fill>
   [[gnu::always_inline]] bool Fields(Fill fill) {
-    ZunUint8 octets[kSize];
-    const bool is_there = Room() >= kSize;
-    FieldWriter f(is_there ? cursor_ : octets);
+    if (Room() < kSize) [[unlikely]]
+      return AppendFilled<kSize>(out_, SlowString(), fill);
+    FieldWriter f(Advance(kSize));
     fill(f);
-    if (!is_there) [[unlikely]]
-      return AppendEach(octets, kSize);
-    cursor_ += kSize;
     return true;
   }
   bool U8(ZunUint8 value) {
@@ -208,6 +206,13 @@ class BodyWriter {
     const bool appended = ZunStringAppendCStrLen(s, bytes, count) != nullptr;
     out.TakeFromString();
     return appended;
+  }
+  template <ZunSizeT kSize, class Fill>
+  [[gnu::cold, gnu::noinline]] static bool AppendFilled(Output& out, ZunString* s, Fill fill) {
+    ZunUint8 octets[kSize];
+    FieldWriter f(octets);
+    fill(f);
+    return AppendEach(out, s, octets, kSize);
   }
   [[gnu::cold, gnu::noinline]] static bool AppendEach(Output& out, ZunString* s, const ZunUint8* octets,
                                                       ZunSizeT count) {

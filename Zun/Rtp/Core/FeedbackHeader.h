@@ -36,8 +36,8 @@ inline ZunUint32 FeedbackHeaderWord(bool pad, const FeedbackIdentity& identity, 
 template <class Kind>
 [[gnu::always_inline]] inline bool WriteFeedbackHeader(BodyWriter& w, bool pad, const FeedbackIdentity& identity,
                                                        const Kind& p, ZunSizeT length) {
-  return w.Fields<kFeedbackHeaderSize>([&](FieldWriter& f) {
-    f.U32(FeedbackHeaderWord(pad, identity, length));
+  return w.Fields<kFeedbackHeaderSize>([word = FeedbackHeaderWord(pad, identity, length), &p](FieldWriter& f) {
+    f.U32(word);
     f.U32(p.sender);
     f.U32(p.source);
   });
@@ -48,8 +48,8 @@ template <class Kind>
 [[gnu::always_inline]] inline bool WriteFeedbackHeaderWithoutSource(BodyWriter& w, bool pad,
                                                                     const FeedbackIdentity& identity, const Kind& p,
                                                                     ZunSizeT length) {
-  return w.Fields<kFeedbackHeaderSize>([&](FieldWriter& f) {
-    f.U32(FeedbackHeaderWord(pad, identity, length));
+  return w.Fields<kFeedbackHeaderSize>([word = FeedbackHeaderWord(pad, identity, length), &p](FieldWriter& f) {
+    f.U32(word);
     f.U32(p.sender);
     f.U32(0);
   });

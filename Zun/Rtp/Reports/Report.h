@@ -52,8 +52,9 @@ struct Report {
     const ZunSizeT length = Length(p);
     const ZunUint8 count = static_cast<ZunUint8>(Blocks::Size(&p.report_blocks) & 0xFF);
     BodyWriter w(out, length);
-    return w.Fields<kSubpacketHeaderSize + Fields::kSize>([&](FieldWriter& f) {
-      f.U32(SubpacketHeaderWord(pad, count, p.type, length));
+    const ZunUint32 word = SubpacketHeaderWord(pad, count, p.type, length);
+    return w.Fields<kSubpacketHeaderSize + Fields::kSize>([word, &p](FieldWriter& f) {
+      f.U32(word);
       Fields::Write(f, p);
     }) && (out.IsBlock() ? WriteReportBlocksThatFit(w, p.report_blocks) : WriteReportBlocks(w, p.report_blocks)) &&
            w.String(p.profile_specific_ext);

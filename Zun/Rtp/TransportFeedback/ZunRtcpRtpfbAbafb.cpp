@@ -16,7 +16,7 @@ struct Wire : zun::AlwaysEncodable {
   static bool Write(const ZunRtcpRtpfbAbafb& p, zun::Output& out, bool pad) {
     const ZunUint32 delay = zun::CurrentDelay(p);
     zun::BodyWriter w(out, kAbafbSize);
-    return zun::WriteFeedbackHeader(w, pad, kIdentity, p, kAbafbSize) && w.Fields<20>([&](zun::FieldWriter& f) {
+    return zun::WriteFeedbackHeader(w, pad, kIdentity, p, kAbafbSize) && w.Fields<20>([&p, delay](zun::FieldWriter& f) {
       f.U32(p.timestamp);
       f.U32(delay);
       f.U32(p.data_rate);

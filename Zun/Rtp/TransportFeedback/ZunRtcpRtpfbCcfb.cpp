@@ -111,7 +111,7 @@ bool WriteMetricsThatFit(zun::BodyWriter& w, const ZunVector_ZunRtcpRtpfbCcfbPac
 
 bool WriteStream(zun::BodyWriter& w, const Stream& stream, bool must_fit) {
   const ZunSizeT count = Metrics::Size(&stream.packetMetrics);
-  return count <= kMaxMetrics && w.Fields<kBlockHeaderSize>([&](zun::FieldWriter& f) {
+  return count <= kMaxMetrics && w.Fields<kBlockHeaderSize>([&stream, count](zun::FieldWriter& f) {
     f.U32(stream.ssrc);
     f.U16(stream.beginSeq);
     f.U16(static_cast<ZunUint16>(count));

@@ -70,7 +70,7 @@ struct Wire {
     const ZunUint16 count = static_cast<ZunUint16>(PacketInfos::Size(&p.packetInfo) & 0xFFFF);
     zun::BodyWriter w(out, unpadded + zun::PaddingAfter(out.Size() + unpadded));
     const bool written = zun::WriteFeedbackHeader(w, pad, kIdentity, p, Length(layout)) &&
-                         w.Fields<kFixedSize - zun::kFeedbackHeaderSize>([&](zun::FieldWriter& f) {
+                         w.Fields<kFixedSize - zun::kFeedbackHeaderSize>([&p, count](zun::FieldWriter& f) {
                            f.U16(p.baseSeq);
                            f.U16(count);
                            f.U24(static_cast<ZunUint32>(p.refTime));
