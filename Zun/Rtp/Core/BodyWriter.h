@@ -104,8 +104,8 @@ class BodyWriter {
   BodyWriter(const BodyWriter&) = delete;
   BodyWriter& operator=(const BodyWriter&) = delete;
 
-  // Runs of fields of kSize octets in all, which fill(FieldWriter&) writes. It had better hold values, not references to
-  // what the writer of a kind has in registers.
+  // Runs of fields of kSize octets in all, which fill(FieldWriter&) writes. It had better hold values, not references
+  // to what the writer of a kind has in registers.
   template <ZunSizeT kSize, class Fill>
   [[gnu::always_inline]] bool Fields(Fill fill) {
     if (Room() < kSize) [[unlikely]]

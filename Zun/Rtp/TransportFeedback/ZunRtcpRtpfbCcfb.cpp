@@ -190,7 +190,9 @@ struct Wire {
 
  private:
   static bool ReadStreams(zun::BodyReader& r, ZunVector_ZunRtcpRtpfbCcfbStream* list, const zun::Body& body) {
-    if (body.IsRegistered() && body.header.count == zun::kRegisteredCcfb) return ReadStreams<Form::Registered>(r, list);
+    // Neither is rare. A compiler that is not told takes the registered form for it, and leaves its loop as it is.
+    if (body.IsRegistered() && body.header.count == zun::kRegisteredCcfb) [[likely]]
+      return ReadStreams<Form::Registered>(r, list);
     return ReadStreams<Form::House>(r, list);
   }
   template <Form kForm>
