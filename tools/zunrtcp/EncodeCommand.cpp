@@ -1,6 +1,8 @@
 #include "tools/zunrtcp/EncodeCommand.h"
 
-#include <cstdio>
+#include <algorithm>
+#include <charconv>
+#include <string_view>
 #include <utility>
 
 #include "tools/zunrtcp/Capture/CaptureWriter.h"
@@ -23,17 +25,24 @@ Endpoint EndpointOf(const JsonField& datagram, const char* key, const Endpoint& 
   return {(*field)["address"].Text(), (*field)["port"].As<std::uint16_t>()};
 }
 
+// Whether the digits are a number and nothing else.
+template <class Number>
+bool ReadNumber(std::string_view digits, Number* number) {
+  const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), *number);
+  return error == std::errc() && end == digits.data() + digits.size();
+}
+
 // "1795222299.000001".
 void SetTime(const JsonField& field, RtcpDatagram* datagram) {
+  constexpr std::size_t kMostDigits = 6;
   const std::string text = field.Text();
-  long long seconds = 0;
-  unsigned microseconds = 0;
-  int read = 0;
-  const int fields = std::sscanf(text.c_str(), "%lld.%6u%n", &seconds, &microseconds, &read);
-  if (fields != 2 || static_cast<std::size_t>(read) != text.size())
+  const std::string_view whole = text;
+  const std::size_t point = std::min(whole.find('.'), whole.size());
+  const std::string_view fraction = whole.substr(std::min(point + 1, whole.size()));
+  if (fraction.size() > kMostDigits || !ReadNumber(whole.substr(0, point), &datagram->seconds) ||
+      !ReadNumber(fraction, &datagram->microseconds)) {
     field.Refuse("is no time in seconds and microseconds");
-  datagram->seconds = seconds;
-  datagram->microseconds = microseconds;
+  }
 }
 
 RtcpDatagram DatagramOf(const JsonField& field, std::string payload) {

@@ -35,7 +35,7 @@ void Reassembler::MakeRoom() {
   oldest_.pop_front();
 }
 
-void Reassembler::AddPiece(Fragment fragment, Packet* packet) {
+void Reassembler::AddPiece(Fragment&& fragment, Packet* packet) {
   const std::size_t end = fragment.offset + fragment.bytes.size();
   if (!fragment.is_whole || end > kMostBytes) packet->is_given_up = true;
   if (fragment.is_last && packet->size && *packet->size != end) packet->is_given_up = true;

@@ -36,7 +36,7 @@ class Reassembler {
   };
 
   void MakeRoom();
-  static void AddPiece(Fragment fragment, Packet* packet);
+  static void AddPiece(Fragment&& fragment, Packet* packet);
   static std::optional<std::string> PayloadOf(const Packet& packet);
 
   std::map<std::string, Packet> packets_;
