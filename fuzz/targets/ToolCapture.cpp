@@ -1,14 +1,10 @@
-// The tool's reader of captures: any file gives datagrams or one complaint, and what it holds is told in every way.
-#include <set>
-#include <sstream>
-
+// The tool's reader of captures: any file gives datagrams or one complaint.
 #include "fuzz/File.h"
 #include "tools/zunrtcp/Capture/RtcpFinder.h"
 #include "tools/zunrtcp/InputError.h"
 
 namespace {
 
-// Beyond what a record header may announce nothing is there to be found.
 void ReadAll(const fuzz::File& file, std::size_t size) {
   zunrtcp::RtcpFinder finder(file.path(), {});
   while (const auto found = finder.Next()) {

@@ -17,6 +17,14 @@ ZunSizeT ReserveEntries(typename Algorithms::Vector* list, ZunSizeT count) {
   return room < count ? room : count;
 }
 
+// Makes `list`, which has room, the entries of `count` runs of octets.
+template <ZunSizeT kEntrySize, class Vector, class Decode>
+[[gnu::always_inline]] inline void DecodeEntries(const ZunUint8* octets, ZunSizeT count, Vector* list, Decode decode) {
+  auto* entry = list->begin;
+  for (ZunSizeT i = 0; i < count; ++i, octets += kEntrySize) decode(octets, entry++);
+  list->end = entry;
+}
+
 // Replaces the plain elements of `list` by what decode(octets, &entry) makes of each of the next `count` runs of
 // kEntrySize octets. It stores the fields of an entry one by one: an entry made elsewhere and copied would stall the
 // loop. When the body or the storage does not reach, what does is kept and the read fails; an entry that there was no
@@ -28,10 +36,8 @@ bool ReadCountedEntries(BodyReader& r, typename Algorithms::Vector* list, ZunSiz
   const ZunSizeT held = whole < count ? whole : count;
   if (!r.MayHoldEntries(held)) return false;
   const ZunSizeT room = ReserveEntries<Algorithms>(list, held);
-  const ZunUint8* octets = room == 0 ? nullptr : r.Take(room * kEntrySize);
-  typename Algorithms::E* entry = list->begin;
-  for (ZunSizeT i = 0; i < room; ++i, octets += kEntrySize) decode(octets, entry++);
-  list->end = entry;
+  const ZunUint8* const octets = room == 0 ? nullptr : r.Take(room * kEntrySize);
+  DecodeEntries<kEntrySize>(octets, room, list, decode);
   if (room < held) {
     r.SkipReadable(kEntrySize);
     return r.RefuseAllocation();
@@ -46,10 +52,7 @@ bool ReadCountedEntries(UsualReader& r, typename Algorithms::Vector* list, ZunSi
       !r.MayHoldEntries(count)) {
     return false;
   }
-  const ZunUint8* octets = r.Take(count * kEntrySize);
-  typename Algorithms::E* entry = list->begin;
-  for (ZunSizeT i = 0; i < count; ++i, octets += kEntrySize) decode(octets, entry++);
-  list->end = entry;
+  DecodeEntries<kEntrySize>(r.Take(count * kEntrySize), count, list, decode);
   return true;
 }
 

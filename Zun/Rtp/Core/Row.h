@@ -44,8 +44,9 @@ struct AlwaysEncodable {
 //   static ZunSizeT Length(const Kind& p);                               bytes, header included
 //   static bool Write(const Kind& p, Output& out, bool pad);             appends header and body
 //   static bool Read(Kind* p, BodyReader& r, const Body& body);          reads the body
-// a template of the reader where what is usual is read without calls, by UsualReader, in front of that:
-//   template <class Reader> static bool Read(Kind* p, Reader& r, const Body& body);
+// where what is usual is read without calls in front of that, a Read by UsualReader as well, of its own or as a
+// template of the reader:
+//   static bool Read(Kind* p, UsualReader& r, const Body& body);
 // the first reason why not to encode an object, which may hold what the wire cannot (AlwaysEncodable, where none can):
 //   static ZunRtcpEncodeReason FindUnencodable(const Kind& p, ZunRtcpDialect dialect);
 // where that would go through a list that is written anyway, that Write looks for itself, and fails where it is to:
