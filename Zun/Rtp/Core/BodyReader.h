@@ -173,10 +173,10 @@ class UsualReader {
  public:
   static constexpr bool kIsCareful = false;
 
+  static bool MayRead(const Body& body) { return body.begin <= body.end && body.end <= body.size; }
+  // Of a body that it may read.
   explicit UsualReader(const Body& body)
-      : octets_(body.octets), position_(body.begin), end_(body.end), terms_(body.terms) {}
-
-  static bool MayRead(const Body& body) { return body.limit == body.end; }
+      : next_(body.octets + body.begin), end_(body.octets + body.end), terms_(body.terms) {}
 
   bool U32(ZunUint32* value) { return HasReadable(4) && FieldReader(Advance(4)).U32(value); }
   template <ZunSizeT kSize, class Read>
@@ -192,9 +192,9 @@ class UsualReader {
     return true;
   }
 
-  bool HasReadable(ZunSizeT count) const { return end_ - position_ >= count; }
-  ZunSizeT ReadableBytes() const { return end_ - position_; }
-  bool AtEnd() const { return position_ == end_; }
+  bool HasReadable(ZunSizeT count) const { return ReadableBytes() >= count; }
+  ZunSizeT ReadableBytes() const { return static_cast<ZunSizeT>(end_ - next_); }
+  bool AtEnd() const { return next_ == end_; }
 
   bool NeedReadable(ZunSizeT count) const { return HasReadable(count); }
   bool NeedEnd() const { return AtEnd(); }
@@ -216,14 +216,13 @@ class UsualReader {
 
  private:
   const ZunUint8* Advance(ZunSizeT count) {
-    const ZunUint8* const octets = octets_ + position_;
-    position_ += count;
+    const ZunUint8* const octets = next_;
+    next_ += count;
     return octets;
   }
 
-  const ZunUint8* octets_;
-  ZunSizeT position_;
-  ZunSizeT end_;
+  const ZunUint8* next_;
+  const ZunUint8* end_;
   ReadTerms* terms_;
   ZunSizeT held_ = 0;
 };
