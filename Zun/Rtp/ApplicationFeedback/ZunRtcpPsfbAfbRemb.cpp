@@ -65,14 +65,16 @@ bool ToWire(ZunFloat32 bitrate, WireBitrate* wire) {
   return wire->exponent <= kMaxExponent;
 }
 
-bool WriteIdentifierAndCount(zun::BodyWriter& w, const ZunVector_ZunRtpSourceId& sources) {
-  return w.Fields<5>([&sources](zun::FieldWriter& f) {
+template <class Writer>
+bool WriteIdentifierAndCount(Writer& w, const ZunVector_ZunRtpSourceId& sources) {
+  return w.template Fields<5>([&sources](zun::FieldWriter& f) {
     f.U32(zun::kRembAfbIdentifier);
     f.U8(static_cast<ZunUint8>(Sources::Size(&sources) & 0xFF));
   });
 }
 
-bool WriteBitrate(zun::BodyWriter& w, ZunFloat32 bitrate) {
+template <class Writer>
+bool WriteBitrate(Writer& w, ZunFloat32 bitrate) {
   WireBitrate wire;
   return ToWire(bitrate, &wire) && w.U24(wire.exponent << kMantissaBits | wire.mantissa);
 }
@@ -106,9 +108,9 @@ struct Wire {
                                                             : ZUN_RTCP_ENCODE_REASON_VALUE;
   }
 
-  static bool Write(const ZunRtcpPsfbAfbRemb& p, zun::Output& out, bool pad) {
+  template <class Writer>
+  static bool Write(const ZunRtcpPsfbAfbRemb& p, Writer& w, bool pad) {
     const ZunSizeT length = Length(p);
-    zun::BodyWriter w(out, length);
     return zun::WriteFeedbackHeader(w, pad, kIdentity, p, length) && WriteIdentifierAndCount(w, p.sources) &&
            WriteBitrate(w, p.bitrate) && zun::WriteEntries<zun::kSourceIdSize>(w, p.sources, zun::EncodeSourceId);
   }

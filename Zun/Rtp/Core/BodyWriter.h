@@ -33,6 +33,7 @@ class Output {
 
  private:
   friend class BodyWriter;
+  friend class UsualWriter;
 
   void TakeFromString() {
     origin_ = reinterpret_cast<ZunUint8*>(string_->buf);
@@ -65,23 +66,89 @@ class FieldWriter {
  public:
   explicit FieldWriter(ZunUint8* octets) : next_(octets) {}
 
-  void U8(ZunUint8 value) { *next_++ = value; }
-  void U16(ZunUint16 value) { Store(value); }
-  void U24(ZunUint32 value) {
+  [[gnu::always_inline]] void U8(ZunUint8 value) { *next_++ = value; }
+  [[gnu::always_inline]] void U16(ZunUint16 value) { Store(value); }
+  [[gnu::always_inline]] void U24(ZunUint32 value) {
     U8(static_cast<ZunUint8>(value >> 16 & 0xFF));
     U16(static_cast<ZunUint16>(value & 0xFFFF));
   }
-  void U32(ZunUint32 value) { Store(value); }
-  void U64(ZunUint64 value) { Store(value); }
+  [[gnu::always_inline]] void U32(ZunUint32 value) { Store(value); }
+  [[gnu::always_inline]] void U64(ZunUint64 value) { Store(value); }
 
  private:
   template <class Value>
-  void Store(Value value) {
+  [[gnu::always_inline]] void Store(Value value) {
     StoreBigEndian(next_, value);
     next_ += sizeof(value);
   }
 
   ZunUint8* next_;
+};
+
+// Appends what is written all the time: a subpacket for which the output has room. It fails at everything else, logs
+// nothing and calls nothing, so that all of a kind's writer stays in registers; what it failed at is then written again
+// by a BodyWriter, from where this one began.
+class UsualWriter {
+ public:
+  static constexpr bool kIsCareful = false;
+
+  explicit UsualWriter(Output& out) : out_(out), begin_(out.cursor_), cursor_(out.cursor_), limit_(out.limit_) {}
+  UsualWriter(const UsualWriter&) = delete;
+  UsualWriter& operator=(const UsualWriter&) = delete;
+  // What was written is part of the output.
+  void Keep() { out_.cursor_ = cursor_; }
+
+  template <ZunSizeT kSize, class Fill>
+  bool Fields(Fill fill) {
+    if (Room() < kSize) [[unlikely]]
+      return false;
+    FieldWriter f(Advance(kSize));
+    fill(f);
+    return true;
+  }
+  bool U32(ZunUint32 value) {
+    return Fields<4>([=](FieldWriter& f) { f.U32(value); });
+  }
+  bool U24(ZunUint32 value) {
+    return Fields<3>([=](FieldWriter& f) { f.U24(value); });
+  }
+  bool String(const ZunString& s) {
+    if (s.size > kMaxCallFreeCopy || Room() < s.size) [[unlikely]]
+      return false;
+    CopyWords(Advance(s.size), s.buf, s.size);
+    return true;
+  }
+  // The place of the next `count` bytes, which are passed and which the caller fills, or null.
+  ZunUint8* Block(ZunSizeT count) { return Room() < count ? nullptr : Advance(count); }
+
+  // One to four zeros, up to the end of a word.
+  bool ZerosToWord(ZunSizeT count) {
+    if (Room() >= sizeof(ZunUint32)) [[likely]] {
+      StoreBigEndian(Advance(count), ZunUint32{0});  // those after them are overwritten by what follows
+      return true;
+    }
+    if (Room() < count) return false;
+    for (; count > 0; --count) *Advance(1) = 0;
+    return true;
+  }
+
+  // What is written to.
+  const Output& out() const { return out_; }
+  // Bytes of this subpacket so far.
+  ZunSizeT Written() const { return static_cast<ZunSizeT>(cursor_ - begin_); }
+
+ private:
+  ZunSizeT Room() const { return static_cast<ZunSizeT>(limit_ - cursor_); }
+  ZunUint8* Advance(ZunSizeT count) {
+    ZunUint8* const octets = cursor_;
+    cursor_ += count;
+    return octets;
+  }
+
+  Output& out_;
+  ZunUint8* begin_;   // of the subpacket
+  ZunUint8* cursor_;  // where the next byte goes
+  ZunUint8* limit_;   // after the last byte that there is room for
 };
 
 // Appends one subpacket of `length` bytes to an output. Where there is room for all of it, fields are plain stores, and
@@ -93,12 +160,14 @@ class FieldWriter {
 // output instead.
 class BodyWriter {
  public:
-  BodyWriter(Output& out, ZunSizeT length) : out_(out), cursor_(nullptr), limit_(nullptr) {
+  static constexpr bool kIsCareful = true;
+
+  [[gnu::always_inline]] BodyWriter(Output& out, ZunSizeT length) : out_(out), cursor_(nullptr), limit_(nullptr) {
     if (static_cast<ZunSizeT>(out.limit_ - out.cursor_) < length && !out.Grow(length)) return;
     cursor_ = out.cursor_;
     limit_ = cursor_ + length;
   }
-  ~BodyWriter() {
+  [[gnu::always_inline]] ~BodyWriter() {
     if (cursor_ != nullptr) out_.cursor_ = cursor_;
   }
   BodyWriter(const BodyWriter&) = delete;
@@ -114,16 +183,16 @@ class BodyWriter {
     fill(f);
     return true;
   }
-  bool U8(ZunUint8 value) {
+  [[gnu::always_inline]] bool U8(ZunUint8 value) {
     return Fields<1>([=](FieldWriter& f) { f.U8(value); });
   }
-  bool U16(ZunUint16 value) {
+  [[gnu::always_inline]] bool U16(ZunUint16 value) {
     return Fields<2>([=](FieldWriter& f) { f.U16(value); });
   }
-  bool U24(ZunUint32 value) {
+  [[gnu::always_inline]] bool U24(ZunUint32 value) {
     return Fields<3>([=](FieldWriter& f) { f.U24(value); });
   }
-  bool U32(ZunUint32 value) {
+  [[gnu::always_inline]] bool U32(ZunUint32 value) {
     return Fields<4>([=](FieldWriter& f) { f.U32(value); });
   }
   // The low `width` octets of `value`, 1 to 8.
@@ -143,7 +212,7 @@ class BodyWriter {
     CopyShort(Advance(count), bytes, count);
     return true;
   }
-  bool String(const ZunString& s) { return Bytes(s.buf, s.size); }
+  [[gnu::always_inline]] bool String(const ZunString& s) { return Bytes(s.buf, s.size); }
   // The same as fields of one byte each.
   [[gnu::always_inline]] bool Octets(const ZunUint8* octets, ZunSizeT count) {
     if (Room() < count) return AppendEach(octets, count);
@@ -167,8 +236,12 @@ class BodyWriter {
 
   // The place of the next `count` bytes, which are passed and which the caller fills; null where they must be appended
   // one by one, or not at all.
-  ZunUint8* Block(ZunSizeT count) { return cursor_ == nullptr || Room() < count ? nullptr : Advance(count); }
+  [[gnu::always_inline]] ZunUint8* Block(ZunSizeT count) {
+    return cursor_ == nullptr || Room() < count ? nullptr : Advance(count);
+  }
 
+  // What is written to.
+  const Output& out() const { return out_; }
   // Bytes in the whole output so far.
   ZunSizeT Size() const { return cursor_ == nullptr ? out_.Size() : static_cast<ZunSizeT>(cursor_ - out_.origin_); }
 

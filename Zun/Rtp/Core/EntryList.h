@@ -64,8 +64,8 @@ bool ReadEntries(Reader& r, typename Algorithms::Vector* list, Decode decode) {
 }
 
 // Writes every element of `list` as the kEntrySize octets that encode(entry, octets) stores.
-template <ZunSizeT kEntrySize, class Vector, class Encode>
-[[gnu::always_inline]] inline bool WriteEntries(BodyWriter& w, const Vector& list, Encode encode) {
+template <ZunSizeT kEntrySize, class Writer, class Vector, class Encode>
+[[gnu::always_inline]] inline bool WriteEntries(Writer& w, const Vector& list, Encode encode) {
   const auto* entry = list.begin;
   const auto* const last = list.end;
   const ZunSizeT count = static_cast<ZunSizeT>(last - entry);
@@ -73,12 +73,15 @@ template <ZunSizeT kEntrySize, class Vector, class Encode>
     for (; entry != last; ++entry, octets += kEntrySize) encode(*entry, octets);
     return true;
   }
-  for (; entry != last; ++entry) {
-    ZunUint8 one[kEntrySize];
-    encode(*entry, one);
-    if (!w.Octets(one, kEntrySize)) return false;
+  if constexpr (Writer::kIsCareful) {
+    for (; entry != last; ++entry) {
+      ZunUint8 one[kEntrySize];
+      encode(*entry, one);
+      if (!w.Octets(one, kEntrySize)) return false;
+    }
+    return true;
   }
-  return true;
+  return false;
 }
 
 // A list of SSRCs.

@@ -33,10 +33,10 @@ inline ZunUint32 FeedbackHeaderWord(bool pad, const FeedbackIdentity& identity, 
 
 // The head of a message of `length` bytes: the common header with the FMT in its count field, and both SSRCs. The
 // numbers are those of the kind, whatever the object says of itself.
-template <class Kind>
-[[gnu::always_inline]] inline bool WriteFeedbackHeader(BodyWriter& w, bool pad, const FeedbackIdentity& identity,
+template <class Writer, class Kind>
+[[gnu::always_inline]] inline bool WriteFeedbackHeader(Writer& w, bool pad, const FeedbackIdentity& identity,
                                                        const Kind& p, ZunSizeT length) {
-  return w.Fields<kFeedbackHeaderSize>([word = FeedbackHeaderWord(pad, identity, length), &p](FieldWriter& f) {
+  return w.template Fields<kFeedbackHeaderSize>([word = FeedbackHeaderWord(pad, identity, length), &p](FieldWriter& f) {
     f.U32(word);
     f.U32(p.sender);
     f.U32(p.source);
@@ -44,11 +44,11 @@ template <class Kind>
 }
 
 // The same of a request that names the media senders in its entries.
-template <class Kind>
-[[gnu::always_inline]] inline bool WriteFeedbackHeaderWithoutSource(BodyWriter& w, bool pad,
+template <class Writer, class Kind>
+[[gnu::always_inline]] inline bool WriteFeedbackHeaderWithoutSource(Writer& w, bool pad,
                                                                     const FeedbackIdentity& identity, const Kind& p,
                                                                     ZunSizeT length) {
-  return w.Fields<kFeedbackHeaderSize>([word = FeedbackHeaderWord(pad, identity, length), &p](FieldWriter& f) {
+  return w.template Fields<kFeedbackHeaderSize>([word = FeedbackHeaderWord(pad, identity, length), &p](FieldWriter& f) {
     f.U32(word);
     f.U32(p.sender);
     f.U32(0);

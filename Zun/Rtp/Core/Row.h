@@ -42,7 +42,9 @@ struct AlwaysEncodable {
 
 // Wire gives the kind's wire form:
 //   static ZunSizeT Length(const Kind& p);                               bytes, header included
-//   static bool Write(const Kind& p, Output& out, bool pad);             appends header and body
+//   static bool Write(const Kind& p, Writer& w, bool pad);               appends header and body, by UsualWriter and by
+//                                                                        BodyWriter; or, where what is asked for is not
+//                                                                        Length, with an Output in place of the writer
 //   static bool Read(Kind* p, BodyReader& r, const Body& body);          reads the body
 // where what is usual is read without calls in front of that, a Read by UsualReader as well, of its own or as a
 // template of the reader:
@@ -88,21 +90,47 @@ struct Row {
     return Wire::Read(p, r, body);
   }
 
+  static constexpr bool kReadsUsual = requires(Kind * p, UsualReader& r, const Body& body) { Wire::Read(p, r, body); };
+  static constexpr bool kWritesUsual = requires(const Kind& p, UsualWriter& w) { Wire::Write(p, w, false); };
+
   static bool AssignFromBody(Kind* p, const Body& body) {
-    if constexpr (requires(UsualReader & r) { Wire::Read(p, r, body); }) {
-      if (UsualReader::MayRead(body) && HasAllocatorFor(body, *p)) [[likely]] {
-        UsualReader r(body);
-        if (Wire::Read(p, r, body)) [[likely]]
-          return true;
-        r.GiveBack();
-      }
+    if constexpr (kReadsUsual) {
+      if (UsualReader::MayRead(body) && HasAllocatorFor(body, *p) && ReadUsual(p, body)) [[likely]]
+        return true;
     }
     return ReadCarefully(p, body);
+  }
+  [[gnu::always_inline]] static bool ReadUsual(Kind* p, const Body& body) {
+    UsualReader r(body);
+    if (Wire::Read(p, r, body)) [[likely]]
+      return true;
+    r.GiveBack();
+    return false;
   }
 
   static ZunSizeT EncodedLength(const Kind& p, ZunSizeT begin, ZunRtcpDialect dialect) {
     if constexpr (requires { Wire::EncodedLength(p, begin, dialect); }) return Wire::EncodedLength(p, begin, dialect);
     return Wire::Length(p);
+  }
+
+  // A write that fails may have failed at what is not usual.
+  static bool WriteAll(const Kind& p, Output& out, bool pad) {
+    if constexpr (kWritesUsual) {
+      return WriteUsual(p, out, pad) || WriteCarefully(p, out, pad);
+    } else {
+      return Wire::Write(p, out, pad);
+    }
+  }
+  [[gnu::always_inline]] static bool WriteUsual(const Kind& p, Output& out, bool pad) {
+    UsualWriter w(out);
+    if (!Wire::Write(p, w, pad)) [[unlikely]]
+      return false;
+    w.Keep();
+    return true;
+  }
+  [[gnu::noinline]] static bool WriteCarefully(const Kind& p, Output& out, bool pad) {
+    BodyWriter w(out, Wire::Length(p));
+    return Wire::Write(p, w, pad);
   }
 
   // What is encoded into a block must fit the wire. In debug builds a message that was written without a refusal must
@@ -112,10 +140,10 @@ struct Row {
       if (out.IsBlock() && Wire::FindUnencodable(p, out.dialect()) != ZUN_RTCP_ENCODE_REASON_NONE) return false;
     }
 #ifdef NDEBUG
-    return Wire::Write(p, out, pad);
+    return WriteAll(p, out, pad);
 #else
     const ZunSizeT begin = out.Size();
-    const bool written = Wire::Write(p, out, pad);
+    const bool written = WriteAll(p, out, pad);
     assert(!written || out.WasRefused() || out.Size() - begin == EncodedLength(p, begin, out.dialect()));
     assert(!written || !out.IsBlock() || Wire::FindUnencodable(p, out.dialect()) == ZUN_RTCP_ENCODE_REASON_NONE);
     return written;

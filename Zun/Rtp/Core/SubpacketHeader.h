@@ -24,7 +24,9 @@ inline ZunUint32 SubpacketHeaderWord(bool pad, ZunUint8 count, ZunRtcpSubpacketT
   return first << 24 | (static_cast<ZunUint32>(type) & 0xFF) << 16 | (words & 0xFFFF);
 }
 
-inline bool WriteSubpacketHeader(BodyWriter& w, bool pad, ZunUint8 count, ZunRtcpSubpacketType type, ZunSizeT length) {
+template <class Writer>
+[[gnu::always_inline]] inline bool WriteSubpacketHeader(Writer& w, bool pad, ZunUint8 count, ZunRtcpSubpacketType type,
+                                                        ZunSizeT length) {
   return w.U32(SubpacketHeaderWord(pad, count, type, length));
 }
 

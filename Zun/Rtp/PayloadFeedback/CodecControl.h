@@ -56,9 +56,9 @@ struct CodecControlWire {
   }
 
   // A message without entries asks for nothing: only its header is written, and the write fails.
-  static bool Write(const Kind& p, Output& out, bool pad) {
+  template <class Writer>
+  static bool Write(const Kind& p, Writer& w, bool pad) {
     const ZunSizeT length = Length(p);
-    BodyWriter w(out, length);
     return WriteHeader(w, pad, p, length) && p.fci.begin != p.fci.end && WriteEntries<kEntrySize>(w, p.fci, Encode);
   }
 
@@ -77,7 +77,8 @@ struct CodecControlWire {
   }
 
  private:
-  static bool WriteHeader(BodyWriter& w, bool pad, const Kind& p, ZunSizeT length) {
+  template <class Writer>
+  static bool WriteHeader(Writer& w, bool pad, const Kind& p, ZunSizeT length) {
     return Format::kWritesSource ? WriteFeedbackHeader(w, pad, Format::kIdentity, p, length)
                                  : WriteFeedbackHeaderWithoutSource(w, pad, Format::kIdentity, p, length);
   }

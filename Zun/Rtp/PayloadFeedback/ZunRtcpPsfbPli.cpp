@@ -14,9 +14,9 @@ struct Wire {
     return p.profile_specific_ext.size % 4 == 0 ? ZUN_RTCP_ENCODE_REASON_NONE : ZUN_RTCP_ENCODE_REASON_NOT_WHOLE_WORDS;
   }
 
-  static bool Write(const ZunRtcpPsfbPli& p, zun::Output& out, bool pad) {
+  template <class Writer>
+  static bool Write(const ZunRtcpPsfbPli& p, Writer& w, bool pad) {
     const ZunSizeT length = Length(p);
-    zun::BodyWriter w(out, length);
     return zun::WriteFeedbackHeader(w, pad, kIdentity, p, length) && w.String(p.profile_specific_ext);
   }
 

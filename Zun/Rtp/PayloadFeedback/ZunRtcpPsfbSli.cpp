@@ -51,9 +51,9 @@ struct Wire {
     return ZUN_RTCP_ENCODE_REASON_NONE;
   }
 
-  static bool Write(const ZunRtcpPsfbSli& p, zun::Output& out, bool pad) {
+  template <class Writer>
+  static bool Write(const ZunRtcpPsfbSli& p, Writer& w, bool pad) {
     const ZunSizeT length = Length(p);
-    zun::BodyWriter w(out, length);
     return zun::WriteFeedbackHeader(w, pad, kIdentity, p, length) && zun::WriteEntries<kItemSize>(w, p.items, Encode);
   }
 

@@ -47,16 +47,16 @@ struct Report {
   }
 
   // Any number of blocks is written, and its low 8 bits are the count: above 31 it spills out of the count field.
-  static bool Write(const Kind& p, Output& out, bool pad) {
-    if (out.IsBlock() && FindUnencodableSize(p) != ZUN_RTCP_ENCODE_REASON_NONE) return false;
+  template <class Writer>
+  static bool Write(const Kind& p, Writer& w, bool pad) {
+    if (w.out().IsBlock() && FindUnencodableSize(p) != ZUN_RTCP_ENCODE_REASON_NONE) return false;
     const ZunSizeT length = Length(p);
     const ZunUint8 count = static_cast<ZunUint8>(Blocks::Size(&p.report_blocks) & 0xFF);
-    BodyWriter w(out, length);
     const ZunUint32 word = SubpacketHeaderWord(pad, count, p.type, length);
-    return w.Fields<kSubpacketHeaderSize + Fields::kSize>([word, &p](FieldWriter& f) {
+    return w.template Fields<kSubpacketHeaderSize + Fields::kSize>([word, &p](FieldWriter& f) {
       f.U32(word);
       Fields::Write(f, p);
-    }) && (out.IsBlock() ? WriteReportBlocksThatFit(w, p.report_blocks) : WriteReportBlocks(w, p.report_blocks)) &&
+    }) && (w.out().IsBlock() ? WriteReportBlocksThatFit(w, p.report_blocks) : WriteReportBlocks(w, p.report_blocks)) &&
            w.String(p.profile_specific_ext);
   }
 

@@ -44,11 +44,13 @@ inline void DecodeReportBlock(const ZunUint8* octets, ZunRtcpReportBlock* block)
 // What of a block is too large for its field; 0 when nothing is.
 inline ZunUint32 ExcessOf(const ZunRtcpReportBlock& block) { return block.cum_num_packet_lost & ~kPacketsLostMask; }
 
-inline bool WriteReportBlocks(BodyWriter& w, const ZunVector_ZunRtcpReportBlock& blocks) {
+template <class Writer>
+[[gnu::always_inline]] inline bool WriteReportBlocks(Writer& w, const ZunVector_ZunRtcpReportBlock& blocks) {
   return WriteEntries<kReportBlockSize>(w, blocks, EncodeReportBlock);
 }
 // The same, but false when something is too large for its field.
-inline bool WriteReportBlocksThatFit(BodyWriter& w, const ZunVector_ZunRtcpReportBlock& blocks) {
+template <class Writer>
+[[gnu::always_inline]] inline bool WriteReportBlocksThatFit(Writer& w, const ZunVector_ZunRtcpReportBlock& blocks) {
   ZunUint32 excess = 0;
   return WriteEntries<kReportBlockSize>(w, blocks,
                                         [&excess](const ZunRtcpReportBlock& block, ZunUint8* octets) {

@@ -56,6 +56,28 @@ bool WriteChunk(zun::BodyWriter& w, const ZunRtcpSdesChunk& chunk, bool must_fit
   return true;
 }
 
+// The usual: all of it finds room, and no text is so long that a call copies it.
+[[gnu::always_inline]] inline bool WriteItem(zun::UsualWriter& w, const ZunRtcpSdesItem& item) {
+  const ZunRtcpSdesItemType type = item.type;
+  const ZunSizeT size = item.text.size;
+  if (size > zun::kMaxCallFreeCopy) return false;
+  ZunUint8* const octets = w.Block(kItemHeaderSize + size);
+  if (octets == nullptr) return false;
+  octets[0] = static_cast<ZunUint8>(type & 0xFF);
+  octets[1] = static_cast<ZunUint8>(size);
+  zun::CopyWords(octets + kItemHeaderSize, item.text.buf, size);
+  return true;
+}
+[[gnu::always_inline]] inline bool WriteChunk(zun::UsualWriter& w, const ZunRtcpSdesChunk& chunk, bool must_fit) {
+  if (!w.U32(chunk.ssrc)) return false;
+  const ZunRtcpSdesItem* const end = chunk.items.end;
+  for (const ZunRtcpSdesItem* item = chunk.items.begin; item != end; ++item) {
+    if (must_fit && FindUnencodableIn(*item) != ZUN_RTCP_ENCODE_REASON_NONE) return false;
+    if (!WriteItem(w, *item)) return false;
+  }
+  return w.ZerosToWord(ListEndLength(w.Written()));  // whole words come before the items
+}
+
 // The pass over what peers send all the time: as many chunks and items as the object holds, of types that are known,
 // with texts that fit where the old ones are. It stores as it goes. Whatever is unusual makes it fail, and is left to
 // the careful reader, which begins again.
@@ -195,16 +217,29 @@ struct Wire {
   }
 
   // Any number of chunks is written, and its low 8 bits are the count: above 31 it spills out of the count field.
-  static bool Write(const ZunRtcpSdes& p, zun::Output& out, bool pad) {
-    const bool must_fit = out.IsBlock();
+  static bool Write(const ZunRtcpSdes& p, zun::BodyWriter& w, bool pad) {
+    const bool must_fit = w.out().IsBlock();
     if (must_fit && Chunks::Size(&p.chunks) > kMaxChunks) return false;
     const ZunSizeT length = Length(p);
     const ZunUint8 count = static_cast<ZunUint8>(Chunks::Size(&p.chunks) & 0xFF);
-    zun::BodyWriter w(out, length);
     if (!zun::WriteSubpacketHeader(w, pad, count, p.type, length)) return false;
     for (const ZunRtcpSdesChunk* chunk = p.chunks.begin; chunk != p.chunks.end; ++chunk) {
       if (!WriteChunk(w, *chunk, must_fit)) return false;
     }
+    return true;
+  }
+
+  // In one pass: the header, which has the length, comes last.
+  static bool Write(const ZunRtcpSdes& p, zun::UsualWriter& w, bool pad) {
+    const bool must_fit = w.out().IsBlock();
+    const ZunSizeT count = Chunks::Size(&p.chunks);
+    if (count > kMaxChunks) return false;
+    ZunUint8* const header = w.Block(zun::kSubpacketHeaderSize);
+    if (header == nullptr) return false;
+    for (const ZunRtcpSdesChunk* chunk = p.chunks.begin; chunk != p.chunks.end; ++chunk) {
+      if (!WriteChunk(w, *chunk, must_fit)) return false;
+    }
+    zun::StoreBigEndian(header, zun::SubpacketHeaderWord(pad, static_cast<ZunUint8>(count), p.type, w.Written()));
     return true;
   }
 

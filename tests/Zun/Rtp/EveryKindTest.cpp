@@ -61,6 +61,22 @@ TEST_P(EverySample, ThePaddingBitIsWrittenAndNoPadding) {
   EXPECT_EQ(ToHex(out.str()), ToHex(expected));
 }
 
+// A string that has room, and one that must grow, take different paths.
+TEST_P(EverySample, HowMuchRoomThereIsMakesNoDifference) {
+  const ReceivedSample p(sample());
+  const std::string written = Written();
+  for (const bool pad : {false, true}) {
+    std::string expected = "in front" + written;  // some align the end of the whole output
+    if (pad) expected[8] = static_cast<char>(expected[8] | 0x20);
+    for (ZunSizeT room = 0; room <= written.size() + 8; ++room) {
+      Text out(std::string(8 + room, 'x'));
+      ASSERT_NE(ZunStringAssign(out, Text("in front").get()), nullptr);
+      ASSERT_TRUE(row().write_packet(p.sp(), out, pad)) << room;
+      ASSERT_EQ(ToHex(out.str()), ToHex(expected)) << room;
+    }
+  }
+}
+
 // ---- the wire as octets
 
 TEST_P(EverySample, IsEncodedAsItIsWritten) {

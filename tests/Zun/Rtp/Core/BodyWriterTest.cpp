@@ -13,6 +13,7 @@ namespace {
 using namespace test;
 using zun::BodyWriter;
 using zun::Output;
+using zun::UsualWriter;
 
 const std::string kFields = Hex(R"(
     81                       | U8
@@ -224,6 +225,50 @@ TEST(BodyWriter, SeveralWritersFillABlockOneAfterTheOther) {
   BodyWriter full(out, 1);
   EXPECT_FALSE(full.U8(1));
   EXPECT_EQ(ToHex(std::string(reinterpret_cast<char*>(block), sizeof(block))), "0000000100000002");
+}
+
+// ---- what is usual
+
+TEST(UsualWriter, WritesWhatHasRoomAndGivesItToTheOutputOnlyWhenItIsKept) {
+  for (ZunSizeT capacity = 0; capacity <= 24; ++capacity) {
+    std::string block(capacity + 8, '#');
+    Output out(reinterpret_cast<ZunUint8*>(block.data()), capacity, ZUN_RTCP_DIALECT_HOUSE);
+    UsualWriter w(out);
+    const auto run = [](zun::FieldWriter& f) { f.U16(0x0809); };
+    const bool written =
+        w.U32(0x01020304) && w.U24(0x050607) && w.Fields<2>(run) && w.String(*Text("word, word").get());
+    EXPECT_EQ(written, capacity >= 19) << capacity;
+    EXPECT_EQ(block.substr(capacity), std::string(8, '#'));
+    EXPECT_EQ(out.Size(), 0U);
+    if (!written) continue;
+    EXPECT_EQ(w.Written(), 19U);
+    w.Keep();
+    EXPECT_EQ(out.Size(), 19U);
+    EXPECT_EQ(block.substr(0, 19), Hex("010203040506070809") + "word, word");
+  }
+}
+
+TEST(UsualWriter, LeavesToOthersWhatIsCopiedByACall) {
+  ZunUint8 block[200];
+  Output out(block, sizeof(block), ZUN_RTCP_DIALECT_HOUSE);
+  UsualWriter w(out);
+  EXPECT_TRUE(w.String(*Text(std::string(zun::kMaxCallFreeCopy, 'x')).get()));
+  EXPECT_FALSE(w.String(*Text(std::string(zun::kMaxCallFreeCopy + 1, 'x')).get()));
+  EXPECT_EQ(w.Written(), zun::kMaxCallFreeCopy);
+}
+
+TEST(UsualWriter, ZerosEndAWordAndNeverPassTheRoom) {
+  for (ZunSizeT count = 1; count <= 4; ++count) {
+    for (ZunSizeT room = 0; room <= 6; ++room) {
+      std::string block(room + 4, '#');
+      Output out(reinterpret_cast<ZunUint8*>(block.data()), room, ZUN_RTCP_DIALECT_HOUSE);
+      UsualWriter w(out);
+      EXPECT_EQ(w.ZerosToWord(count), room >= count);
+      EXPECT_EQ(w.Written(), room >= count ? count : 0);
+      EXPECT_EQ(block.substr(0, w.Written()), std::string(w.Written(), '\0'));
+      EXPECT_EQ(block.substr(room), "####");
+    }
+  }
 }
 
 // ---- a length function that says too little

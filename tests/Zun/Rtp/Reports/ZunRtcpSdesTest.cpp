@@ -230,11 +230,27 @@ TEST(ZunRtcpSdes, ATextThatIsTooLongIsWrittenWholeAfterTheLowBitsOfItsSize) {
   EXPECT_EQ(ToHex(bytes.substr(8, 4)), "012C6161");
 }
 
+TEST(ZunRtcpSdes, TextsOfEveryLengthAreWrittenIntoWhatHasRoom) {
+  Text out(std::string(2000, 'x'));
+  for (std::size_t size = 0; size <= 300; ++size) {
+    Sdes built;
+    AddChunk(built, 7, {std::string(size, 'a'), "bc"});
+    AddChunk(built, 8, {"d"});
+    ZunStringClear(out);
+    ASSERT_TRUE(kRow.write_packet(built.sp(), out, 0));
+    EXPECT_EQ(ToHex(out.str()), ToHex(built.bytes())) << size;  // those are written into what must grow
+  }
+}
+
 TEST(ZunRtcpSdes, TheTypeOfAnItemIsWrittenInItsLowBits) {
   Sdes built;
   AddChunk(built, 7, {"a"});
   built.get()->chunks.begin->items.begin->type = 0x12345602;
   EXPECT_EQ(ToHex(built.bytes().substr(8)), "02016100");
+  Text out(std::string(100, 'x'));
+  ZunStringClear(out);
+  ASSERT_TRUE(kRow.write_packet(built.sp(), out, 0));
+  EXPECT_EQ(ToHex(out.str().substr(8)), "02016100");
 }
 
 TEST(ZunRtcpSdes, SetChunksTakesAnyNumber) {
