@@ -26,7 +26,7 @@ constexpr ZunUint64 ToBigEndian(ZunUint64 value) {
 
 // Stores all octets of an unsigned integer.
 template <class Value>
-void StoreBigEndian(ZunUint8* octets, Value value) {
+[[gnu::always_inline]] inline void StoreBigEndian(ZunUint8* octets, Value value) {
   const Value wire = ToBigEndian(value);
   std::memcpy(octets, &wire, sizeof(wire));
 }
