@@ -30,6 +30,7 @@ class Decoder {
         next_(p->subpackets.begin),
         options_(options),
         report_(report),
+        allowed_(options.maxSubpackets),
         is_registered_(dialect == ZUN_RTCP_DIALECT_REGISTERED),
         terms_(TermsOf(dialect, options)),
         datagram_({static_cast<const ZunUint8*>(octets),
@@ -71,9 +72,11 @@ class Decoder {
   bool Read(const Body& body) {
     if (is_registered_ && !datagram_.TakePadding()) [[unlikely]]
       return terms_.Refuse(ZUN_RTCP_DECODE_REASON_PADDING, body.end);
-    if (Count() >= options_.maxSubpackets) return terms_.Refuse(ZUN_RTCP_DECODE_REASON_LIMIT, body.begin);
+    if (allowed_ == 0) [[unlikely]]
+      return terms_.Refuse(ZUN_RTCP_DECODE_REASON_LIMIT, body.begin);
     if (next_ == subpackets_->end ? !Append(body) : !ReadOver(body)) return false;
     ++next_;
+    --allowed_;
     return true;
   }
 
@@ -100,8 +103,7 @@ class Decoder {
     if (total_ == 0) total_ = Index() + 1 + zun::CountSubpackets(datagram_);
     const ZunSizeT count = Count();
     const ZunSizeT left = total_ - Index();
-    const ZunSizeT allowed = options_.maxSubpackets - count;
-    Subpackets::ReserveGrownOrLess(subpackets_, count + (left < allowed ? left : allowed));
+    Subpackets::ReserveGrownOrLess(subpackets_, count + (left < allowed_ ? left : allowed_));
     next_ = subpackets_->end;
     return subpackets_->end != subpackets_->endBuf;
   }
@@ -145,6 +147,7 @@ class Decoder {
   ZunRtcpSubpacket* next_;  // the place of the next one that is read; those before it are
   const ZunRtcpDecodeOptions& options_;
   ZunRtcpDecodeReport* report_;
+  ZunSizeT allowed_;  // how many subpackets more may be read: counting those that are there takes a division
   const bool is_registered_;
   zun::ReadTerms terms_;
   Datagram datagram_;
