@@ -35,7 +35,12 @@ ZunUint32 DifferenceInStride(const PacketInfo* infos, ZunUint32 bits) {
 const PacketInfo* EndOfRun(const PacketInfo* first, const PacketInfo* end, const PacketInfo* last) {
   const ZunUint32 status = zun::StatusOf(*first);
   const ZunUint32 bits = zun::BitsOf(*first);
-  while (last - end >= kStride && (DifferenceInStride(end, bits) & TellingBits(status)) == 0) end += kStride;
+  const auto is_of_run = [=](const PacketInfo* infos) {
+    return (DifferenceInStride(infos, bits) & TellingBits(status)) == 0;
+  };
+  while (last - end >= kStride && is_of_run(end)) end += kStride;
+  // A run that goes on to the end is seen so by the last stride, part of which is known already.
+  if (last - end < kStride && last - first >= kStride && is_of_run(last - kStride)) return last;
   while (end != last && zun::StatusOf(*end) == status) ++end;
   return end;
 }
@@ -173,12 +178,17 @@ TransportCcLayout::TransportCcLayout(const ZunVector_ZunRtcpRtpfbTransportCcPack
   ChunkMaker maker(infos.begin, infos.end, is_registered_);
   ZunSizeT chunks = 0;
   ZunSizeT deltas = 0;
+  bool is_small = true;
   for (; chunks != kKept && maker.first() != end_; ++chunks) {
     const ChunkMaker::Chunk chunk = maker.Next();
-    deltas += zun::StatusChunk(chunk.word).DeltaSize(chunk.count);
+    const zun::StatusChunk statuses(chunk.word);
+    const ZunUint32 size = statuses.DeltaSize(chunk.count);
+    deltas += size;
+    is_small = is_small && size == chunk.count && !statuses.IsTwoBit();
     kept_[chunks] = static_cast<ZunUint16>(chunk.word);
   }
   after_kept_ = maker.first();
+  is_small_ = is_small && after_kept_ == end_;
   for (; maker.first() != end_; ++chunks) {
     const ChunkMaker::Chunk chunk = maker.Next();
     deltas += zun::StatusChunk(chunk.word).DeltaSize(chunk.count);
@@ -212,6 +222,10 @@ void TransportCcLayout::WriteDeltas(BodyWriter& w) const {
   const PacketInfo* const last = end_;
   // The fast path: while as many bytes are free as the writer of a delta stores, it stores them in place.
   if (ZunUint8* to = w.Block(deltas_)) {
+    if (is_small_) {
+      for (; info != last; ++info) *to++ = static_cast<ZunUint8>(info->delta & 0xFF);
+      return;
+    }
     const ZunUint8* const end = to + deltas_;
     for (; last - info >= kStride && CountFrom(to, end) >= kDeltaStore * kStride; info += kStride) {
       if (IsStrideOfSmallDeltas(info)) {

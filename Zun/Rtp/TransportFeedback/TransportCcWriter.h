@@ -34,6 +34,7 @@ class TransportCcLayout {
   const PacketInfo* after_kept_;  // the packet after those that the kept chunks tell of
   ZunSizeT chunks_ = 0;           // how many
   ZunSizeT deltas_ = 0;           // bytes
+  bool is_small_ = true;          // every packet has a delta of one byte
   ZunUint16 kept_[kKept];
 };
 

@@ -48,6 +48,43 @@ TEST(ZunRtcpRtpfbTransportCcWrite, TheEndIsAlignedToTheWholeString) {
   }
 }
 
+// Runs are looked at in strides, the last of which overlaps; deltas that are all small are written without a look.
+TEST(ZunRtcpRtpfbTransportCcWrite, ARunMayEndAnywhere) {
+  for (const char run : {'0', '1', '2', '3'}) {
+    for (const char other : {'0', '1', '2', '3'}) {
+      for (std::size_t size = 1; size <= 40; ++size) {
+        for (std::size_t at = 0; at < size; ++at) {
+          std::string statuses(size, run);
+          statuses[at] = other;
+          TransportCc p;
+          PushStatuses(p, statuses);
+          ASSERT_EQ(ToHex(p.bytes()), ToHex(ByTheBook(p).bytes())) << statuses;
+        }
+      }
+    }
+  }
+}
+
+TEST(ZunRtcpRtpfbTransportCcWrite, AsManyBytesOfDeltasAsPacketsNeedNotBeOneEach) {
+  for (const char* statuses : {"20", "02", "1201", "111111111111112011111111111111", "2323"}) {
+    TransportCc p;
+    PushStatuses(p, statuses);
+    EXPECT_EQ(ToHex(p.bytes()), ToHex(ByTheBook(p).bytes())) << statuses;
+  }
+}
+
+// 64 chunks are kept, so the large delta is found after all deltas seemed to be small.
+TEST(ZunRtcpRtpfbTransportCcWrite, SmallDeltasInAsManyChunksAsAreKept) {
+  TransportCc p;
+  for (int i = 0; i < 64 * 8191; ++i) Push(p, {1, 1, 7});
+  Push(p, {1, 1, 0x1234});
+  std::string expected = p.bytes().substr(0, 20);
+  for (int i = 0; i < 64; ++i) expected += Hex("3FFF");
+  expected += Hex("4001") + std::string(64 * 8191, '\7') + Hex("1234");
+  while (expected.size() % 4 != 0) expected += '\0';
+  EXPECT_TRUE(p.bytes() == expected);
+}
+
 TEST(ZunRtcpRtpfbTransportCcWrite, TheStatusCountWrapsAndAllPacketsAreWritten) {
   const auto count_field = [](std::size_t packets) {
     TransportCc p;
