@@ -24,6 +24,17 @@ inline constexpr ZunUint32 kReceivedBits = BitsOf({0xFF, 0, 0});
 inline constexpr ZunUint32 kHaveDeltaBits = BitsOf({0, 0xFF, 0});
 inline constexpr ZunUint32 kLargeDeltaBits = BitsOf({0, 0, static_cast<ZunInt16>(0xFF00)});
 
+// Makes a run of packets received, each with the delta of one byte that stands for it in `deltas`. A packet is one
+// store, and several are one where the compiler uses vector registers.
+inline void FillSmallDeltas(ZunRtcpRtpfbTransportCcPacketInfo* infos, const ZunUint8* deltas, ZunUint32 count) {
+  constexpr ZunUint32 kTimed = BitsOf({1, 1, 0});
+  constexpr int kDeltaShift = std::countr_zero(BitsOf({0, 0, 1}));
+  for (ZunUint32 i = 0; i < count; ++i) {
+    const ZunUint32 bits = kTimed | ZunUint32{deltas[i]} << kDeltaShift;
+    std::memcpy(infos + i, &bits, sizeof(bits));
+  }
+}
+
 inline ZunUint32 StatusOf(const ZunRtcpRtpfbTransportCcPacketInfo& info) {
   if (!info.received) return kNotReceived;
   if (!info.haveDelta) return kNoDelta;

@@ -128,7 +128,12 @@ class DeltaReader {
   [[gnu::always_inline]] bool FillRun(PacketInfo* to, StatusChunk chunk, ZunUint32 count) {
     if (!CanLook<kStatus>(count)) return FillToEnd(to, chunk, count);
     const ZunUint8* const deltas = next_;
-    for (ZunUint32 i = 0; i < count; ++i) to[i] = Timed<kRegistered, kStatus>(kStatus, deltas + ZunSizeT{i} * kStatus);
+    if constexpr (kStatus == zun::kSmallDelta) {
+      zun::FillSmallDeltas(to, deltas, count);
+    } else {
+      for (ZunUint32 i = 0; i < count; ++i)
+        to[i] = Timed<kRegistered, kStatus>(kStatus, deltas + ZunSizeT{i} * kStatus);
+    }
     next_ = deltas + ZunSizeT{count} * kStatus;
     return true;
   }
