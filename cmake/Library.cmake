@@ -14,6 +14,8 @@ file(GLOB_RECURSE zunrtcp_sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/Zun/*.
 add_library(zunrtcp_static STATIC ${zunrtcp_sources})
 # The library needs nothing of the C++ runtime: a C program links it with plain cc.
 target_compile_options(zunrtcp_static PRIVATE -fno-exceptions -fno-rtti)
+# Who links the static library with -Wl,--gc-sections takes along the functions that he calls, and no others of their files.
+target_compile_options(zunrtcp_static PRIVATE -ffunction-sections -fdata-sections)
 if(ZUNRTCP_SANITIZERS MATCHES undefined AND CMAKE_CXX_COMPILER_ID MATCHES Clang)
   # clang's check of calls through function pointers does need the C++ runtime.
   target_compile_options(zunrtcp_static PRIVATE -fno-sanitize=function)
