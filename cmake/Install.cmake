@@ -12,8 +12,14 @@ foreach(kind IN LISTS zunrtcp_kinds)
           ARCHIVE COMPONENT development)
   install(EXPORT ZunRtcp_${kind} NAMESPACE ZunRtcp:: DESTINATION ${zunrtcp_cmake_dir} COMPONENT development)
 endforeach()
+set(zunrtcp_headers_left_out PATTERN Zun/Rtp/Core/ZunRtcpRooms.h EXCLUDE)
+foreach(part IN LISTS zunrtcp_left_out)
+  list(APPEND zunrtcp_headers_left_out REGEX ${part} EXCLUDE)
+endforeach()
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/Zun DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development
-        FILES_MATCHING PATTERN "Zun*.h" PATTERN "Zun/Rtp/Cpp/*.h")
+        FILES_MATCHING PATTERN "Zun*.h" PATTERN "Zun/Rtp/Cpp/*.h" ${zunrtcp_headers_left_out})
+file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/ZunRtcpRooms.h CONTENT "${zunrtcp_rooms_header}" @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/ZunRtcpRooms.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/Zun/Rtp/Core COMPONENT development)
 
 configure_package_config_file(${CMAKE_CURRENT_LIST_DIR}/ZunRtcpConfig.cmake.in ${PROJECT_BINARY_DIR}/ZunRtcpConfig.cmake
                               INSTALL_DESTINATION ${zunrtcp_cmake_dir} NO_SET_AND_CHECK_MACRO)

@@ -17,7 +17,10 @@ constexpr RtcpSubpacketFunctions zun::unknown_funcs = ZUN_RTCP_ROW(ZUN_RTCPSUBPA
 static_assert(zun::PredicateAgrees([](ZunInt32 type) { return zun::subpacket_table.Has(type); },
                                    ZunRtcpSubpacketTypeIsUnknown, -1, 256));
 // Subpackets lie in vectors: a kind that is larger than the largest makes all of them larger, so it should not be.
-static_assert(sizeof(ZunRtcpSubpacket) == sizeof(ZunRtcpSr));
+static_assert(sizeof(ZunRtcpSubpacket) == sizeof(ZunRtcpSubpacketStorage_));
+#if ZUN_RTCP_HAS_REPORTS
+static_assert(sizeof(ZunRtcpSubpacketStorage_) == sizeof(ZunRtcpSr));
+#endif
 
 ZunRtcpSubpacket* ZunRtcpSubpacketConstructCopy(ZunRtcpSubpacket* p, const ZunRtcpSubpacket* o) {
   return zun::SubpacketDispatch::ConstructCopy(p, o);

@@ -19,7 +19,7 @@ ZUN_EXTERN_C_BEGIN
 
 typedef struct ZunRtcpUnknown ZunRtcpUnknown;
 struct ZunRtcpUnknown {
-  ZunRtcpSubpacketType type; /* as on the wire, outside 200..206; 0 after default construction */
+  ZunRtcpSubpacketType type; /* as on the wire, of no kind that is modelled; 0 after default construction */
   ZunUint8 subtype;          /* the 5-bit field of the header's first byte, 0..31 */
   ZunString data;            /* every byte after the header; a multiple of 4; owns the object's allocator */
 };

@@ -20,17 +20,27 @@ enum {
 };
 
 /* The messages that the library models, a row each: X(value, type of the object, member of ZunRtcpPsfb, its getter). */
-#define ZUN_RTCPPSFB_KINDS(X)                                          \
+#define ZUN_RTCPPSFB_KINDS(X) ZUN_RTCPPSFB_PLAIN_KINDS_(X) ZUN_RTCPPSFB_ENVELOPES_(X)
+#if ZUN_RTCP_HAS_PAYLOAD_FEEDBACK
+#define ZUN_RTCPPSFB_PLAIN_KINDS_(X)                                   \
   X(ZUN_RTCPPSFB_TYPE_PLI, ZunRtcpPsfbPli, pli, ZunRtcpPsfbGetPli)     \
   X(ZUN_RTCPPSFB_TYPE_SLI, ZunRtcpPsfbSli, sli, ZunRtcpPsfbGetSli)     \
   X(ZUN_RTCPPSFB_TYPE_RPSI, ZunRtcpPsfbRpsi, rpsi, ZunRtcpPsfbGetRpsi) \
   X(ZUN_RTCPPSFB_TYPE_FIR, ZunRtcpPsfbFir, fir, ZunRtcpPsfbGetFir)     \
   X(ZUN_RTCPPSFB_TYPE_TSTR, ZunRtcpPsfbTstr, tstr, ZunRtcpPsfbGetTstr) \
-  X(ZUN_RTCPPSFB_TYPE_TSTA, ZunRtcpPsfbTsta, tsta, ZunRtcpPsfbGetTsta) \
-  X(ZUN_RTCPPSFB_TYPE_AFB, ZunRtcpPsfbAfb, afb, ZunRtcpPsfbGetAfb)
+  X(ZUN_RTCPPSFB_TYPE_TSTA, ZunRtcpPsfbTsta, tsta, ZunRtcpPsfbGetTsta)
+#else
+#define ZUN_RTCPPSFB_PLAIN_KINDS_(X)
+#endif
+#if ZUN_RTCP_HAS_APPLICATION_FEEDBACK
+#define ZUN_RTCPPSFB_ENVELOPES_(X) X(ZUN_RTCPPSFB_TYPE_AFB, ZunRtcpPsfbAfb, afb, ZunRtcpPsfbGetAfb)
+#else
+#define ZUN_RTCPPSFB_ENVELOPES_(X)
+#endif
 
 /* True unless `t` is the value of a row above. */
 ZUN_INLINE_CONSTANT ZunBool ZunRtcpPsfbTypeIsUnknown(ZunRtcpPsfbType t) {
+  (void)t; /* where the list is empty */
   return !(0 ZUN_RTCPPSFB_KINDS(ZUN_RTCP_OR_EQUALS_));
 }
 

@@ -23,6 +23,7 @@ enum {
 };
 
 /* The messages that the library models, a row each: X(value, type of object, member of ZunRtcpRtpfb, getter). */
+#if ZUN_RTCP_HAS_TRANSPORT_FEEDBACK
 #define ZUN_RTCPRTPFB_KINDS(X)                                                                        \
   X(ZUN_RTCPRTPFB_TYPE_NACK, ZunRtcpRtpfbNack, nack, ZunRtcpRtpfbGetNack)                             \
   X(ZUN_RTCPRTPFB_TYPE_TMMBR, ZunRtcpRtpfbTmmbr, tmmbr, ZunRtcpRtpfbGetTmmbr)                         \
@@ -30,9 +31,13 @@ enum {
   X(ZUN_RTCPRTPFB_TYPE_CCFB, ZunRtcpRtpfbCcfb, ccfb, ZunRtcpRtpfbGetCcfb)                             \
   X(ZUN_RTCPRTPFB_TYPE_TransportCC, ZunRtcpRtpfbTransportCc, transportCc, ZunRtcpRtpfbGetTransportCc) \
   X(ZUN_RTCPRTPFB_TYPE_ABAFB, ZunRtcpRtpfbAbafb, abafb, ZunRtcpRtpfbGetAbafb)
+#else
+#define ZUN_RTCPRTPFB_KINDS(X)
+#endif
 
 /* True unless `t` is the value of a row above. */
 ZUN_INLINE_CONSTANT ZunBool ZunRtcpRtpfbFeedbackMessageIsUnknown(ZunRtcpRtpfbType t) {
+  (void)t; /* where the list is empty */
   return !(0 ZUN_RTCPRTPFB_KINDS(ZUN_RTCP_OR_EQUALS_));
 }
 

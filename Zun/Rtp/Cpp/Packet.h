@@ -11,10 +11,12 @@
 #include "Zun/Rtp/Cpp/Dialect.h"
 #include "Zun/Rtp/Cpp/Result.h"
 #include "Zun/Rtp/Cpp/Subpacket.h"
-#include "Zun/Rtp/Dialect/ZunRtcpComposition.h"
 #include "Zun/Rtp/Dialect/ZunRtcpDecode.h"
 #include "Zun/Rtp/Dialect/ZunRtcpEncode.h"
 #include "Zun/Rtp/ZunRtcpPacket.h"
+#if ZUN_RTCP_HAS_REPORTS
+#include "Zun/Rtp/Dialect/ZunRtcpComposition.h"
+#endif
 
 namespace zun::rtcp {
 
@@ -157,8 +159,10 @@ class BasicPacket : public S {
   Datagrams datagrams(std::span<std::byte> buffer, Looking<const ZunRtcpPacket> prefix,
                       Dialect dialect = Dialect::house) const noexcept;
 
+#if ZUN_RTCP_HAS_REPORTS
   // What a strict receiver would object to (ZunRtcpComposition.h); 0 when there is nothing.
   ZunRtcpComposition check_composition() const noexcept { return ZunRtcpPacketCheckComposition(this->get()); }
+#endif
 
  private:
   auto list() const noexcept { return list_of(std::as_const(this->get()->subpackets)); }

@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 
+#include "Zun/Rtp/Cpp/Feedback.h"
 #include "Zun/Rtp/Cpp/Packet.h"
 #include "Zun/Rtp/Cpp/Words.h"
 
@@ -16,6 +17,8 @@ namespace zun::rtcp {
 namespace words {
 
 // ---- reports
+
+#if ZUN_RTCP_HAS_REPORTS
 
 inline void Describe(const ReportBlock& block, Line* line) {
   line->NextItem();
@@ -86,15 +89,32 @@ inline void Describe(const View<App>& app, Line* line) {
   line->AddOctets("data", app.data());
 }
 
-inline void Describe(const View<Unknown>& unknown, Line* line) { line->AddOctets("data", unknown.data()); }
+#endif
 
-// ---- transport-layer feedback
+// ---- what is unknown, and what all feedback shares
+
+inline void Describe(const View<Unknown>& unknown, Line* line) { line->AddOctets("data", unknown.data()); }
 
 template <class S>
 void DescribeSources(const Feedback<S>& feedback, Line* line) {
   line->AddSource("sender", feedback.sender());
   line->AddSource("source", feedback.source());
 }
+
+// What the two ABAFBs share.
+template <class Abafb>
+void DescribeRates(const Abafb& abafb, Line* line) {
+  DescribeSources(abafb, line);
+  line->AddNumber("timestamp", abafb.timestamp());
+  line->AddNumber("delay", abafb.delay(), "us");
+  line->AddNumber("data rate", abafb.data_rate());
+  line->AddNumber("loss rate", abafb.loss_rate());
+  line->AddNumber("ABA data rate", abafb.aba_data_rate());
+}
+
+// ---- transport-layer feedback
+
+#if ZUN_RTCP_HAS_TRANSPORT_FEEDBACK
 
 inline void Describe(const View<Nack>& nack, Line* line) {
   DescribeSources(nack, line);
@@ -181,17 +201,6 @@ inline void Describe(const View<Ccfb>& ccfb, Line* line) {
   for (const auto stream : ccfb.streams()) Describe(stream, line);
 }
 
-// What the two ABAFBs share.
-template <class Abafb>
-void DescribeRates(const Abafb& abafb, Line* line) {
-  DescribeSources(abafb, line);
-  line->AddNumber("timestamp", abafb.timestamp());
-  line->AddNumber("delay", abafb.delay(), "us");
-  line->AddNumber("data rate", abafb.data_rate());
-  line->AddNumber("loss rate", abafb.loss_rate());
-  line->AddNumber("ABA data rate", abafb.aba_data_rate());
-}
-
 inline void Describe(const View<Abafb>& abafb, Line* line) { DescribeRates(abafb, line); }
 
 inline void Describe(const View<UnknownRtpfb>& unknown, Line* line) {
@@ -199,7 +208,11 @@ inline void Describe(const View<UnknownRtpfb>& unknown, Line* line) {
   line->AddOctets("data", unknown.data());
 }
 
+#endif
+
 // ---- payload-specific feedback
+
+#if ZUN_RTCP_HAS_PAYLOAD_FEEDBACK
 
 inline void Describe(const View<Pli>& pli, Line* line) {
   DescribeSources(pli, line);
@@ -251,7 +264,11 @@ inline void Describe(const View<UnknownPsfb>& unknown, Line* line) {
   line->AddOctets("data", unknown.data());
 }
 
+#endif
+
 // ---- application-layer feedback
+
+#if ZUN_RTCP_HAS_APPLICATION_FEEDBACK
 
 inline void Describe(const View<Remb>& remb, Line* line) {
   DescribeSources(remb, line);
@@ -308,13 +325,18 @@ inline void Describe(const View<UnknownAfb>& unknown, Line* line) {
   line->AddOctets("data", unknown.data());
 }
 
+#endif
+
 // ---- names
 
+#if ZUN_RTCP_HAS_REPORTS
 inline std::string NameOf(const View<Sr>&) { return "SR"; }
 inline std::string NameOf(const View<Rr>&) { return "RR"; }
 inline std::string NameOf(const View<Sdes>&) { return "SDES"; }
 inline std::string NameOf(const View<Bye>&) { return "BYE"; }
 inline std::string NameOf(const View<App>&) { return "APP"; }
+#endif
+#if ZUN_RTCP_HAS_TRANSPORT_FEEDBACK
 inline std::string NameOf(const View<Nack>&) { return "NACK"; }
 inline std::string NameOf(const View<Tmmbr>&) { return "TMMBR"; }
 inline std::string NameOf(const View<Tmmbn>&) { return "TMMBN"; }
@@ -322,6 +344,8 @@ inline std::string NameOf(const View<TransportCc>&) { return "TWCC"; }
 inline std::string NameOf(const View<Ccfb>&) { return "CCFB"; }
 inline std::string NameOf(const View<Abafb>&) { return "ABAFB"; }
 inline std::string NameOf(const View<UnknownRtpfb>& rtpfb) { return "RTPFB FMT " + std::to_string(rtpfb.fmt()); }
+#endif
+#if ZUN_RTCP_HAS_PAYLOAD_FEEDBACK
 inline std::string NameOf(const View<Pli>&) { return "PLI"; }
 inline std::string NameOf(const View<Sli>&) { return "SLI"; }
 inline std::string NameOf(const View<Rpsi>&) { return "RPSI"; }
@@ -329,6 +353,8 @@ inline std::string NameOf(const View<Fir>&) { return "FIR"; }
 inline std::string NameOf(const View<Tstr>&) { return "TSTR"; }
 inline std::string NameOf(const View<Tsta>&) { return "TSTA"; }
 inline std::string NameOf(const View<UnknownPsfb>& psfb) { return "PSFB FMT " + std::to_string(psfb.fmt()); }
+#endif
+#if ZUN_RTCP_HAS_APPLICATION_FEEDBACK
 inline std::string NameOf(const View<Remb>&) { return "REMB"; }
 inline std::string NameOf(const View<AfbAbafb>&) { return "AFB ABAFB"; }
 inline std::string NameOf(const View<Albr>&) { return "ALBR"; }
@@ -343,16 +369,24 @@ inline std::string NameOf(const View<UnknownAfb>& afb) {
   if (!is_house_message) return "AFB";
   return "AFB Nr " + std::to_string(std::to_integer<unsigned>(data[2]) << 8 | std::to_integer<unsigned>(data[3]));
 }
+#endif
 
-// Types that others registered have a name.
+// Types that others registered have a name, and so have those of the rooms that are left out.
 inline std::string NameOf(const View<Unknown>& unknown) {
   struct Registered {
     ZunRtcpSubpacketType type;
     const char* name;
   };
-  constexpr std::array<Registered, 10> kRegistered{{{192, "full intra request"},
+  constexpr std::array<Registered, 17> kRegistered{{{192, "full intra request"},
                                                     {193, "negative acknowledgement"},
                                                     {195, "IJ"},
+                                                    {200, "SR"},
+                                                    {201, "RR"},
+                                                    {202, "SDES"},
+                                                    {203, "BYE"},
+                                                    {204, "APP"},
+                                                    {205, "RTPFB"},
+                                                    {206, "PSFB"},
                                                     {207, "XR"},
                                                     {208, "AVB"},
                                                     {209, "RSI"},

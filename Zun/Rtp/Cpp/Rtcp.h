@@ -17,7 +17,11 @@
 #include "Zun/Rtp/Cpp/Result.h"
 #include "Zun/Rtp/Cpp/Subpacket.h"
 #include "Zun/Rtp/Cpp/Time.h"
+#if ZUN_RTCP_HAS_TRANSPORT_FEEDBACK
 #include "Zun/Rtp/Cpp/Tmmb.h"
+#endif
+#if ZUN_RTCP_HAS_EXTENDED_REPORTS
 #include "Zun/Rtp/Cpp/Xr.h"
+#endif
 
 #endif

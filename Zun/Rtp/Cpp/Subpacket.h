@@ -5,11 +5,20 @@
 #include <optional>
 #include <utility>
 
-#include "Zun/Rtp/Cpp/ApplicationFeedback.h"
-#include "Zun/Rtp/Cpp/PayloadFeedback.h"
-#include "Zun/Rtp/Cpp/Reports.h"
-#include "Zun/Rtp/Cpp/TransportFeedback.h"
+#include "Zun/Rtp/Cpp/List.h"
 #include "Zun/Rtp/ZunRtcpSubpacket.h"
+#if ZUN_RTCP_HAS_REPORTS
+#include "Zun/Rtp/Cpp/Reports.h"
+#endif
+#if ZUN_RTCP_HAS_TRANSPORT_FEEDBACK
+#include "Zun/Rtp/Cpp/TransportFeedback.h"
+#endif
+#if ZUN_RTCP_HAS_PAYLOAD_FEEDBACK
+#include "Zun/Rtp/Cpp/PayloadFeedback.h"
+#endif
+#if ZUN_RTCP_HAS_APPLICATION_FEEDBACK
+#include "Zun/Rtp/Cpp/ApplicationFeedback.h"
+#endif
 
 namespace zun::rtcp {
 
@@ -69,25 +78,35 @@ decltype(auto) Visit(C& object, Take& take) {
       default:
         return take(object.unk);
     }
-  } else if constexpr (std::is_same_v<Bare, ZunRtcpRtpfb>) {
+  }
+#if ZUN_RTCP_HAS_TRANSPORT_FEEDBACK
+  else if constexpr (std::is_same_v<Bare, ZunRtcpRtpfb>) {
     switch (object.unk.fmt) {
       ZUN_RTCPRTPFB_KINDS(ZUN_RTCP_CPP_CASE_)
       default:
         return take(object.unk);
     }
-  } else if constexpr (std::is_same_v<Bare, ZunRtcpPsfb>) {
+  }
+#endif
+#if ZUN_RTCP_HAS_PAYLOAD_FEEDBACK
+  else if constexpr (std::is_same_v<Bare, ZunRtcpPsfb>) {
     switch (object.unk.fmt) {
       ZUN_RTCPPSFB_KINDS(ZUN_RTCP_CPP_CASE_)
       default:
         return take(object.unk);
     }
-  } else if constexpr (std::is_same_v<Bare, ZunRtcpPsfbAfb>) {
+  }
+#endif
+#if ZUN_RTCP_HAS_APPLICATION_FEEDBACK
+  else if constexpr (std::is_same_v<Bare, ZunRtcpPsfbAfb>) {
     switch (object.unk.afbType) {
       ZUN_RTCPPSFBAFB_KINDS(ZUN_RTCP_CPP_CASE_)
       default:
         return take(object.unk);
     }
-  } else {
+  }
+#endif
+  else {
     return take(object);
   }
 
@@ -116,11 +135,17 @@ ZUN_RTCPRTPFB_KINDS(ZUN_RTCP_CPP_IS_RTPFB_)
 ZUN_RTCPPSFB_KINDS(ZUN_RTCP_CPP_IS_PSFB_)
 ZUN_RTCPPSFBAFB_KINDS(ZUN_RTCP_CPP_IS_AFB_)
 ZUN_RTCP_CPP_IS_(ZunRtcpUnknown, ZunRtcpSubpacketTypeIsUnknown(sp.unk.type))
+#if ZUN_RTCP_HAS_TRANSPORT_FEEDBACK
 ZUN_RTCP_CPP_IS_(ZunRtcpRtpfbUnknown,
                  Is<ZunRtcpRtpfb>::In(sp) && ZunRtcpRtpfbFeedbackMessageIsUnknown(sp.rtpfb.unk.fmt))
+#endif
+#if ZUN_RTCP_HAS_PAYLOAD_FEEDBACK
 ZUN_RTCP_CPP_IS_(ZunRtcpPsfbUnknown, Is<ZunRtcpPsfb>::In(sp) && ZunRtcpPsfbTypeIsUnknown(sp.psfb.unk.fmt))
+#endif
+#if ZUN_RTCP_HAS_APPLICATION_FEEDBACK
 ZUN_RTCP_CPP_IS_(ZunRtcpPsfbAfbUnknown,
                  Is<ZunRtcpPsfbAfb>::In(sp) && ZunRtcpPsfbAfbTypeIsUnknown(sp.psfb.afb.unk.afbType))
+#endif
 
 #undef ZUN_RTCP_CPP_IS_AFB_
 #undef ZUN_RTCP_CPP_IS_PSFB_

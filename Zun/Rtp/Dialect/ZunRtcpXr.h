@@ -20,6 +20,7 @@
 
 #include "Zun/Rtp/Core/ZunRtcpReason.h"
 #include "Zun/Rtp/ZunRtcpSubpacket.h"
+#include "Zun/Rtp/ZunRtpHeader.h"
 
 ZUN_EXTERN_C_BEGIN
 

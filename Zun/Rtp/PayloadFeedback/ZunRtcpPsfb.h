@@ -16,7 +16,6 @@
 #ifndef ZUN_RTP_PAYLOADFEEDBACK_ZUNRTCPPSFB_H
 #define ZUN_RTP_PAYLOADFEEDBACK_ZUNRTCPPSFB_H
 
-#include "Zun/Rtp/ApplicationFeedback/ZunRtcpPsfbAfb.h"
 #include "Zun/Rtp/PayloadFeedback/ZunRtcpPsfbFir.h"
 #include "Zun/Rtp/PayloadFeedback/ZunRtcpPsfbPli.h"
 #include "Zun/Rtp/PayloadFeedback/ZunRtcpPsfbRpsi.h"
@@ -24,6 +23,9 @@
 #include "Zun/Rtp/PayloadFeedback/ZunRtcpPsfbTsta.h"
 #include "Zun/Rtp/PayloadFeedback/ZunRtcpPsfbTstr.h"
 #include "Zun/Rtp/PayloadFeedback/ZunRtcpPsfbUnknown.h"
+#if ZUN_RTCP_HAS_APPLICATION_FEEDBACK
+#include "Zun/Rtp/ApplicationFeedback/ZunRtcpPsfbAfb.h"
+#endif
 
 ZUN_EXTERN_C_BEGIN
 
@@ -37,7 +39,9 @@ union ZunRtcpPsfb {
   ZunRtcpPsfbFir fir;     /* 4 */
   ZunRtcpPsfbTstr tstr;   /* 5 */
   ZunRtcpPsfbTsta tsta;   /* 6 */
-  ZunRtcpPsfbAfb afb;     /* 15 */
+#if ZUN_RTCP_HAS_APPLICATION_FEEDBACK
+  ZunRtcpPsfbAfb afb; /* 15 */
+#endif
 };
 
 /* Lifecycle of a tagged union (ZunConventions.h). */
@@ -74,7 +78,9 @@ ZUN_INLINE const ZunRtcpPsfbRpsi* ZunRtcpPsfbGetRpsi(const ZunRtcpPsfb* p) { ret
 ZUN_INLINE const ZunRtcpPsfbFir* ZunRtcpPsfbGetFir(const ZunRtcpPsfb* p) { return &p->fir; }
 ZUN_INLINE const ZunRtcpPsfbTstr* ZunRtcpPsfbGetTstr(const ZunRtcpPsfb* p) { return &p->tstr; }
 ZUN_INLINE const ZunRtcpPsfbTsta* ZunRtcpPsfbGetTsta(const ZunRtcpPsfb* p) { return &p->tsta; }
+#if ZUN_RTCP_HAS_APPLICATION_FEEDBACK
 ZUN_INLINE const ZunRtcpPsfbAfb* ZunRtcpPsfbGetAfb(const ZunRtcpPsfb* p) { return &p->afb; }
+#endif
 
 ZUN_EXTERN_C_END
 
