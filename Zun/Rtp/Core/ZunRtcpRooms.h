@@ -1,5 +1,5 @@
 /*
- * Which rooms of kinds this library has. A room can be left out when the library is built (the CMake options ZUNRTCP_...
+ * Which rooms of kinds this library has. A room can be left out when the library is built (the CMake options ZUNRTCP_
  * of the same names); its kinds are then unknown ones, whose octets are kept and written back, and nothing of it is
  * declared. This header is installed with the values of the library beside it, so that whoever includes the library's
  * headers sees the library's rooms, whatever builds his program.

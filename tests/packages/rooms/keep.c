@@ -1,8 +1,8 @@
 /*
- * Reads packets, a name and octets in hex on each line, with a library that has not all rooms. A packet whose room is left
- * out must be an unknown one of the innermost level that there is, hold its octets, and be written as it came: through every
- * door, copied, assigned over others and read over others. Of all other packets it prints what is written, which must be
- * the same as with a whole library.
+ * Reads packets, a name and octets in hex on each line, with a library that has not all rooms. A packet whose room is
+ * left out must be an unknown one of the innermost level that there is, hold its octets, and be written as it came:
+ * through every door, copied, assigned over others and read over others. Of all other packets it prints what is
+ * written, which must be the same as with a whole library.
  */
 #include <stdio.h>
 #include <stdlib.h>

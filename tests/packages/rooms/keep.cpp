@@ -30,7 +30,7 @@ struct Datagram {
   std::exit(1);
 }
 
-// 206 of the rooms PSFB and AFB apart, 200 to 204 are one room.
+// 200 to 204 are one room; 206 has a room of its own inside, that of FMT 15.
 bool IsLeftOut(const Datagram& d) {
   const int type = d.type();
   if (type >= 200 && type <= 204) return !ZUN_RTCP_HAS_REPORTS;
