@@ -112,7 +112,7 @@ ZUN_RTCP_ROW_DECLARE(ZunRtcpPsfbAfbLir)
 ZUN_INLINE ZunAllocator* ZunRtcpPsfbAfbLirGetAllocator(ZunRtcpPsfbAfbLir* p) { return p->fci.allocator; }
 /* The entries themselves, through which they are added and changed; those of a const object must not be. */
 ZUN_INLINE ZunVector_ZunRtcpPsfbAfbLirEntry* ZunRtcpPsfbAfbLirGetFci(const ZunRtcpPsfbAfbLir* p) {
-  return (ZunVector_ZunRtcpPsfbAfbLirEntry*)&p->fci;
+  return ZUN_MUTABLE_(ZunVector_ZunRtcpPsfbAfbLirEntry, &p->fci);
 }
 
 ZUN_EXTERN_C_END

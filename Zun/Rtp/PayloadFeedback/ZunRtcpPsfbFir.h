@@ -80,7 +80,7 @@ ZUN_RTCP_ROW_DECLARE(ZunRtcpPsfbFir)
 ZUN_INLINE ZunAllocator* ZunRtcpPsfbFirGetAllocator(ZunRtcpPsfbFir* p) { return p->fci.allocator; }
 /* The list itself, for reading, and, where `p` may be changed, for adding to it with the vector's operations. */
 ZUN_INLINE ZunVector_ZunRtcpPsfbFirEntry* ZunRtcpPsfbFirGetFci(const ZunRtcpPsfbFir* p) {
-  return (ZunVector_ZunRtcpPsfbFirEntry*)&p->fci;
+  return ZUN_MUTABLE_(ZunVector_ZunRtcpPsfbFirEntry, &p->fci);
 }
 
 ZUN_EXTERN_C_END

@@ -59,7 +59,7 @@ ZUN_RTCP_ROW_DECLARE(ZunRtcpPsfbRpsi)
 ZUN_INLINE ZunAllocator* ZunRtcpPsfbRpsiGetAllocator(ZunRtcpPsfbRpsi* p) { return p->rpsi.allocator; }
 ZUN_INLINE ZunUint8 ZunRtcpPsfbRpsiGetPt(const ZunRtcpPsfbRpsi* p) { return p->pt; }
 /* The bit string itself, for reading, and, where `p` may be changed, for changing it. */
-ZUN_INLINE ZunString* ZunRtcpPsfbRpsiGetRpsi(const ZunRtcpPsfbRpsi* p) { return (ZunString*)&p->rpsi; }
+ZUN_INLINE ZunString* ZunRtcpPsfbRpsiGetRpsi(const ZunRtcpPsfbRpsi* p) { return ZUN_MUTABLE_(ZunString, &p->rpsi); }
 ZUN_INLINE ZunUint8 ZunRtcpPsfbRpsiGetUnusedBits(const ZunRtcpPsfbRpsi* p) { return p->unbits; }
 /* Any value is stored; one above 7 adds to the padding octets that PB tells of. */
 ZUN_INLINE ZunBool ZunRtcpPsfbRpsiSetUnusedBits(ZunRtcpPsfbRpsi* p, ZunUint8 n) {

@@ -83,7 +83,7 @@ ZUN_RTCP_ROW_DECLARE(ZunRtcpPsfbSli)
 ZUN_INLINE ZunAllocator* ZunRtcpPsfbSliGetAllocator(ZunRtcpPsfbSli* p) { return p->items.allocator; }
 /* The list itself, for reading, and, where `p` may be changed, for adding to it with the vector's operations. */
 ZUN_INLINE ZunVector_ZunRtcpPsfbSliItem* ZunRtcpPsfbSliGetItems(const ZunRtcpPsfbSli* p) {
-  return (ZunVector_ZunRtcpPsfbSliItem*)&p->items;
+  return ZUN_MUTABLE_(ZunVector_ZunRtcpPsfbSliItem, &p->items);
 }
 
 ZUN_EXTERN_C_END

@@ -85,7 +85,7 @@ ZUN_RTCP_ROW_DECLARE(ZunRtcpPsfbTsta)
 ZUN_INLINE ZunAllocator* ZunRtcpPsfbTstaGetAllocator(ZunRtcpPsfbTsta* p) { return p->fci.allocator; }
 /* The list itself, for reading, and, where `p` may be changed, for adding to it with the vector's operations. */
 ZUN_INLINE ZunVector_ZunRtcpPsfbTstaEntry* ZunRtcpPsfbTstaGetFci(const ZunRtcpPsfbTsta* p) {
-  return (ZunVector_ZunRtcpPsfbTstaEntry*)&p->fci;
+  return ZUN_MUTABLE_(ZunVector_ZunRtcpPsfbTstaEntry, &p->fci);
 }
 
 ZUN_EXTERN_C_END

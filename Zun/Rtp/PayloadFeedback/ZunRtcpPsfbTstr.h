@@ -86,7 +86,7 @@ ZUN_RTCP_ROW_DECLARE(ZunRtcpPsfbTstr)
 ZUN_INLINE ZunAllocator* ZunRtcpPsfbTstrGetAllocator(ZunRtcpPsfbTstr* p) { return p->fci.allocator; }
 /* The list itself, for reading, and, where `p` may be changed, for adding to it with the vector's operations. */
 ZUN_INLINE ZunVector_ZunRtcpPsfbTstrEntry* ZunRtcpPsfbTstrGetFci(const ZunRtcpPsfbTstr* p) {
-  return (ZunVector_ZunRtcpPsfbTstrEntry*)&p->fci;
+  return ZUN_MUTABLE_(ZunVector_ZunRtcpPsfbTstrEntry, &p->fci);
 }
 
 ZUN_EXTERN_C_END

@@ -41,6 +41,13 @@
 #define ZUN_INLINE_CONSTANT ZUN_INLINE
 #endif
 
+/* What a getter gives of an object that it only reads, for callers who may change the object; no compiler need warn. */
+#ifdef __cplusplus
+#define ZUN_MUTABLE_(Type, pointer) const_cast<Type*>(pointer)
+#else
+#define ZUN_MUTABLE_(Type, pointer) ((Type*)(uintptr_t)(pointer))
+#endif
+
 typedef uint8_t ZunBool; /* 0 is false, anything else true; functions return 1 for true */
 typedef uint8_t ZunUint8;
 typedef uint16_t ZunUint16;
