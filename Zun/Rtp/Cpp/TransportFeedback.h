@@ -184,7 +184,7 @@ class BasicTransportCc : public Feedback<S> {
     if (before != 0) {
       const auto next = static_cast<std::uint16_t>(base_seq() + before);
       const auto lost = static_cast<std::uint16_t>(seq - next);
-      if (lost >= 0x8000 || !RecordLost(next, lost)) return false;
+      if (lost >= 0x8000 || !RecordLost(lost)) return false;
     }
     if (add_packet(true, seq, time.count())) return true;
     while (infos.size() > before) infos.pop_back();
@@ -209,13 +209,13 @@ class BasicTransportCc : public Feedback<S> {
 
  private:
   // Room is made for the one that arrived as well. All or none.
-  bool RecordLost(std::uint16_t first, std::size_t count) noexcept {
+  bool RecordLost(std::size_t count) noexcept {
     auto infos = packet_info();
     const std::size_t needed = infos.size() + count + 1;
     if (needed > infos.capacity() && !infos.reserve(needed < 2 * infos.size() ? 2 * infos.size() : needed))
       return false;
     for (std::size_t i = 0; i < count; ++i) {
-      if (!add_packet(false, static_cast<std::uint16_t>(first + i), 0)) return false;
+      if (!infos.push_back({})) return false;
     }
     return true;
   }

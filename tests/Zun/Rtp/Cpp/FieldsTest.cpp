@@ -325,6 +325,29 @@ TEST(Fields, TransportCcRecordsWhatWasLostBetween) {
   EXPECT_EQ(arrivals[3].time, 101ms);
 }
 
+TEST(Fields, TransportCcRecordsEachOfManyThatWereLost) {
+  TransportCc feedback;
+  ASSERT_TRUE(feedback.record(10, 100ms));
+  ASSERT_TRUE(feedback.record(15, 101ms));
+  std::vector<std::uint16_t> lost;
+  feedback.for_each_arrival([&](const Arrival& arrival) {
+    if (!arrival.received) lost.push_back(arrival.seq);
+  });
+  EXPECT_EQ(lost, (std::vector<std::uint16_t>{11, 12, 13, 14}));
+}
+
+TEST(Fields, TransportCcRecordsWithoutAnAllocationWhatThereIsRoomFor) {
+  TestAllocator mine;
+  TransportCc feedback(mine.get());
+  ASSERT_TRUE(feedback.packet_info().reserve(5));
+  mine.RefuseFrom(0);
+  EXPECT_TRUE(feedback.record(1, 100ms));
+  EXPECT_TRUE(feedback.record(2, 101ms));
+  EXPECT_TRUE(feedback.record(5, 102ms));
+  EXPECT_EQ(mine.refused(), 0U);
+  EXPECT_FALSE(feedback.record(6, 103ms));
+}
+
 TEST(Fields, TransportCcRecordsAllOrNothingWhenMemoryIsRefused) {
   test::ForEveryRefusal([](TestAllocator& refusing) {
     TransportCc feedback(refusing.get());
