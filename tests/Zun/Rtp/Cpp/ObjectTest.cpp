@@ -274,6 +274,10 @@ TEST_P(EverySampleInCpp, ASubpacketOfAnyKindBehavesAsItsKind) {
     ASSERT_TRUE(get_if<Class>(first));
     EXPECT_EQ(SeenOf(*get_if<Class>(first)), SeenOf(view));
     EXPECT_EQ(SeenOf(*get_if<Class>(second)), SeenOf(view));
+    const std::size_t blocks = mine.live_blocks();
+    first = second;
+    EXPECT_EQ(mine.live_blocks(), blocks) << "what it held was given back";
+    EXPECT_EQ(SeenOf(*get_if<Class>(first)), SeenOf(view));
   });
 }
 
