@@ -4,7 +4,7 @@
 #include "Zun/Rtp/Dialect/ZunRtcpCodec.h"
 
 /* RR, CCFB of FMT 11, TMMBR of FMT 3, a NACK without entries, which is malformed, and a PLI with padding. */
-static const unsigned char received[] =
+static unsigned char received[] =
     "\x80\xC9\x00\x01\x00\x00\x00\x01"
     "\x8B\xCD\x00\x05\x00\x00\x00\x01\x00\x00\x00\x02\x00\x64\x00\x01\xA0\x05\x00\x00\x00\x01\x00\x00"
     "\x83\xCD\x00\x04\x00\x00\x00\x01\x00\x00\x00\x00\x00\x00\x00\x02\x0A\x61\x60\x1C"
@@ -37,7 +37,7 @@ int main(void) {
   ZunRtcpDecodeOptionsConstructDefault(&options); /* with limits on what a datagram may cost */
   options.tolerant = 1;                           /* what is refused is skipped, and the rest is read */
   options.onRefusal = on_refusal;
-  options.userData = (ZunVoidPtr)received;
+  options.userData = received;
   ZunRtcpDecodeReport report;
   if (!ZunRtcpPacketDecode(&packet, received, sizeof(received) - 1, ZUN_RTCP_DIALECT_REGISTERED, &options, &report)) {
     return 1;
