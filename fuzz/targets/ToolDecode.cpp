@@ -40,6 +40,7 @@ json PacketsOf(const json& datagram) {
   for (json& packet : packets) {
     for (const char* const layout : {"offset", "length", "padded", "paddingLength"}) packet.erase(layout);
     if (packet["kind"] == "CCFB") packet.erase("count");  // one of two numbers is read, the registered one written
+    if (packet["kind"] == "XR") packet.erase("count");    // its bits are reserved, and written as zeros
   }
   return packets;
 }
