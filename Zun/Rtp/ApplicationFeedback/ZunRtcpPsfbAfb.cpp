@@ -22,9 +22,9 @@ constexpr zun::Table<foreign_afb_table_base, ZUN_RTCPPSFBAFB_TYPE_REMB> foreign_
     ZUN_RTCPPSFBAFB_FOREIGN_KINDS(ROW)};
 constexpr RtcpSubpacketFunctions unknown_afb_funcs = ZUN_RTCP_ROW(ZUN_RTCPPSFBAFB_TYPE_Unknown, ZunRtcpPsfbAfbUnknown);
 
-constexpr bool HasRow(ZunInt32 type) { return norvi_afb_table.Has(type) || foreign_afb_table.Has(type); }
-static_assert(zun::PredicateAgrees(HasRow, ZunRtcpPsfbAfbTypeIsUnknown, -1, 256));
-static_assert(zun::PredicateAgrees(HasRow, ZunRtcpPsfbAfbTypeIsUnknown, foreign_afb_table_base - 256,
+constexpr auto kHasRow = [](ZunInt32 type) { return norvi_afb_table.Has(type) || foreign_afb_table.Has(type); };
+static_assert(zun::PredicateAgrees(kHasRow, ZunRtcpPsfbAfbTypeIsUnknown, -1, 256));
+static_assert(zun::PredicateAgrees(kHasRow, ZunRtcpPsfbAfbTypeIsUnknown, foreign_afb_table_base - 256,
                                    foreign_afb_table_base + 256));
 
 struct AfbLevel {

@@ -65,6 +65,16 @@ TEST(ZunRtcpPsfbTstr, AMediaSourceIsWarnedOfBeforeTheFciIsLookedAt) {
   log.ExpectOne(ZUN_LOG_WARNING, ZunLogRtcpFeedback_, "ZunRtcpPsfbTstrAssignFromBuffer", kWarning);
 }
 
+TEST(ZunRtcpPsfbTstr, AMediaSourceIsWarnedOfWhenItIsReadOverAnother) {
+  const std::string with_source = Hex("85CE0004 01020304 00000005 21222324 07000003");
+  Received p(kRow, with_source);  // from now on there is room for the entry
+  LogCapture log;
+  EXPECT_TRUE(p.Read(with_source));
+  log.ExpectOne(ZUN_LOG_WARNING, ZunLogRtcpFeedback_, "ZunRtcpPsfbTstrAssignFromBuffer", kWarning);
+  EXPECT_TRUE(p.Read(Hex("85CE0004 01020304 00000000 21222324 07000003")));
+  log.ExpectNone();
+}
+
 TEST(ZunRtcpPsfbTstr, AMediaSourceOfZeroOrACutOneIsNotWarnedOf) {
   LogCapture log;
   EXPECT_TRUE(Received(kRow, Golden("TstrTwoEntries")).ok);
