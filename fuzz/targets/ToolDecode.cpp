@@ -34,13 +34,25 @@ bool MayDiffer(const json& datagram) {
   return std::any_of(packets.begin(), packets.end(), [](const json& packet) { return packet["kind"] == "LIR"; });
 }
 
+// Of a packet that was not received only that is written.
+void ForgetWhatNoMetricTells(json* ccfb) {
+  for (json& stream : (*ccfb)["streams"]) {
+    for (json& metric : stream["metrics"]) {
+      if (metric["received"] == true) continue;
+      for (const char* const untold : {"ecn", "offset"}) metric.erase(untold);
+    }
+  }
+}
+
 // What is told of the packets, but for how their bytes lie, which encode chooses itself.
 json PacketsOf(const json& datagram) {
   json packets = datagram.value("subpackets", json::array());
   for (json& packet : packets) {
     for (const char* const layout : {"offset", "length", "padded", "paddingLength"}) packet.erase(layout);
-    if (packet["kind"] == "CCFB") packet.erase("count");  // one of two numbers is read, the registered one written
-    if (packet["kind"] == "XR") packet.erase("count");    // its bits are reserved, and written as zeros
+    if (packet["kind"] == "XR") packet.erase("count");  // its bits are reserved, and written as zeros
+    if (packet["kind"] != "CCFB" || !packet.contains("streams")) continue;
+    packet.erase("count");  // one of two numbers is read, the registered one written
+    ForgetWhatNoMetricTells(&packet);
   }
   return packets;
 }
