@@ -292,6 +292,20 @@ TEST(RegisteredForms, PaddingNeedNotBeWholeWords) {
   EXPECT_EQ(Encoded(all, kRegistered).bytes, Hex("80CF0000"));
 }
 
+// Its end is aligned within all that is written, which then begins nowhere that it should. Such a packet is not encoded.
+TEST(RegisteredForms, WhatFollowsDataOfNoWholeWordsIsLongerThanItSays) {
+  const std::string feedback = Golden("TransportCcOnePacket");
+  const Decoded p(Padded(Hex("80CF0001 4142"), 2) + feedback, kRegistered);
+  ASSERT_TRUE(p.ok);
+  ASSERT_EQ(p.count(), 2U);
+  EXPECT_EQ(ZunRtcpPacketGetNetworkPacketLength(&p.packet), 6 + feedback.size());
+  Text written;
+  EXPECT_TRUE(ZunRtcpPacketGetNetworkPacket(&p.packet, written));
+  EXPECT_EQ(written->size % 4, 0U);
+  EXPECT_NE(written->size, 6 + feedback.size());
+  EXPECT_EQ(Encoded(p, kRegistered).reason, ZUN_RTCP_ENCODE_REASON_NOT_WHOLE_WORDS);
+}
+
 // SDES and BYE
 
 TEST(RegisteredForms, SdesWithoutChunksHasNone) {
