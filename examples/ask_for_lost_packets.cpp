@@ -20,7 +20,7 @@ class GapWatch {
     } else if (gap > 0) {
       Nack nack(us_, media_);
       bool ok = true;
-      for (std::uint16_t lost = next_; lost != seq; ++lost) ok = ok && nack.add(lost);
+      for (std::uint16_t i = 0; i < gap; ++i) ok = ok && nack.add(static_cast<std::uint16_t>(next_ + i));
       if (!ok || !feedback.append(std::move(nack))) return feedback;  // no memory: asked for with the next gap
     }
     next_ = static_cast<std::uint16_t>(seq + 1);

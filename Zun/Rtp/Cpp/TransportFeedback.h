@@ -201,7 +201,8 @@ class BasicTransportCc : public Feedback<S> {
     std::chrono::nanoseconds time = std::chrono::milliseconds(64) * std::int64_t{ref_time()};
     std::uint16_t seq = base_seq();
     for (const TransportCcPacketInfo& info : packet_info()) {
-      Arrival arrival{seq++, info.received != 0, std::nullopt};
+      Arrival arrival{seq, info.received != 0, std::nullopt};
+      seq = static_cast<std::uint16_t>(seq + 1);
       if (info.received && info.haveDelta) arrival.time = time += std::chrono::microseconds(250) * info.delta;
       take(arrival);
     }

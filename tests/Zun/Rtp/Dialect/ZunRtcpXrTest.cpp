@@ -317,8 +317,11 @@ bool Add(ZunRtcpXrBuilder* b, const ZunRtcpXrBlock& block) {
   const bool has_range = ZunRtcpXrBlockGetRange(&block, &range) != 0;
   const Packets packets = PacketsOf(&block);
   std::vector<ZunUint32> values;
-  for (const auto& [seq, value] : packets) values.push_back(value);
-  const std::vector<ZunBool> told(values.begin(), values.end());
+  std::vector<ZunBool> told;
+  for (const auto& [seq, value] : packets) {
+    values.push_back(value);
+    told.push_back(value != 0);
+  }
   ZunRtcpXrRrtr rrtr;
   ZunRtcpXrStatistics statistics;
   ZunRtcpXrVoip voip;

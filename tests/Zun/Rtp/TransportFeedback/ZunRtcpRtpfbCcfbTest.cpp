@@ -34,8 +34,9 @@ bool AddStream(ZunRtcpRtpfbCcfb* p, ZunRtpSourceId ssrc, ZunUint16 seq, const Me
   ZunRtcpRtpfbCcfbStream stream;
   ZunRtcpRtpfbCcfbStreamConstructDefault(&stream, ssrc, a);
   for (const auto& [received, ecn, offset] : metrics) {
-    EXPECT_TRUE(ZunRtcpRtpfbCcfbStreamAddPacket(&stream, seq++, static_cast<ZunBool>(received),
+    EXPECT_TRUE(ZunRtcpRtpfbCcfbStreamAddPacket(&stream, seq, static_cast<ZunBool>(received),
                                                 static_cast<ZunUint8>(ecn), static_cast<ZunUint16>(offset)));
+    seq = static_cast<ZunUint16>(seq + 1);
   }
   const bool added = ZunRtcpRtpfbCcfbAddStream(p, &stream) != 0;
   ZunRtcpRtpfbCcfbStreamDestruct(&stream);
