@@ -1,6 +1,7 @@
 // What decoding takes from allocators: whose memory, when, how much at most, and what happens where it is refused.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <ctime>
 
 #include "Zun/Rtp/Dialect/ZunRtcpCodec.h"
