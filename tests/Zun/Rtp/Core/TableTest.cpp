@@ -27,6 +27,10 @@ TEST(Tables, APredicateAgreesWithTheRowsOrDoesNot) {
 struct TypeMoved {
   ZunUint32 something;
   ZunRtcpSubpacketType type;
+  ZunRtcpPsfbType fmt;
+  ZunRtpSourceId sender;
+  ZunRtpSourceId source;
+  ZunRtcpPsfbAfbType afbType;
 };
 struct SenderMoved {
   ZunRtcpSubpacketType type;
@@ -64,6 +68,7 @@ TEST(Tables, AKindBeginsWithTheFieldsOfItsLevelOrDoesNot) {
   EXPECT_FALSE((HasHeadOf<SourceMoved, ZunRtcpRtpfbUnknown>()));
   EXPECT_TRUE((HasHeadOf<ZunRtcpPsfbAfbLir, ZunRtcpPsfbAfbUnknown>()));
   EXPECT_FALSE((HasHeadOf<AfbTypeMoved, ZunRtcpPsfbAfbUnknown>()));
+  EXPECT_FALSE((HasHeadOf<TypeMoved, ZunRtcpPsfbAfbUnknown>())) << "whatever else fits";
 }
 
 TEST(Tables, ARowThatFitsIsTakenAsItIs) {
