@@ -66,13 +66,15 @@ TEST(ZunRtcpPsfbTstr, AMediaSourceIsWarnedOfBeforeTheFciIsLookedAt) {
 }
 
 TEST(ZunRtcpPsfbTstr, AMediaSourceIsWarnedOfWhenItIsReadOverAnother) {
-  const std::string with_source = Hex("85CE0004 01020304 00000005 21222324 07000003");
-  Received p(kRow, with_source);  // from now on there is room for the entry
-  LogCapture log;
-  EXPECT_TRUE(p.Read(with_source));
-  log.ExpectOne(ZUN_LOG_WARNING, ZunLogRtcpFeedback_, "ZunRtcpPsfbTstrAssignFromBuffer", kWarning);
-  EXPECT_TRUE(p.Read(Hex("85CE0004 01020304 00000000 21222324 07000003")));
-  log.ExpectNone();
+  const std::string without_source = Hex("85CE0004 01020304 00000000 21222324 07000003");
+  Received p(kRow, without_source);  // from now on there is room for the entry
+  for (const char* const source : {"00000001", "00000005"}) {
+    LogCapture log;
+    EXPECT_TRUE(p.Read(Hex(std::string("85CE0004 01020304") + source + "21222324 07000003")));
+    log.ExpectOne(ZUN_LOG_WARNING, ZunLogRtcpFeedback_, "ZunRtcpPsfbTstrAssignFromBuffer", kWarning);
+    EXPECT_TRUE(p.Read(without_source));
+    log.ExpectNone();
+  }
 }
 
 TEST(ZunRtcpPsfbTstr, AMediaSourceOfZeroOrACutOneIsNotWarnedOf) {
