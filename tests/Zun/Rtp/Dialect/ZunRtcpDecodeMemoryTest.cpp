@@ -174,6 +174,21 @@ TEST(ZunRtcpDecode, SkipsWhatFindsNoMemoryWhereItIsTolerant) {
   EXPECT_GT(skipped, 3U);
 }
 
+// Room is made for as many subpackets as the options allow, those counted that there was room for.
+TEST(ZunRtcpDecode, MakesNoRoomForMoreSubpacketsThanAreAllowed) {
+  const auto receivers = [](int count) {
+    std::string bytes;
+    for (int i = 0; i < count; ++i) bytes += Hex("80C90001 00000001");
+    return bytes;
+  };
+  Decoded p(receivers(4), kHouse);
+  ZunRtcpDecodeOptions eight = Defaults();
+  eight.maxSubpackets = 8;
+  EXPECT_FALSE(p.Read(receivers(100), kHouse, eight));
+  EXPECT_EQ(p.count(), 8U);
+  EXPECT_EQ(p.packet.subpackets.endBuf - p.packet.subpackets.begin, 8);
+}
+
 TEST(ZunRtcpDecode, TakesNoPacketWithoutAnAllocator) {
   const Decoded p(Golden("Pli"), kHouse, Defaults(), nullptr);
   EXPECT_EQ(Told(p.report), "0 read, 1 refused, 0: 206/1 at 0, 12 bytes, stopped at 4: memory was refused");
