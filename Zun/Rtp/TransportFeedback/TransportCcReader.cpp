@@ -162,7 +162,7 @@ class DeltaReader {
       const ZunUint32 status = chunk.Status(i);
       const ZunUint32 size = zun::DeltaSizeOf(status);
       if (static_cast<ZunSizeT>(end_ - next_) < size) return false;
-      ZunUint8 delta[kDeltaLook<>] = {};
+      ZunUint8 delta[kDeltaLook<zun::kNoDelta>] = {};
       for (ZunUint32 k = 0; k < size; ++k) delta[k] = *next_++;
       to[i] = Timed<kRegistered>(status, delta);
     }
