@@ -31,7 +31,8 @@ ZunUint32 DifferenceInStride(const PacketInfo* infos, ZunUint32 bits) {
   return difference;
 }
 
-// The end of the run of packets with the status of `first`, of which those in front of `end` are known to be a part.
+// The end of the run of packets with the status of `first`, of which those in front of `end`, a stride or more, are known
+// to be a part.
 const PacketInfo* EndOfRun(const PacketInfo* first, const PacketInfo* end, const PacketInfo* last) {
   const ZunUint32 status = zun::StatusOf(*first);
   const ZunUint32 bits = zun::BitsOf(*first);
@@ -40,7 +41,7 @@ const PacketInfo* EndOfRun(const PacketInfo* first, const PacketInfo* end, const
   };
   while (last - end >= kStride && is_of_run(end)) end += kStride;
   // A run that goes on to the end is seen so by the last stride, part of which is known already.
-  if (last - end < kStride && last - first >= kStride && is_of_run(last - kStride)) return last;
+  if (last - end < kStride && is_of_run(last - kStride)) return last;
   while (end != last && zun::StatusOf(*end) == status) ++end;
   return end;
 }
@@ -131,6 +132,7 @@ class ChunkMaker {
   Chunk LongRun() {
     const PacketInfo* const limit =
         CountFrom(first_, last_) > RunLengthChunk::kMaxCount ? first_ + RunLengthChunk::kMaxCount : last_;
+    static_assert(OneBitChunk::kCount >= kStride);
     const PacketInfo* const end = EndOfRun(first_, first_ + OneBitChunk::kCount, limit);
     const ZunUint32 count = static_cast<ZunUint32>(end - first_);
     const Chunk chunk = {RunWord(count), count};

@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "Zun/Rtp/Core/EntryList.h"
 #include "Zun/Rtp/Core/SubpacketHeader.h"
 #include "tests/support/Bytes.h"
 #include "tests/support/TestAllocator.h"
@@ -246,6 +247,21 @@ TEST(UsualWriter, WritesWhatHasRoomAndGivesItToTheOutputOnlyWhenItIsKept) {
     EXPECT_EQ(out.Size(), 19U);
     EXPECT_EQ(block.substr(0, 19), Hex("010203040506070809") + "word, word");
   }
+}
+
+TEST(UsualWriter, WritesAllEntriesOfAListOrNone) {
+  const ZunRtpSourceId sources[] = {0x01020304, 0x05060708};
+  ZunVector_ZunRtpSourceId list;
+  ZunVector_ZunRtpSourceIdConstructDefault(&list, ZunAllocatorGetSystem());
+  for (const ZunRtpSourceId& source : sources) ASSERT_TRUE(ZunVector_ZunRtpSourceIdPushBack(&list, &source));
+  for (const ZunSizeT room : {7U, 8U}) {
+    Cramped cramped(room);
+    Output out(cramped.text);
+    UsualWriter w(out);
+    EXPECT_EQ(zun::WriteEntries<zun::kSourceIdSize>(w, list, zun::EncodeSourceId), room == 8);
+    EXPECT_EQ(w.Written(), room == 8 ? 8U : 0U);
+  }
+  ZunVector_ZunRtpSourceIdDestruct(&list);
 }
 
 TEST(UsualWriter, LeavesToOthersWhatIsCopiedByACall) {
