@@ -80,8 +80,9 @@ template <ZunSizeT kEntrySize, class Writer, class Vector, class Encode>
       if (!w.Octets(one, kEntrySize)) return false;
     }
     return true;
+  } else {
+    return false;
   }
-  return false;
 }
 
 // A list of SSRCs.

@@ -109,8 +109,11 @@ struct Row {
   }
 
   static ZunSizeT EncodedLength(const Kind& p, ZunSizeT begin, ZunRtcpDialect dialect) {
-    if constexpr (requires { Wire::EncodedLength(p, begin, dialect); }) return Wire::EncodedLength(p, begin, dialect);
-    return Wire::Length(p);
+    if constexpr (requires { Wire::EncodedLength(p, begin, dialect); }) {
+      return Wire::EncodedLength(p, begin, dialect);
+    } else {
+      return Wire::Length(p);
+    }
   }
 
   // A write that fails may have failed at what is not usual.

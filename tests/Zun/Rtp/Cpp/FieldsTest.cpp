@@ -343,9 +343,10 @@ TEST(Fields, TransportCcRecordsWithoutAnAllocationWhatThereIsRoomFor) {
   mine.RefuseFrom(0);
   EXPECT_TRUE(feedback.record(1, 100ms));
   EXPECT_TRUE(feedback.record(2, 101ms));
-  EXPECT_TRUE(feedback.record(5, 102ms));
+  EXPECT_TRUE(feedback.record(3, 102ms));
+  EXPECT_TRUE(feedback.record(5, 103ms));
   EXPECT_EQ(mine.refused(), 0U);
-  EXPECT_FALSE(feedback.record(6, 103ms));
+  EXPECT_FALSE(feedback.record(6, 104ms));
 }
 
 TEST(Fields, TransportCcRecordsAllOrNothingWhenMemoryIsRefused) {
