@@ -31,8 +31,8 @@ ZunUint32 DifferenceInStride(const PacketInfo* infos, ZunUint32 bits) {
   return difference;
 }
 
-// The end of the run of packets with the status of `first`, of which those in front of `end`, a stride or more, are known
-// to be a part.
+// The end of the run of packets with the status of `first`, of which those in front of `end`, a stride or more, are
+// known to be a part.
 const PacketInfo* EndOfRun(const PacketInfo* first, const PacketInfo* end, const PacketInfo* last) {
   const ZunUint32 status = zun::StatusOf(*first);
   const ZunUint32 bits = zun::BitsOf(*first);

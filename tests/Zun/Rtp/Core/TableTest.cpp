@@ -1,5 +1,5 @@
-// What tables check of themselves. The compiler asks it of the library's own tables (tests/compile/WrongTable.cpp); here it
-// is asked of right and wrong ones while the program runs.
+// What tables check of themselves. The compiler asks it of the library's own tables (tests/compile/WrongTable.cpp);
+// here it is asked of right and wrong ones while the program runs.
 #include "Zun/Rtp/Core/Table.h"
 
 #include <gtest/gtest.h>

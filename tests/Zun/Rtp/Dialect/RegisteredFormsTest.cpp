@@ -292,7 +292,7 @@ TEST(RegisteredForms, PaddingNeedNotBeWholeWords) {
   EXPECT_EQ(Encoded(all, kRegistered).bytes, Hex("80CF0000"));
 }
 
-// Its end is aligned within all that is written, which then begins nowhere that it should. Such a packet is not encoded.
+// Its end is aligned within all that is written, where it then begins at no word. Such a packet is not encoded.
 TEST(RegisteredForms, WhatFollowsDataOfNoWholeWordsIsLongerThanItSays) {
   const std::string feedback = Golden("TransportCcOnePacket");
   const Decoded p(Padded(Hex("80CF0001 4142"), 2) + feedback, kRegistered);
