@@ -42,9 +42,10 @@ struct AlwaysEncodable {
 
 // Wire gives the kind's wire form:
 //   static ZunSizeT Length(const Kind& p);                               bytes, header included
-//   static bool Write(const Kind& p, Writer& w, bool pad);               appends header and body, by UsualWriter and by
-//                                                                        BodyWriter; or, where what is asked for is not
-//                                                                        Length, with an Output in place of the writer
+//   static bool Write(const Kind& p, Output& out, bool pad);             appends header and body
+// or, where what is usual is written without calls in front of that, one by UsualWriter and one by a BodyWriter of
+// Length(p) bytes, of their own or as a template of the writer:
+//   static bool Write(const Kind& p, Writer& w, bool pad);
 //   static bool Read(Kind* p, BodyReader& r, const Body& body);          reads the body
 // where what is usual is read without calls in front of that, a Read by UsualReader as well, of its own or as a
 // template of the reader:
