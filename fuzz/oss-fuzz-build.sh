@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Builds the fuzzers as OSS-Fuzz wants them: its container sets CC, CXX, CFLAGS, CXXFLAGS, LIB_FUZZING_ENGINE, WORK and
-# OUT, and has gtest installed, which the program that prints the golden wire forms needs. Alone, without them, it builds
-# with clang's libFuzzer and AddressSanitizer into build/oss-fuzz/out.
+# Builds the fuzzers of the library as OSS-Fuzz wants them: its container sets CC, CXX, CFLAGS, CXXFLAGS,
+# LIB_FUZZING_ENGINE, WORK and OUT, and has gtest installed, which the program that prints the golden wire forms needs.
+# Alone, without them, it builds with clang's libFuzzer and AddressSanitizer into build/oss-fuzz/out.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -13,7 +13,8 @@ mkdir -p "$WORK" "$OUT"
 
 cmake -G Ninja -S . -B "$WORK/fuzzers" -DCMAKE_BUILD_TYPE=None -DZUNRTCP_BUILD_FUZZERS=ON \
   -DZUNRTCP_FUZZING_ENGINE="$LIB_FUZZING_ENGINE"
-mapfile -t targets < <(basename -s .cpp fuzz/targets/*.cpp)
+# Those of the library: what the tool stands on is not in the container.
+mapfile -t targets < <(basename -s .cpp fuzz/targets/*.cpp | grep -v '^Tool')
 cmake --build "$WORK/fuzzers" --target "${targets[@]/#/fuzz_}"
 
 # The seeds are made by a program of this machine, without sanitizers and without the fuzzing library's flags.
