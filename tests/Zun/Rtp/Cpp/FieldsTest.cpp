@@ -325,6 +325,16 @@ TEST(Fields, TransportCcRecordsWhatWasLostBetween) {
   EXPECT_EQ(arrivals[3].time, 101ms);
 }
 
+// Sequence numbers wrap: what is up to half of them ahead of what is next came after it, all else before it.
+TEST(Fields, TransportCcRecordsHalfOfTheSequenceNumbersAsLost) {
+  TransportCc feedback;
+  ASSERT_TRUE(feedback.record(9, 100ms));
+  EXPECT_FALSE(feedback.record(10 + 0x8000, 101ms));
+  EXPECT_EQ(feedback.packet_info().size(), 1U);
+  EXPECT_TRUE(feedback.record(10 + 0x7FFF, 101ms));
+  EXPECT_EQ(feedback.packet_info().size(), 1U + 0x7FFF + 1U);
+}
+
 TEST(Fields, TransportCcRecordsEachOfManyThatWereLost) {
   TransportCc feedback;
   ASSERT_TRUE(feedback.record(10, 100ms));
