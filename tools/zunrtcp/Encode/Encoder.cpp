@@ -4,6 +4,7 @@
 
 #include "tools/zunrtcp/Encode/Builder.h"
 #include "tools/zunrtcp/Encode/Forms.h"
+#include "tools/zunrtcp/Packet/LibraryPacket.h"
 #include "tools/zunrtcp/Packet/Octets.h"
 #include "tools/zunrtcp/Packet/SubpacketWalk.h"
 
@@ -14,6 +15,7 @@ using zun::rtcp::Packet;
 namespace {
 
 constexpr std::uint64_t kMostPadding = 255;
+constexpr std::size_t kMostWords = 0x10000;  // of a packet, its header among them
 
 const Builder* FindBuilder(const std::string& kind) {
   for (const std::span<const Builder> builders :
@@ -49,21 +51,38 @@ void PutSubtype(const JsonField& packet, std::string* octets) {
   octets->front() = static_cast<char>(U8At(*octets, 0) | subtype->Unsigned(kCountMask));
 }
 
-// Padding octets, which the library never writes. 1 to 3 of them are already there, as zeros after the last field.
+// Packets end with padding octets of which the last tells how many there are: so many, of those that are there already
+// and those that are appended.
+std::string WithPadding(std::string octets, std::size_t appended, std::size_t padding) {
+  octets.append(appended, '\0');
+  octets.back() = static_cast<char>(padding);
+  octets.front() = static_cast<char>(U8At(octets, 0) | kPaddingBit);
+  std::string words;
+  AppendNumber(&words, octets.size() / 4 - 1, 2);
+  return octets.replace(2, 2, words);
+}
+
+// What the registered dialect reads of these bytes, as the library writes it; nothing where it reads nothing.
+std::optional<std::string> Meaning(std::string_view octets) {
+  return LibraryPacket(octets, Dialect::registered).Write();
+}
+
+// Padding octets, which the library never writes. Zeros that complete the last word may be some of them, and a field that
+// ends with zeros looks alike: what has padding must still say the same.
 void AddPadding(const JsonField& packet, std::string* octets) {
   const std::optional<JsonField> field = packet.Find("paddingLength");
   const std::size_t padding = field ? field->Unsigned(kMostPadding) : 0;
   if (padding == 0) return;
-  const std::string filled(padding % 4, '\0');
-  if (!octets->ends_with(filled)) field->Refuse("the packet ends with a field, so only a multiple of 4 can follow");
-  octets->append(padding - filled.size(), '\0');
-  octets->back() = static_cast<char>(padding);
-  octets->front() = static_cast<char>(U8At(*octets, 0) | kPaddingBit);
-  const std::size_t words = octets->size() / 4 - 1;
-  if (words > 0xFFFF) field->Refuse("makes the packet longer than its header can say");
-  std::string length;
-  AppendNumber(&length, words, 2);
-  octets->replace(2, 2, length);
+  const std::size_t of_last_word = padding % 4;
+  const std::optional<std::string> meaning = Meaning(*octets);
+  for (const std::size_t appended : {padding - of_last_word, padding + PaddingAfter(padding)}) {
+    if ((octets->size() + appended) / 4 > kMostWords) field->Refuse("makes the packet longer than its header can say");
+    std::string padded = WithPadding(*octets, appended, padding);
+    if (of_last_word != 0 && (!meaning || Meaning(padded) != meaning)) continue;
+    *octets = std::move(padded);
+    return;
+  }
+  field->Refuse("the packet ends with a field, so only a multiple of 4 can follow");
 }
 
 std::string EncodePacket(const JsonField& packet, Dialect dialect) {

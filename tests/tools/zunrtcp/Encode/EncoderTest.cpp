@@ -71,6 +71,8 @@ const char* const kRegistered[] = {
     "A0C90002 00000001 00000004",                                          // RR with padding
     "AFCD0006 00000001 00000002 0001 0001 000001 00 2001 04 00 00000004",  // TWCC with a word of padding
     "AFCD0005 00000001 00000002 0001 0001 000001 00 2001 04 01",           // TWCC padded within its last word
+    "AFCD0006 00000001 00000002 0001 0001 000001 00 2001 00 00 00000002",  // the same, its delta no padding
+    "A3CC0004 11223344 41424344 00000000 00000004",                        // APP that ends with zeros, padded
     "80CB0000",                                                            // BYE of nobody
 };
 
@@ -121,6 +123,10 @@ const Refused kRefused[] = {
     {R"({"subpackets": [{"kind": "RR", "refused": {}}]})",
      "subpackets[0]: was refused when it was decoded, so its fields are not known"},
     {R"({"subpackets": [{"kind": "PLI", "sender": 1, "source": 1, "paddingLength": 3}]})",
+     "subpackets[0].paddingLength: the packet ends with a field, so only a multiple of 4 can follow"},
+    {R"({"subpackets": [{"kind": "PLI", "sender": 1, "source": 0, "paddingLength": 3}]})",
+     "subpackets[0].paddingLength: the packet ends with a field, so only a multiple of 4 can follow"},
+    {R"({"subpackets": [{"kind": "APP", "source": 1, "name": "TEST", "data": "00000000", "paddingLength": 2}]})",
      "subpackets[0].paddingLength: the packet ends with a field, so only a multiple of 4 can follow"},
 };
 
