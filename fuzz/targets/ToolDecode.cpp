@@ -49,7 +49,8 @@ json PacketsOf(const json& datagram) {
   json packets = datagram.value("subpackets", json::array());
   for (json& packet : packets) {
     for (const char* const layout : {"offset", "length", "padded", "paddingLength"}) packet.erase(layout);
-    if (packet["kind"] == "XR") packet.erase("count");  // its bits are reserved, and written as zeros
+    if (packet["kind"] == "XR") packet.erase("count");     // its bits are reserved, and written as zeros
+    if (packet["kind"] == "TSTR") packet.erase("source");  // a TSTR is about no source, and 0 is written
     if (packet["kind"] != "CCFB" || !packet.contains("streams")) continue;
     packet.erase("count");  // one of two numbers is read, the registered one written
     ForgetWhatNoMetricTells(&packet);
