@@ -249,6 +249,15 @@ TEST(UsualWriter, WritesWhatHasRoomAndGivesItToTheOutputOnlyWhenItIsKept) {
   }
 }
 
+TEST(UsualWriter, WritesFieldsThatFillTheRoom) {
+  for (const ZunSizeT room : {3U, 4U}) {
+    Cramped cramped(room);
+    Output out(cramped.text);
+    UsualWriter w(out);
+    EXPECT_EQ(w.U32(0x01020304), room == 4);
+  }
+}
+
 TEST(UsualWriter, WritesAllEntriesOfAListOrNone) {
   const ZunRtpSourceId sources[] = {0x01020304, 0x05060708};
   ZunVector_ZunRtpSourceId list;
