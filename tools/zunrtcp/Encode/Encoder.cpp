@@ -67,8 +67,8 @@ std::optional<std::string> Meaning(std::string_view octets) {
   return LibraryPacket(octets, Dialect::registered).Write();
 }
 
-// Padding octets, which the library never writes. Zeros that complete the last word may be some of them, and a field that
-// ends with zeros looks alike: what has padding must still say the same.
+// Padding octets, which the library never writes. Zeros that complete the last word may be some of them, and a field
+// that ends with zeros looks alike: what has padding must still say the same.
 void AddPadding(const JsonField& packet, std::string* octets) {
   const std::optional<JsonField> field = packet.Find("paddingLength");
   const std::size_t padding = field ? field->Unsigned(kMostPadding) : 0;
