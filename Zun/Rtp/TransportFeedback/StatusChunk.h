@@ -47,18 +47,22 @@ inline constexpr ZunUint32 kPacketsAtOnce = 16;
 
 inline ZunUint32 StatusPairsOf(const ZunRtcpRtpfbTransportCcPacketInfo* infos) {
   typedef ZunUint32 Four [[gnu::vector_size(16)]];
-  const auto statuses_of = [](const ZunRtcpRtpfbTransportCcPacketInfo* four) {
+  Four bytes = {};
+  // Each group of four fills a byte. No function returns them: a 32-bit machine may have no register to do so.
+  const auto add = [&bytes](const ZunRtcpRtpfbTransportCcPacketInfo* four) {
     Four bits;
     std::memcpy(&bits, four, sizeof(bits));
     const Four is_received = (bits & kReceivedBits) != 0;  // all ones where it is so
     const Four has_delta = (bits & kHaveDeltaBits) != 0;
     const Four is_large = (bits & kLargeDeltaBits) != 0;
     const Four with_delta = ZunUint32{kSmallDelta} - is_large;
-    return is_received & (ZunUint32{kNoDelta} ^ (has_delta & (ZunUint32{kNoDelta} ^ with_delta)));
+    const Four statuses = is_received & (ZunUint32{kNoDelta} ^ (has_delta & (ZunUint32{kNoDelta} ^ with_delta)));
+    bytes = bytes << 8 | statuses;
   };
-  // Each group of four fills a byte.
-  const Four bytes =
-      statuses_of(infos) << 24 | statuses_of(infos + 4) << 16 | statuses_of(infos + 8) << 8 | statuses_of(infos + 12);
+  add(infos);
+  add(infos + 4);
+  add(infos + 8);
+  add(infos + 12);
   return bytes[0] << 6 | bytes[1] << 4 | bytes[2] << 2 | bytes[3];
 }
 
