@@ -142,7 +142,7 @@ void RecordInC(benchmark::State& state) {
     ZunRtcpRtpfbTransportCc feedback;
     ZunRtcpRtpfbTransportCcConstructFull(&feedback, 1, 2, 3, CountingAllocator());
     for (ZunUint16 seq = 0; seq < 100; ++seq) {
-      Require(ZunRtcpRtpfbTransportCcAddPacket(&feedback, seq % 5 != 4, seq, seq * 1000000) != 0);
+      Require(ZunRtcpRtpfbTransportCcAddPacket(&feedback, seq % 5 != 4, seq, ZunTime{seq} * 1000000) != 0);
     }
     benchmark::DoNotOptimize(feedback);
     ZunRtcpRtpfbTransportCcDestruct(&feedback);
@@ -153,7 +153,7 @@ void RecordInCpp(benchmark::State& state) {
   Measure(state, [] {
     TransportCc feedback(1, 2, CountingAllocator());
     for (std::uint16_t seq = 0; seq < 100; ++seq) {
-      Require(feedback.add_packet(seq % 5 != 4, seq, seq * 1000000));
+      Require(feedback.add_packet(seq % 5 != 4, seq, ZunTime{seq} * 1000000));
     }
     benchmark::DoNotOptimize(feedback);
   });

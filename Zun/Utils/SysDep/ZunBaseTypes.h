@@ -45,7 +45,7 @@
 #ifdef __cplusplus
 #define ZUN_MUTABLE_(Type, pointer) const_cast<Type*>(pointer)
 #else
-#define ZUN_MUTABLE_(Type, pointer) ((Type*)(uintptr_t)(pointer))
+#define ZUN_MUTABLE_(Type, pointer) ((Type*)(uintptr_t)(pointer)) /* NOLINT(performance-no-int-to-ptr) */
 #endif
 
 typedef uint8_t ZunBool; /* 0 is false, anything else true; functions return 1 for true */

@@ -15,7 +15,7 @@ void Keep(ZunVoidPtr, ZunLogLevel level, ZunLogCategory, const char*, ZunInt, co
 
 TEST(ZunLogStart, PassesOnAllUpToDebug) {
   ZunLogSetHandler(Keep, nullptr);
-  for (const ZunLogCategory category : {ZunLogRtcp_, ZunLogRtcpFeedback_}) {
+  for (ZunLogCategory category : {ZunLogRtcp_, ZunLogRtcpFeedback_}) {
     delivered.clear();
     for (ZunLogLevel level = ZUN_LOG_FATAL; level < ZUN_LOG_LEVEL_INVALID; ++level) {
       ZunLogDo_(level, category, "file", 1, "function", "message");

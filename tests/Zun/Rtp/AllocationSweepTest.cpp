@@ -163,6 +163,7 @@ bool ConstructShow(ZunRtcpPsfbAfbShow* p, ZunAllocator* a) {
 constexpr Leaves kAsItWas = Leaves::kAsItWas;
 constexpr Leaves kAnything = Leaves::kAnything;
 
+// NOLINTNEXTLINE(readability-function-size): a table
 const std::vector<Kind>& Kinds() {
   using P = ZunRtcpSubpacket*;
   using A = ZunAllocator*;

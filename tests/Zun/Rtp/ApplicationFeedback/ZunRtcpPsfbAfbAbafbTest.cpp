@@ -172,7 +172,9 @@ TEST(ZunRtcpPsfbAfbAbafb, AnAssignmentLeavesTheHalfOfTheDelayThatIsNotAlive) {
   std::memcpy(expected, &target->u, sizeof(expected));
   std::memcpy(expected, &source->u.delay, sizeof(source->u.delay));
   ASSERT_EQ(ZunRtcpPsfbAfbAbafbAssign(target, source), target.get());
-  EXPECT_EQ(std::memcmp(&target->u, expected, sizeof(expected)), 0);
+  unsigned char assigned[sizeof(target->u)];
+  std::memcpy(assigned, &target->u, sizeof(assigned));
+  EXPECT_EQ(std::memcmp(assigned, expected, sizeof(expected)), 0);
 }
 
 TEST(ZunRtcpPsfbAfbAbafb, ZeroArrivalDifferenceIsWarnedOfAndWritten) {
