@@ -106,7 +106,7 @@ TEST_P(EverySampleInCpp, IsBuiltAlikeInAnyStorage) {
       std::memset(storage.data(), filling, storage.size());
       C* const object = reinterpret_cast<C*>(storage.data());
       Functions<C>::ConstructDefault(object, ZunAllocatorGetSystem());
-      const std::string seen = test::Seen(kRowOf<C>, *AsSubpacket(object));
+      std::string seen = test::Seen(kRowOf<C>, *AsSubpacket(object));
       Functions<C>::Destruct(object);
       return seen;
     };
