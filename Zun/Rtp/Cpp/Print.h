@@ -177,7 +177,7 @@ inline std::string EcnWords(std::span<const CcfbPacketMetric> metrics) {
   }
   std::string text = "ECN";
   for (std::size_t i = 0; i < counts.size(); ++i) {
-    if (counts[i] > 0) text += Printed(" %s x%zu", kNames[i], counts[i]);
+    if (counts[i] > 0) text += Printed(" %s x", kNames[i]) + std::to_string(counts[i]);
   }
   return text;
 }
@@ -191,7 +191,7 @@ inline void Describe(const View<CcfbStream>& stream, Line* line) {
   line->NextItem();
   line->AddSource("stream", stream.ssrc());
   line->AddNumber("from sequence", stream.begin_seq());
-  line->Add(Counted(metrics.size(), "packet") + Printed(", %zu lost (%.1f %%)", lost, percent));
+  line->Add(Counted(metrics.size(), "packet") + ", " + std::to_string(lost) + Printed(" lost (%.1f %%)", percent));
   if (lost < metrics.size()) line->Add(EcnWords(metrics));
 }
 

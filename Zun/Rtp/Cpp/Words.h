@@ -3,9 +3,9 @@
 #define ZUN_RTP_CPP_WORDS_H
 
 #include <array>
+#include <chrono>
 #include <cstdarg>
 #include <cstdio>
-#include <ctime>
 #include <string>
 #include <string_view>
 
@@ -81,13 +81,20 @@ inline std::string SourceNames(std::span<const Ssrc> sources) {
   return text;
 }
 
-// "2026-11-21 11:02:33.123456" in UTC.
+// "2026-11-21 11:02:33.123456" in UTC, of the years that four digits can say.
 inline std::string UtcTime(std::int64_t seconds_since_1970, std::uint32_t microseconds) {
-  const auto seconds = static_cast<std::time_t>(seconds_since_1970);
-  std::tm parts{};
-  if (gmtime_r(&seconds, &parts) == nullptr) return "(no such time)";
-  return Printed("%04d-%02d-%02d %02d:%02d:%02d.%06u", parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_mday,
-                 parts.tm_hour, parts.tm_min, parts.tm_sec, microseconds);
+  using namespace std::chrono;
+  constexpr sys_seconds kFirst = sys_days(year(0) / January / 1);
+  constexpr sys_seconds kEnd = sys_days(year(10000) / January / 1);
+  const sys_seconds time{seconds(seconds_since_1970)};
+  if (time < kFirst || time >= kEnd) return "(no such time)";
+  const sys_days day = floor<days>(time);
+  const year_month_day date(day);
+  const hh_mm_ss clock(time - day);
+  return Printed("%04d-%02u-%02u %02d:%02d:%02d.%06u", static_cast<int>(date.year()),
+                 static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
+                 static_cast<int>(clock.hours().count()), static_cast<int>(clock.minutes().count()),
+                 static_cast<int>(clock.seconds().count()), microseconds);
 }
 
 // An NTP time as it stands, and as a date where it is one: some senders count from their own start.

@@ -318,9 +318,14 @@ TEST(Print, TextOfAnyLengthIsWhole) {
   }
 }
 
-TEST(Print, ATimeThatNoCalendarHasIsNone) {
-  EXPECT_EQ(words::UtcTime(INT64_MAX, 0), "(no such time)");
+TEST(Print, ATimeOfAYearWithoutFourDigitsIsNone) {
+  EXPECT_EQ(words::UtcTime(INT64_MIN, 0), "(no such time)");
+  EXPECT_EQ(words::UtcTime(-62167219201, 0), "(no such time)");
+  EXPECT_EQ(words::UtcTime(-62167219200, 0), "0000-01-01 00:00:00.000000");
   EXPECT_EQ(words::UtcTime(-1, 5), "1969-12-31 23:59:59.000005");
+  EXPECT_EQ(words::UtcTime(253402300799, 999999), "9999-12-31 23:59:59.999999");
+  EXPECT_EQ(words::UtcTime(253402300800, 0), "(no such time)");
+  EXPECT_EQ(words::UtcTime(INT64_MAX, 0), "(no such time)");
 }
 
 TEST(Print, OctetsAreCutAfter32) {
