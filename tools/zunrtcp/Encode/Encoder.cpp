@@ -51,8 +51,7 @@ void PutSubtype(const JsonField& packet, std::string* octets) {
   octets->front() = static_cast<char>(U8At(*octets, 0) | subtype->Unsigned(kCountMask));
 }
 
-// Packets end with padding octets of which the last tells how many there are: so many, of those that are there already
-// and those that are appended.
+// The packet with zeros appended, and its last octet telling that it ends with so much padding.
 std::string WithPadding(std::string octets, std::size_t appended, std::size_t padding) {
   octets.append(appended, '\0');
   octets.back() = static_cast<char>(padding);

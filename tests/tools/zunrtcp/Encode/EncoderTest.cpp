@@ -141,6 +141,20 @@ TEST(Encoder, WhatCannotBeWrittenIsRefusedWithItsPathAndLimit) {
   }
 }
 
+TEST(Encoder, PaddingBeyondTheLongestPacketIsRefused) {
+  const std::string data(2 * (4 * 0xFFFF - 12), '0');  // a word less than there may be
+  nlohmann::json app = {{"kind", "APP"}, {"source", 1}, {"name", "TEST"}, {"data", data}, {"paddingLength", 4}};
+  nlohmann::json datagram = {{"subpackets", {app}}};
+  EXPECT_EQ(Encoded(datagram, Dialect::registered).size(), 4U * 0x10000);
+  datagram["subpackets"][0]["paddingLength"] = 8;
+  try {
+    Encoded(datagram, Dialect::registered);
+    ADD_FAILURE() << "is not refused";
+  } catch (const InputError& error) {
+    EXPECT_STREQ(error.what(), "subpackets[0].paddingLength: makes the packet longer than its header can say");
+  }
+}
+
 TEST(Encoder, MoreThanACountCanSayIsRefused) {
   nlohmann::json bye = {{"kind", "BYE"}, {"sources", std::vector<int>(31, 1)}};
   nlohmann::json datagram = {{"subpackets", {bye}}};
